@@ -778,7 +778,8 @@ bool GZ_SettingList::findUnreadSettings(std::string &out)
             setting->append(out);
             found = true;
         }
-        setting->setRead(/*read=*/false);
+        // Reported once: a later call names only settings added since.
+        setting->setRead(/*read=*/true);
     }
     return found;
 }
