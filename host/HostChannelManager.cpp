@@ -1,6 +1,10 @@
 // HostChannelManager: scene time, per-thread evaluation time, error suppression and scoping.
 #include "host/HostChannelManager.h"
 
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+#include "host/HostParm.h"
+
 #include <algorithm>
 
 namespace
@@ -16,21 +20,39 @@ HostChannelManager &HostChannelManager::get()
     return *theManager;
 }
 
+double HostChannelManager::getTime() const
+{
+    return HostDirector::instance()->getTime();
+}
+
 void HostChannelManager::setTime(double seconds)
 {
-    myTime = seconds;
-    ++myEpoch;
+    HostDirector::instance()->setTime(seconds);
 }
 
 double HostChannelManager::getEvaluateTime() const
 {
-    return theHasEvalTime ? theEvalTime : myTime;
+    return theHasEvalTime ? theEvalTime : getTime();
 }
 
-void HostChannelManager::setFramesPerSecond(double fps)
+double HostChannelManager::getFramesPerSecond() const
 {
-    if (fps > 0.0)
-        myFps = fps;
+    return HostDirector::instance()->getFps();
+}
+
+double HostChannelManager::timeToFrame(double seconds) const
+{
+    return HostDirector::instance()->timeToFrame(seconds);
+}
+
+double HostChannelManager::frameToTime(double frame) const
+{
+    return HostDirector::instance()->frameToTime(frame);
+}
+
+std::uint64_t HostChannelManager::getTimeEpoch() const
+{
+    return HostDirector::instance()->getTimeEpoch();
 }
 
 bool HostChannelManager::isErrorReportingSuppressed()
@@ -82,10 +104,63 @@ bool HostChannelManager::isScoped(const std::string &channelPath) const
     return std::find(myScoped.begin(), myScoped.end(), channelPath) != myScoped.end();
 }
 
+HostAnimLayer &HostChannelManager::addLayer(const std::string &name)
+{
+    if (HostAnimLayer *layer = findLayer(name))
+        return *layer;
+    myLayers.push_back(HostAnimLayer{name, 1.0, {}});
+    return myLayers.back();
+}
+
+HostAnimLayer *HostChannelManager::findLayer(const std::string &name)
+{
+    for (HostAnimLayer &layer : myLayers)
+    {
+        if (layer.myName == name)
+            return &layer;
+    }
+    return nullptr;
+}
+
+bool HostChannelManager::removeLayer(const std::string &name)
+{
+    for (auto it = myLayers.begin(); it != myLayers.end(); ++it)
+    {
+        if (it->myName == name)
+        {
+            myLayers.erase(it);
+            return true;
+        }
+    }
+    return false;
+}
+
+double HostChannelManager::getLayerSum(const HostParm &parm, int k) const
+{
+    if (myLayers.empty())
+        return 0.0;
+    const HostNode *node = parm.getNode();
+    const std::string path =
+        (node ? node->getFullPath() : std::string()) + "/" + parm.getChannelName(k);
+    double sum = 0.0;
+    for (const HostAnimLayer &layer : myLayers)
+    {
+        auto it = layer.myOffsets.find(path);
+        if (it != layer.myOffsets.end())
+            sum += layer.myWeight * it->second;
+    }
+    return sum;
+}
+
+double HostChannelManager::applyLayerContribution(const HostParm &parm, int k, double,
+                                                  double value) const
+{
+    return value - getLayerSum(parm, k);
+}
+
 void HostChannelManager::reset()
 {
-    setTime(0.0);
-    myFps = 24.0;
+    myLayers.clear();
     takeEvalErrors();
     myScoped.clear();
     myMotionScope.clear();

@@ -4,17 +4,28 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
+
+class HostParm;
+
+/// An additive animation layer: an offset per channel path ("/obj/geo1/tx"), scaled by the
+/// layer's weight. The base values (the parameters' own) plus every layer give what a
+/// parameter evaluates to.
+struct HostAnimLayer
+{
+    std::string myName;
+    double myWeight = 1.0;
+    std::unordered_map<std::string, double> myOffsets;
+};
 
 /// The process-wide keeper of time for channels and expressions.
 ///
-/// Holds the current scene time (in seconds) and the frame rate, a counter that changes
-/// whenever the time changes (channels use it to drop values pending at a time that is no
-/// longer current), the list of scoped channels, the motion-channel override list that the
-/// last "chopscope" named, and the evaluation-error log. Per-thread pieces (an evaluation
-/// time override and error suppression) are scopes on the calling thread.
-///
-/// Frames count from 1 at time 0: frame = time * fps + 1.
+/// The scene time and frame rate belong to the current HostDirector; this class reads them
+/// for channels and expressions, and adds the per-thread pieces (an evaluation-time override
+/// and error suppression, both scopes on the calling thread), the list of scoped channels,
+/// the motion-channel override list that the last "chopscope" named, the animation layers,
+/// and the evaluation-error log.
 ///
 /// Single instance, created on first use, never destroyed before exit. Every query is O(1)
 /// except the scope list operations, which are linear in the number of scoped channels.
@@ -23,22 +34,20 @@ class HostChannelManager
 public:
     static HostChannelManager &get();
 
-    /// The scene's current time in seconds (what the main thread evaluates at).
-    double getTime() const { return myTime; }
-    /// Change the current time; values pending at the old time are dropped.
+    /// The current director's time in seconds (what the main thread evaluates at).
+    double getTime() const;
+    /// Change the current director's time; values pending at the old time are dropped.
     void setTime(double seconds);
     /// Time the calling thread evaluates at: its innermost evaluation-time scope, else
-    /// the scene's current time.
+    /// the current time.
     double getEvaluateTime() const;
 
-    double getFramesPerSecond() const { return myFps; }
-    /// Ignored unless positive.
-    void setFramesPerSecond(double fps);
-    double timeToFrame(double seconds) const { return seconds * myFps + 1.0; }
-    double frameToTime(double frame) const { return (frame - 1.0) / myFps; }
+    double getFramesPerSecond() const;
+    double timeToFrame(double seconds) const;
+    double frameToTime(double frame) const;
 
     /// Changes whenever the time changes; a pending value remembers the epoch it was set in.
-    std::uint64_t getTimeEpoch() const { return myEpoch; }
+    std::uint64_t getTimeEpoch() const;
 
     /// Whether parameter evaluation errors on the calling thread are currently suppressed.
     static bool isErrorReportingSuppressed();
@@ -61,19 +70,28 @@ public:
     const std::vector<std::string> &getMotionScope() const { return myMotionScope; }
     void setMotionScope(std::vector<std::string> paths) { myMotionScope = std::move(paths); }
 
-    /// Back to time 0, 24 fps, empty scope and error log (tests, scene clear).
+    // Animation layers, in the order added.
+    int getNumLayers() const { return static_cast<int>(myLayers.size()); }
+    HostAnimLayer &addLayer(const std::string &name);
+    HostAnimLayer *findLayer(const std::string &name);
+    bool removeLayer(const std::string &name);
+    /// What the layers add to component k of `parm`; 0 without layers.
+    double getLayerSum(const HostParm &parm, int k) const;
+    /// The value to write into the parameter itself so that it evaluates to `value` with
+    /// the layers' contribution added; `value` unchanged while there are no layers.
+    double applyLayerContribution(const HostParm &parm, int k, double time, double value) const;
+
+    /// Empty scope, motion scope, layers and error log (tests, scene clear).
     void reset();
 
 private:
     HostChannelManager() = default;
 
-    double myTime = 0.0;
-    double myFps = 24.0;
-    std::uint64_t myEpoch = 0;
     mutable std::mutex myErrorLock; // errors may come from evaluations on other threads
     std::vector<std::string> myEvalErrors;
     std::vector<std::string> myScoped;
     std::vector<std::string> myMotionScope;
+    std::vector<HostAnimLayer> myLayers;
 };
 
 /// Evaluate at a given time on the calling thread for the scope's lifetime. Nests.
