@@ -1,6 +1,8 @@
 // ShellScene: writing the scene as host command lines.
 #include "shell/ShellScene.h"
 
+#include "shell/ShellChannels.h"
+
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNetwork.h"
@@ -42,6 +44,7 @@ void ShellScene::writeParm(std::ostream &os, const std::string &path, const Host
             os << formatNumber(parm.getValue(k));
     }
     os << "\n";
+    ShellChannels::writeAnimation(os, path, parm);
 }
 
 void ShellScene::writeNode(std::ostream &os, const HostNode &node)
