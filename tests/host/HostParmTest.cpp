@@ -1,6 +1,7 @@
 // Tests of parameter templates, parameter lists and their lookups.
 #include "HostFixture.h"
 
+#include "host/HostColor.h"
 #include "host/HostParmList.h"
 
 #include <string>
@@ -233,4 +234,12 @@ TEST_F(HostParmLookup, CallbacksRunWithTheNode)
     EXPECT_EQ(theCallbackData, 7);
     EXPECT_EQ(node->runParmCallback(*node->getParm("x"), 8, 0.0), 0);
     EXPECT_EQ(theCallbackData, 7);
+}
+
+TEST(HostColorModel, CodeTwoIsRGB)
+{
+    EXPECT_EQ(HostColor::fromCode(2, 1, 0, 0), HostColor(HostColor::RGB, 1, 0, 0));
+    EXPECT_EQ(HostColor::fromCode(99, 1, 0, 0).model(), HostColor::RGB);
+    EXPECT_NE(HostColor::fromCode(3, 1, 0, 0), HostColor(HostColor::RGB, 1, 0, 0));
+    EXPECT_EQ(HostColor().modelCode(), 2);
 }
