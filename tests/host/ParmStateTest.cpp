@@ -2,6 +2,7 @@
 #include "HostFixture.h"
 
 #include "host/HostChannelManager.h"
+#include "host/HostNodeExprContext.h"
 #include "host/HostParm.h"
 
 #include <thread>
@@ -63,6 +64,23 @@ TEST_F(ParmState, ExpressionsReadChannelsByRelativeAndAbsolutePaths)
     EXPECT_FALSE(myT2->hasExpression(0));
     EXPECT_EQ(myT2->getStringMeaning(0), HOST_STRING_LITERAL);
     EXPECT_EQ(myT2->evalFloat(0, 0.0), 7.0);
+}
+
+TEST_F(ParmState, FreeExpressionsReadChannelsOfTheirNode)
+{
+    myT1->setKey(0, 0.0, 2.0);
+    myT1->setKey(0, 1.0, 4.0);
+    std::string error;
+    const HostExpression expr("ch(\"tx\") * 10 + ch(\"../geo2/scale\")");
+    EXPECT_EQ(expr.evaluateNumber(HostNodeExprContext(myGeo1, 0.5), error), 31.0);
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(expr.evaluateNumber(HostNodeExprContext(myGeo2, 0.5), error), 1.0);
+    EXPECT_EQ(
+        HostExpression("ch(\"../none/tx\")").evaluateNumber(HostNodeExprContext(myGeo2, 0), error),
+        0.0);
+    EXPECT_EQ(error, "Bad channel: ../none/tx");
+    EXPECT_EQ(expr.evaluateNumber(HostNodeExprContext(nullptr, 0.5), error), 0.0);
+    EXPECT_EQ(error, "Bad channel: tx");
 }
 
 TEST_F(ParmState, EvaluationErrorsGiveZeroAndAreReportedOnce)
