@@ -256,7 +256,7 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const std::str
     auto it = myCommands.find(name);
     if (it == myCommands.end())
     {
-        reportAt(source, cmd.line, "Unknown command: " + name);
+        reportAt(source, cmd.line, "Unknown command: " + HostCommandParser::protect(name));
         return false;
     }
     // Copied so that a handler may uninstall or replace its own command.

@@ -3,6 +3,7 @@
 #include "host/HostDirector.h"
 #include "host/HostExpression.h"
 #include "host/HostNode.h"
+#include "host/HostNodeExprContext.h"
 #include "host/HostParm.h"
 
 #include <cmath>
@@ -47,41 +48,6 @@ std::shared_ptr<const HostExpression> cachedExpression(const std::string &text)
     return expr;
 }
 
-/// ch() and chs() inside a parameter's expression read channels relative to its node.
-class ParmExprContext : public HostExprContext
-{
-public:
-    ParmExprContext(const HostNode *node, double time) : myNode(node), myTime(time) {}
-
-    double getTime() const override { return myTime; }
-
-    bool evaluateChannel(const std::string &path, bool asString, HostExprValue &value,
-                         std::string &error) const override
-    {
-        HostNode *node = nullptr;
-        HostParm *parm = nullptr;
-        int k = -1;
-        if (!myNode || !myNode->resolveChannel(path, node, parm, k))
-        {
-            error = "Bad channel: " + path;
-            return false;
-        }
-        std::string inner;
-        if (asString)
-            value = HostExprValue::string(parm->evalString(k, myTime, inner));
-        else
-            value = HostExprValue::number(parm->evalFloat(k, myTime, inner));
-        if (inner.empty())
-            return true;
-        error = inner;
-        return false;
-    }
-
-private:
-    const HostNode *myNode;
-    double myTime;
-};
-
 bool evaluateText(const HostParm &parm, const std::string &text, HostStringMeaning language,
                   double time, HostExprValue &value, std::string &error)
 {
@@ -91,7 +57,7 @@ bool evaluateText(const HostParm &parm, const std::string &text, HostStringMeani
         error = "Scripting-language expressions are not evaluated here";
         return false;
     }
-    ParmExprContext context(parm.getNode(), time);
+    HostNodeExprContext context(parm.getNode(), time);
     return cachedExpression(text)->evaluate(context, value, error);
 }
 

@@ -9,6 +9,10 @@ ShellNodeSnapshot ShellNodeSnapshot::take(const HostNode &node)
 {
     ShellNodeSnapshot snapshot;
     snapshot.add(node);
+    if (const HostNetwork *siblings = node.getParentNetwork())
+        for (int i = 0; i < siblings->getNumNodes(); ++i)
+            if (siblings->getNode(i) == &node)
+                snapshot.myEntries.front().myPosition = i;
     return snapshot;
 }
 
@@ -37,7 +41,8 @@ bool ShellNodeSnapshot::restore(HostDirector &director) const
     bool all = true;
     for (const Entry &entry : myEntries)
     {
-        HostNode *node = director.createNode(entry.myType, entry.myPath, nullptr, entry.myId);
+        HostNode *node =
+            director.createNode(entry.myType, entry.myPath, nullptr, entry.myId, entry.myPosition);
         if (!node)
         {
             all = false;

@@ -13,7 +13,8 @@ class HostDirector;
 class HostNode;
 
 /// Everything needed to re-create a node and the nodes below it exactly: types, paths,
-/// unique ids, flags, spare templates and the whole state of every parameter. Re-creating
+/// unique ids, the place in the parent network, flags, spare templates and the whole state
+/// of every parameter. Re-creating
 /// with the same ids keeps the parameter undo records of older steps (which find their
 /// node by id) working.
 class ShellNodeSnapshot
@@ -36,6 +37,7 @@ private:
         std::string myType;
         std::string myPath;
         int myId = -1;
+        int myPosition = -1; ///< place in the parent network (the top node only)
         unsigned myFlags = 0;
         HostParmTemplateList mySpares;
         std::vector<std::pair<std::string, HostParmState>> myParms;

@@ -1,6 +1,10 @@
 // ShellScene: writing the scene as host command lines.
 #include "shell/ShellScene.h"
 
+#include "shell/ShellChannels.h"
+#include "shell/ShellParmAccess.h"
+
+#include "host/HostChoiceList.h"
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNetwork.h"
@@ -23,6 +27,26 @@ std::string ShellScene::formatNumber(double value)
     return text;
 }
 
+namespace
+{
+// A menu value that is an item's index is written as the item's token, which reads better
+// and still reads back (parmset takes tokens).
+std::string numberOrToken(const HostParm &parm, int k)
+{
+    const double value = parm.getValue(k);
+    const HostChoiceList *menu = parm.getTemplate().getChoiceList();
+    if (menu && value >= 0 && value < menu->getNumItems() && value == static_cast<int>(value))
+    {
+        const std::string &token = menu->getToken(static_cast<int>(value));
+        double as_number = 0;
+        if (!token.empty() && menu->findToken(token) == static_cast<int>(value) &&
+            !ShellParmAccess::parseNumber(token, as_number))
+            return HostCommandManager::protectString(token);
+    }
+    return ShellScene::formatNumber(value);
+}
+} // namespace
+
 void ShellScene::writeParm(std::ostream &os, const std::string &path, const HostParm &parm)
 {
     const int size = parm.getVectorSize();
@@ -39,9 +63,10 @@ void ShellScene::writeParm(std::ostream &os, const std::string &path, const Host
         if (parm.getType().isString())
             HostCommandManager::protectString(os, parm.getString(k));
         else
-            os << formatNumber(parm.getValue(k));
+            os << numberOrToken(parm, k);
     }
     os << "\n";
+    ShellChannels::writeAnimation(os, path, parm);
 }
 
 void ShellScene::writeNode(std::ostream &os, const HostNode &node)

@@ -14,7 +14,8 @@ class HostParm;
 ///
 ///   tcur SECONDS                     (only when the time is not 0)
 ///   nodeadd TYPE PATH                (every node, parents before children, in network order)
-///   parmset PATH PARM VALUE...       (every parameter with a component off its default)
+///   parmset PATH PARM VALUE...       (every parameter with a component off its default;
+///                                     menu values as item tokens)
 ///
 /// then whatever the director's scene-save callback writes (the library's settings,
 /// bindings and persistent handles). Numbers are written with the fewest digits that read

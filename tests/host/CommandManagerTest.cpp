@@ -116,7 +116,7 @@ TEST(CommandExecution, FailingLinesAreReportedAndTheRestRuns)
     EXPECT_EQ(in.out.str(), "[show] [y]\n[show] [z]\n");
     EXPECT_EQ(in.err.str(), "a.gzs:1: Unknown command: nope\n"
                             "a.gzs:2: unterminated single quote\n"
-                            "a.gzs:4: Unknown command: \n");
+                            "a.gzs:4: Unknown command: ''\n");
     EXPECT_EQ(in.mgr.failedLines(), 3);
     in.mgr.resetFailedLines();
     EXPECT_TRUE(in.mgr.execute("show"));

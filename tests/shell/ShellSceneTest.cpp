@@ -18,7 +18,7 @@ TEST(ShellSceneNumbers, ShortestTextReadsBackExactly)
     EXPECT_EQ(ShellScene::formatNumber(0.1), "0.1");
     EXPECT_EQ(ShellScene::formatNumber(2), "2");
     EXPECT_EQ(ShellScene::formatNumber(-1.5e-7), "-1.5e-07");
-    EXPECT_EQ(ShellScene::formatNumber(1.0 / 3.0), "0.33333333333333331");
+    EXPECT_EQ(ShellScene::formatNumber(1.0 / 3.0), "0.3333333333333333");
     std::mt19937_64 rng(7);
     for (int i = 0; i < 5000; ++i)
     {
@@ -74,7 +74,9 @@ TEST(ShellCatalogue, NumericParametersAreAnimatableAndNamedPerComponent)
         {
             const HostParmTemplate &tmpl = templates[i];
             if (tmpl.getType().isNumeric())
+            {
                 EXPECT_TRUE(tmpl.getType().isAnimatable()) << spec.name << " " << tmpl.getName();
+            }
             if (tmpl.getVectorSize() == 3)
             {
                 ++vectors;
