@@ -53,11 +53,12 @@ TEST(SettingListWrite, RestoresTheStreamsPrecisionAndNotation)
 {
     GZ_SettingList list;
     list.appendSetting("a", 0.1);
+    list.appendSetting("b", 0.5);
     std::ostringstream os;
     os << std::fixed << std::setprecision(3) << 0.5 << ' ';
     list.generateSettingString(os);
     os << ' ' << 0.5;
-    EXPECT_EQ(os.str(), "0.500 a(0.10000000000000001) 0.500");
+    EXPECT_EQ(os.str(), "0.500 a(0.10000000000000001) b(0.5) 0.500");
     EXPECT_EQ(os.precision(), 3);
 
     // A single setting written on its own uses the stream as it is.
