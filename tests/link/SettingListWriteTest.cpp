@@ -124,13 +124,23 @@ private:
                                        -std::numeric_limits<double>::denorm_min(),
                                        DBL_EPSILON,
                                        1e21,
-                                       123456789012345678.0};
-        switch (pick(3))
+                                       123456789012345678.0,
+                                       0.5,
+                                       -0.0625,
+                                       -0.9375,
+                                       999999999999.9375,
+                                       1e12,
+                                       1e12 + 0.5,
+                                       1e16,
+                                       1e17};
+        switch (pick(4))
         {
         case 0:
             return edges[pick(sizeof(edges) / sizeof(edges[0]))];
         case 1:
             return static_cast<double>(static_cast<int>(myRng())) / (1 + pick(1000));
+        case 2:
+            return static_cast<double>(static_cast<int>(myRng())) / 16.0;
         default:
         {
             // Any finite bit pattern.
