@@ -14,7 +14,7 @@
 namespace
 {
 // Below this many settings a linear scan beats building a hash index.
-constexpr std::size_t theIndexThreshold = 16;
+constexpr std::size_t theIndexThreshold = 64;
 constexpr std::size_t theNotFound = static_cast<std::size_t>(-1);
 
 const char *const theErrorPrefix = "Handle Setting Error: ";

@@ -53,11 +53,12 @@ TEST(SettingListWrite, RestoresTheStreamsPrecisionAndNotation)
 {
     GZ_SettingList list;
     list.appendSetting("a", 0.1);
+    list.appendSetting("b", 0.5);
     std::ostringstream os;
     os << std::fixed << std::setprecision(3) << 0.5 << ' ';
     list.generateSettingString(os);
     os << ' ' << 0.5;
-    EXPECT_EQ(os.str(), "0.500 a(0.10000000000000001) 0.500");
+    EXPECT_EQ(os.str(), "0.500 a(0.10000000000000001) b(0.5) 0.500");
     EXPECT_EQ(os.precision(), 3);
 
     // A single setting written on its own uses the stream as it is.
@@ -123,13 +124,23 @@ private:
                                        -std::numeric_limits<double>::denorm_min(),
                                        DBL_EPSILON,
                                        1e21,
-                                       123456789012345678.0};
-        switch (pick(3))
+                                       123456789012345678.0,
+                                       0.5,
+                                       -0.0625,
+                                       -0.9375,
+                                       999999999999.9375,
+                                       1e12,
+                                       1e12 + 0.5,
+                                       1e16,
+                                       1e17};
+        switch (pick(4))
         {
         case 0:
             return edges[pick(sizeof(edges) / sizeof(edges[0]))];
         case 1:
             return static_cast<double>(static_cast<int>(myRng())) / (1 + pick(1000));
+        case 2:
+            return static_cast<double>(static_cast<int>(myRng())) / 16.0;
         default:
         {
             // Any finite bit pattern.
