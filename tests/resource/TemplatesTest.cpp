@@ -32,6 +32,12 @@ TEST(GZTemplate, NetworksAreWholeWordsInAnyCase)
     EXPECT_EQ(gz.parmIndex("tz"), -1);
     EXPECT_EQ(gz.parmNameTable().size(), 4u);
 
+    // A name listed twice stays twice in the list; the table keeps its first index.
+    const char *const twice[] = {"input", "tx", "input", nullptr};
+    GZ_GZTemplate repeated("rep", "Rep", "Sop", "", twice, 0, 4, false);
+    EXPECT_EQ(repeated.parmNameList().size(), 3u);
+    EXPECT_EQ(repeated.parmIndex("input"), 0);
+
     GZ_SelectorTemplate selector("mixed", "Mixed", "Sop Dop", true);
     EXPECT_TRUE(selector.supportsType("Dop"));
     EXPECT_FALSE(selector.supportsType("Lop"));
