@@ -54,10 +54,8 @@ const char *orEmpty(const char *text)
 } // namespace
 
 GZ_OpHandleLink::GZ_OpHandleLink(const GZ_GZTemplate &gz_template)
-    : myTemplate(&gz_template),
-      myHandleParmOpnums(gz_template.parmNameList().size(), 0),
-      myRootDescription(gz_template.name()),
-      myActiveColor(getDefaultColor())
+    : myTemplate(&gz_template), myHandleParmOpnums(gz_template.parmNameList().size(), 0),
+      myRootDescription(gz_template.name()), myActiveColor(getDefaultColor())
 {
 }
 
@@ -106,8 +104,7 @@ GZ_OpHandleLink::StringArray &GZ_OpHandleLink::opParmNames(const char *operator_
     auto it = myOpTypeParmNames.find(orEmpty(operator_type_name));
     if (it != myOpTypeParmNames.end())
         return it->second;
-    return myOpTypeParmNames
-        .emplace(orEmpty(operator_type_name), StringArray(getNumHandleParms()))
+    return myOpTypeParmNames.emplace(orEmpty(operator_type_name), StringArray(getNumHandleParms()))
         .first->second;
 }
 
@@ -412,8 +409,8 @@ void GZ_OpHandleLink::freeProxy()
 // ---------------------------------------------------------------------------------------
 // Locked parts and binding state
 
-bool GZ_OpHandleLink::isOpParmLocked(const std::string &channel_name, HostNode &node,
-                                     double time, HostParm **out_parm, HostNode **out_node)
+bool GZ_OpHandleLink::isOpParmLocked(const std::string &channel_name, HostNode &node, double time,
+                                     HostParm **out_parm, HostNode **out_node)
 {
     HostNode *found_node = nullptr;
     HostParm *parm = nullptr;
@@ -471,8 +468,7 @@ void GZ_OpHandleLink::updateParmLockStatus(HostNode &node)
         {
             HostParm::followChannelReferences(getTime(), found_node, parm, vi);
             drivable = found_node && parm && parm->isVisible() &&
-                       found_node->canAccess(HostNode::ACCESS_WRITE, *parm) &&
-                       !parm->isLocked(vi);
+                       found_node->canAccess(HostNode::ACCESS_WRITE, *parm) && !parm->isLocked(vi);
         }
         if (drivable)
             justLinked(i);
@@ -671,9 +667,9 @@ void GZ_OpHandleLink::saveSettings(GZ_SettingList &settings, bool) const
     if (!myShowOpPath)
         settings.appendSetting("showoppath", false);
     if (myActiveColor != getDefaultColor())
-        settings.appendSetting("color", GZ_Vector3{myActiveColor.component(0),
-                                                   myActiveColor.component(1),
-                                                   myActiveColor.component(2)});
+        settings.appendSetting("color",
+                               GZ_Vector3{myActiveColor.component(0), myActiveColor.component(1),
+                                          myActiveColor.component(2)});
     if (!myOwnerOp.empty())
         settings.appendSetting("ownerop", myOwnerOp.c_str());
     if (!myOwnerOpGroup.empty())

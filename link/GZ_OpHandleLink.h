@@ -72,8 +72,7 @@ public:
         virtual int getParmValue(GZ_OpHandleLink *link, int index, int &value, int dflt) = 0;
         virtual int setParmValue(GZ_OpHandleLink *link, int index, const std::string &value) = 0;
         virtual int setParmValue(GZ_OpHandleLink *link, int index, int value, bool set_key) = 0;
-        virtual int setParmValue(GZ_OpHandleLink *link, int index, double value,
-                                 bool set_key) = 0;
+        virtual int setParmValue(GZ_OpHandleLink *link, int index, double value, bool set_key) = 0;
         virtual bool isParmEnabled(GZ_OpHandleLink *link, int index) = 0;
     };
 
@@ -239,8 +238,8 @@ public:
 
     // Binding text.
     /// The channel name and mapping of a binding (the identity for a plain channel name).
-    static void extractProjection(std::string &out, const std::string &text, double &a,
-                                  double &b, double &c, double &d);
+    static void extractProjection(std::string &out, const std::string &text, double &a, double &b,
+                                  double &c, double &d);
     static void extractChannelName(std::string &out, const std::string &text);
     /// Whether a handle may not drive that channel of `node` at `time`.
     static bool isOpParmLocked(const std::string &channel_name, HostNode &node, double time,
@@ -251,8 +250,7 @@ public:
 
     // Value access used by tools outside the handle class.
     int iterateParms(int opnum, const std::function<void(const HostParm &, int)> &fn) const;
-    int iterateParms(int opnum, const std::function<void(HostParm &, int)> &fn,
-                     bool access_check);
+    int iterateParms(int opnum, const std::function<void(HostParm &, int)> &fn, bool access_check);
     bool isParmEnabled(int index, int opnum) const;
 
 protected:
@@ -262,13 +260,11 @@ protected:
     int getParmValue(int index, std::string &value, const std::string &dflt) const;
     int getParmInstValue(int index, const int *instances, double &value, double dflt,
                          int nesting) const;
-    int getParmInstValue(int index, const int *instances, int &value, int dflt,
-                         int nesting) const;
+    int getParmInstValue(int index, const int *instances, int &value, int dflt, int nesting) const;
     int getParmInstValue(int index, const int *instances, std::string &value,
                          const std::string &dflt, int nesting) const;
     void getParmVector3(int index, GZ_Vector3 &value, double dflt) const;
-    void getParmInstVector3(int index, const int *instances, GZ_Vector3 &value,
-                            double dflt) const;
+    void getParmInstVector3(int index, const int *instances, GZ_Vector3 &value, double dflt) const;
     bool readParm(int index, const std::function<void(const HostParm &, int)> &fn) const;
     HostChannelState getParmState(int index, int opnum) const;
     std::string getOpParmLabel(int index) const;
@@ -279,8 +275,7 @@ protected:
     int setParmValue(int index, int value, bool set_key);
     int setParmValue(int index, const std::string &value,
                      HostStringMeaning meaning = HOST_STRING_LITERAL);
-    int setParmInstValue(int index, const int *instances, double value, bool set_key,
-                         int nesting);
+    int setParmInstValue(int index, const int *instances, double value, bool set_key, int nesting);
     int setParmInstValue(int index, const int *instances, int value, bool set_key, int nesting);
     int setParmInstValue(int index, const int *instances, const std::string &value,
                          HostStringMeaning meaning, int nesting);
@@ -292,10 +287,9 @@ protected:
     /// change tolerance, the zero snap, undo and (for animatable types) a key.
     int setOpParmValue(HostNode *node, HostParm *parm, int vector_index, double value,
                        bool set_key);
-    int setOpParmValue(HostNode *node, HostParm *parm, int vector_index, int value,
-                       bool set_key);
-    int setOpParmValue(HostNode *node, HostParm *parm, int vector_index,
-                       const std::string &value, HostStringMeaning meaning);
+    int setOpParmValue(HostNode *node, HostParm *parm, int vector_index, int value, bool set_key);
+    int setOpParmValue(HostNode *node, HostParm *parm, int vector_index, const std::string &value,
+                       HostStringMeaning meaning);
 
     // The change bracket, delegated to the late binding.
     void beginHandleChange(void *data);
@@ -326,8 +320,7 @@ private:
     /// more) to a node, parameter and component; see Resolved for what is filled.
     bool resolve(int index, int opnum, const int *instances, int nesting, bool project,
                  Resolved &out) const;
-    int readNumber(int index, const int *instances, int nesting, bool as_int,
-                   double &value) const;
+    int readNumber(int index, const int *instances, int nesting, bool as_int, double &value) const;
     int writeNumber(int index, const int *instances, int nesting, double value, bool set_key,
                     bool as_int);
     int readString(int index, const int *instances, int nesting, std::string &value) const;

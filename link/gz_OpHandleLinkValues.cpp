@@ -115,8 +115,8 @@ bool truncateToInt(double value, int &out)
 // ---------------------------------------------------------------------------------------
 // Resolution
 
-bool GZ_OpHandleLink::resolve(int index, int opnum, const int *instances, int nesting,
-                              bool project, Resolved &out) const
+bool GZ_OpHandleLink::resolve(int index, int opnum, const int *instances, int nesting, bool project,
+                              Resolved &out) const
 {
     if (opnum < 0)
         opnum = (index >= 0 && index < static_cast<int>(myHandleParmOpnums.size()))
@@ -211,21 +211,19 @@ int GZ_OpHandleLink::getParmValue(int index, double &value, double dflt) const
 int GZ_OpHandleLink::getParmValue(int index, int &value, int dflt) const
 {
     if (myLateBinding)
-        return myLateBinding->getParmValue(const_cast<GZ_OpHandleLink *>(this), index, value,
-                                           dflt);
+        return myLateBinding->getParmValue(const_cast<GZ_OpHandleLink *>(this), index, value, dflt);
     return getParmInstValue(index, nullptr, value, dflt, 0);
 }
 
 int GZ_OpHandleLink::getParmValue(int index, std::string &value, const std::string &dflt) const
 {
     if (myLateBinding)
-        return myLateBinding->getParmValue(const_cast<GZ_OpHandleLink *>(this), index, value,
-                                           dflt);
+        return myLateBinding->getParmValue(const_cast<GZ_OpHandleLink *>(this), index, value, dflt);
     return getParmInstValue(index, nullptr, value, dflt, 0);
 }
 
-int GZ_OpHandleLink::getParmInstValue(int index, const int *instances, double &value,
-                                      double dflt, int nesting) const
+int GZ_OpHandleLink::getParmInstValue(int index, const int *instances, double &value, double dflt,
+                                      int nesting) const
 {
     double h = 0.0;
     if (!readNumber(index, instances, nesting, /*as_int=*/false, h))
@@ -404,8 +402,8 @@ int GZ_OpHandleLink::setParmValue(int index, const std::string &value, HostStrin
     return writeString(index, nullptr, 0, value, meaning);
 }
 
-int GZ_OpHandleLink::setParmInstValue(int index, const int *instances, double value,
-                                      bool set_key, int nesting)
+int GZ_OpHandleLink::setParmInstValue(int index, const int *instances, double value, bool set_key,
+                                      int nesting)
 {
     return writeNumber(index, instances, nesting, value, set_key, /*as_int=*/false);
 }
@@ -429,8 +427,7 @@ void GZ_OpHandleLink::setParmVector3(int index, const GZ_Vector3 &value)
     setParmValue(index + 2, value.z, /*set_key=*/false);
 }
 
-void GZ_OpHandleLink::setParmInstVector3(int index, const int *instances,
-                                         const GZ_Vector3 &value)
+void GZ_OpHandleLink::setParmInstVector3(int index, const int *instances, const GZ_Vector3 &value)
 {
     setParmInstValue(index, instances, value.x, /*set_key=*/false, 1);
     setParmInstValue(index + 1, instances, value.y, /*set_key=*/false, 1);
@@ -448,10 +445,9 @@ bool GZ_OpHandleLink::modifyParm(int index, const std::function<void(HostParm &,
     HostParm *parm = r.myParm;
     if (!node || !parm)
         return false;
-    const bool allowed =
-        access_check
-            ? node->canAccess(HostNode::ACCESS_WRITE, *parm) && parm->isEnabled(r.myVectorIndex)
-            : node->canModifyFromUI(*parm, r.myVectorIndex);
+    const bool allowed = access_check ? node->canAccess(HostNode::ACCESS_WRITE, *parm) &&
+                                            parm->isEnabled(r.myVectorIndex)
+                                      : node->canModifyFromUI(*parm, r.myVectorIndex);
     if (!allowed)
         return false;
     node->saveParmForUndo(*parm);
@@ -471,8 +467,8 @@ int GZ_OpHandleLink::iterateParms(int opnum, const std::function<void(HostParm &
     return size;
 }
 
-int GZ_OpHandleLink::setOpParmValue(HostNode *node, HostParm *parm, int vector_index,
-                                    double value, bool set_key)
+int GZ_OpHandleLink::setOpParmValue(HostNode *node, HostParm *parm, int vector_index, double value,
+                                    bool set_key)
 {
     if (!parm)
         return 0;

@@ -72,8 +72,7 @@ std::string GZ_ResourceManager::lastGZSettingsKey(const char *type, const char *
 // ---------------------------------------------------------------------------------------
 // Defaults
 
-const GZ_SettingList *GZ_ResourceManager::getDefaultGZSettings(HostOperator &op,
-                                                               const char *type,
+const GZ_SettingList *GZ_ResourceManager::getDefaultGZSettings(HostOperator &op, const char *type,
                                                                const char *description) const
 {
     const std::vector<GZ_BindingHandleInfo> *bindings = getBindingHandles(&op);
@@ -105,8 +104,8 @@ const GZ_SettingList *GZ_ResourceManager::onUpdateGZSettings(const GZ_SettingLis
 // ---------------------------------------------------------------------------------------
 // Recording, saving, loading
 
-void GZ_ResourceManager::recordGZSettings(const char *name, const char *type,
-                                          const HostNode &node, const char *settings_text)
+void GZ_ResourceManager::recordGZSettings(const char *name, const char *type, const HostNode &node,
+                                          const char *settings_text)
 {
     const bool recorded = node.getDirector() && node.getDirector()->isLoading();
     GZ_OpGZKey key(name, type, node.getUniqueId());
@@ -165,8 +164,7 @@ void GZ_ResourceManager::saveGZSettingsToTables(GZ_OpHandleLink &link)
     *stored = settings;
 }
 
-void GZ_ResourceManager::loadGZSettingsFromTables(GZ_OpHandleLink &link,
-                                                  bool use_last_table) const
+void GZ_ResourceManager::loadGZSettingsFromTables(GZ_OpHandleLink &link, bool use_last_table) const
 {
     HostOperator *restriction = link.lastSettingsOperatorTypeRestriction();
     const bool use_last = use_last_table && link.allowsUsingLastSettingsTable();
@@ -262,9 +260,8 @@ void GZ_ResourceManager::removeGZSettingsFromTables(HostOperator &op)
     const std::vector<HostNode *> &nodes = op.getActiveNodes();
     for (const GZ_BindingHandleInfo &binding : *bindings)
     {
-        myLastGZSettingTable.erase(lastGZSettingsKey(binding.getGZName().c_str(),
-                                                     binding.getGZDescription().c_str(),
-                                                     op.getName().c_str()));
+        myLastGZSettingTable.erase(lastGZSettingsKey(
+            binding.getGZName().c_str(), binding.getGZDescription().c_str(), op.getName().c_str()));
         for (auto node = nodes.rbegin(); node != nodes.rend(); ++node)
         {
             auto it = myOpGZSettingTable.find(GZ_OpGZKey(binding.getGZDescription().c_str(),
@@ -297,10 +294,9 @@ HostErrorSeverity GZ_ResourceManager::saveSettings(std::ostream &os)
         if (!node)
             continue;
         const GZ_SettingList *defaults =
-            node->getOperator()
-                ? getDefaultGZSettings(*node->getOperator(), key.gzType().c_str(),
-                                       key.gzNameInSettingTable().c_str())
-                : nullptr;
+            node->getOperator() ? getDefaultGZSettings(*node->getOperator(), key.gzType().c_str(),
+                                                       key.gzNameInSettingTable().c_str())
+                                : nullptr;
         if (atDefaults(settings, defaults))
             continue;
         os << "omparm " << key.gzNameInSettingTable() << " " << key.gzType() << " "
