@@ -61,6 +61,9 @@ GZ_OpHandleLink::GZ_OpHandleLink(const GZ_GZTemplate &gz_template)
 
 GZ_OpHandleLink::~GZ_OpHandleLink()
 {
+    // The interest table may belong to the derived object, which is gone by now; the
+    // records say where every interest was registered.
+    myCurrentInterests = nullptr;
     detachAll();
     clearOpTypeParmNamesMap();
     // Whatever detachAll could not reach by opnum (interests registered before a node list
