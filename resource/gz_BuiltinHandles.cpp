@@ -1,5 +1,6 @@
-// gz_BuiltinHandles: the built-in 3D op-handle-link table and the shared parameter-list builder.
+// gz_BuiltinHandles: the built-in 3D op-handle-link table, its registration and the list builders.
 #include "resource/GZ_GZTemplate.h"
+#include "resource/GZ_ResourceManager.h"
 #include "resource/gz_BuiltinTables.h"
 
 #include <cstdio>
@@ -269,3 +270,13 @@ std::vector<std::unique_ptr<GZ_GZTemplate>> makeBuiltin3DHandles()
 }
 
 } // namespace gz
+
+void GZ_ResourceManager::registerOpHandleLinks()
+{
+    for (std::unique_ptr<GZ_GZTemplate> &tmpl : gz::makeBuiltin3DHandles())
+    {
+        // The registry owns only what it accepts; a refused row is dropped here.
+        if (registerOpHandleLink(tmpl.get()))
+            tmpl.release();
+    }
+}

@@ -1,4 +1,5 @@
-// gz_BuiltinSelectors: the built-in selector table.
+// gz_BuiltinSelectors: the built-in selector table and its registration.
+#include "resource/GZ_ResourceManager.h"
 #include "resource/GZ_SelectorTemplate.h"
 #include "resource/gz_BuiltinTables.h"
 
@@ -78,3 +79,13 @@ std::vector<std::unique_ptr<GZ_SelectorTemplate>> makeBuiltinSelectors()
 }
 
 } // namespace gz
+
+void GZ_ResourceManager::registerSelectors()
+{
+    for (std::unique_ptr<GZ_SelectorTemplate> &tmpl : gz::makeBuiltinSelectors())
+    {
+        // The registry owns only what it accepts; a refused row is dropped here.
+        if (registerSelector(tmpl.get()))
+            tmpl.release();
+    }
+}

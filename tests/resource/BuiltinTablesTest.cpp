@@ -2,11 +2,13 @@
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
 #include "resource/GZ_SelectorTemplate.h"
+#include "resource/gz_BuiltinTables.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -299,8 +301,8 @@ TEST(BuiltinHandleTable, SharedListsAreSpelledOutInOrder)
     EXPECT_EQ(x[0], "input");
     EXPECT_EQ(x[37], "pivot_comp_in_obj_prexform");
     EXPECT_EQ(x[56], "soffsetz");
-    const std::vector<std::string> limits_of_tx_ty = {"tx_min_on", "tx_min", "tx_max_on",
-                                                      "tx_max",    "ty_min_on"};
+    const std::vector<std::string> limits_of_tx_ty = {"tx_min_on", "tx_min", "tx_max_on", "tx_max",
+                                                      "ty_min_on"};
     EXPECT_EQ(std::vector<std::string>(x.begin() + 57, x.begin() + 62), limits_of_tx_ty);
     EXPECT_EQ(x[92], "sz_max");
     EXPECT_EQ(x[93], "parent_xfo");
@@ -384,4 +386,46 @@ TEST(BuiltinSelectorTable, RegistersEveryRowWithItsColumns)
     ASSERT_TRUE(all && everything);
     EXPECT_TRUE(all->supportsType("Dop"));
     EXPECT_FALSE(everything->supportsType("Dop"));
+}
+
+TEST(BuiltinTables, RowsAreRegisteredInCatalogueOrder)
+{
+    // The registration functions hand these to the registry front to back, 3D before 2D.
+    std::vector<std::string> expected, built;
+    for (const Expected3D &row : kExpected3D)
+        expected.emplace_back(row.name);
+    for (const Expected2D &row : kExpected2D)
+        expected.emplace_back(row.name);
+    for (const auto &tmpl : gz::makeBuiltin3DHandles())
+        built.push_back(tmpl->name());
+    for (const auto &tmpl : gz::makeBuiltin2DHandles())
+        built.push_back(tmpl->name());
+    EXPECT_EQ(built, expected);
+
+    expected.clear();
+    built.clear();
+    for (const ExpectedSelector &row : kExpectedSelectors)
+        expected.emplace_back(row.name);
+    for (const auto &tmpl : gz::makeBuiltinSelectors())
+        built.push_back(tmpl->name());
+    EXPECT_EQ(built, expected);
+}
+
+TEST(BuiltinTablesDeathTest, FirstConstructionRegistersEveryRowWithoutWarnings)
+{
+    // A fresh process, so that this construction is the first one even when other tests have
+    // already created the manager. With warnings on, any repeated row name would print its
+    // "already been registered" warning; the catalogues have none, so stderr stays empty.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            GZcreateResourceManager(/*print_warnings=*/true);
+            GZ_ResourceManager *mgr = GZgetResourceManager();
+            bool all_selectors = mgr != nullptr;
+            for (const ExpectedSelector &row : kExpectedSelectors)
+                all_selectors = all_selectors && mgr->containsSelector(row.name);
+            const bool ok = all_selectors && mgr->getOpHandleLinks().size() == 97u;
+            std::exit(ok ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "^$");
 }

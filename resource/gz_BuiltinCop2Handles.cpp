@@ -1,5 +1,6 @@
-// gz_Builtin2DHandles: the built-in 2D compositing op-handle-link table.
+// gz_BuiltinCop2Handles: the built-in 2D compositing op-handle-link table and its registration.
 #include "resource/GZ_GZTemplate.h"
+#include "resource/GZ_ResourceManager.h"
 #include "resource/gz_BuiltinTables.h"
 
 #include <iterator>
@@ -56,3 +57,13 @@ std::vector<std::unique_ptr<GZ_GZTemplate>> makeBuiltin2DHandles()
 }
 
 } // namespace gz
+
+void GZ_ResourceManager::registerCop2HandleLinks()
+{
+    for (std::unique_ptr<GZ_GZTemplate> &tmpl : gz::makeBuiltin2DHandles())
+    {
+        // The registry owns only what it accepts; a refused row is dropped here.
+        if (registerOpHandleLink(tmpl.get()))
+            tmpl.release();
+    }
+}
