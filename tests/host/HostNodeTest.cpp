@@ -3,6 +3,8 @@
 
 #include "host/HostNetwork.h"
 
+#include <sstream>
+
 #include <string>
 #include <vector>
 
@@ -209,4 +211,49 @@ TEST_F(HostNodeCreation, DirectorsAreIndependentAndOneIsCurrent)
     }
     EXPECT_EQ(HostDirector::instance(), &myDirector);
     EXPECT_NE(myDirector.findNode("/obj/geo1"), nullptr);
+}
+
+namespace
+{
+HostErrorSeverity writeScene(std::ostream &os)
+{
+    os << "scene\n";
+    return HOST_ERR_WARNING;
+}
+} // namespace
+
+TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesFlagsAndTheSaveCallback)
+{
+    myDirector.setFps(25.0);
+    myDirector.setFps(0.0); // refused
+    EXPECT_EQ(myDirector.getFps(), 25.0);
+    EXPECT_EQ(myDirector.timeToFrame(0.0), 1.0);
+    EXPECT_EQ(myDirector.timeToFrame(1.0), 26.0);
+    EXPECT_EQ(myDirector.frameToTime(51.0), 2.0);
+
+    int a = 0, b = 0;
+    const int pa = myDirector.allocProxy(&a);
+    const int pb = myDirector.allocProxy(&b);
+    EXPECT_EQ(myDirector.getProxy(pb), &b);
+    myDirector.freeProxy(pa);
+    EXPECT_EQ(myDirector.getProxy(pa), nullptr);
+    EXPECT_NE(myDirector.allocProxy(&a), pa); // a freed index is not handed out again
+    myDirector.clearScene();
+    EXPECT_EQ(myDirector.getProxy(pb), nullptr);
+
+    EXPECT_FALSE(myDirector.getDebugFlag(20));
+    myDirector.setDebugFlag(20, true);
+    EXPECT_TRUE(myDirector.getDebugFlag(20));
+    myDirector.setDebugFlag(20, false);
+    EXPECT_FALSE(myDirector.getDebugFlag(20));
+
+    std::ostringstream os;
+    EXPECT_EQ(myDirector.runSaveCallback(os), HOST_ERR_NONE);
+    myDirector.setSaveCallback(writeScene);
+    EXPECT_EQ(myDirector.runSaveCallback(os), HOST_ERR_WARNING);
+    EXPECT_EQ(os.str(), "scene\n");
+    myDirector.setLoading(true);
+    myDirector.clearScene();
+    EXPECT_FALSE(myDirector.isLoading());
+    EXPECT_EQ(myDirector.getSaveCallback(), &writeScene); // installed once by the library
 }

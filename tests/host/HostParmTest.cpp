@@ -243,3 +243,48 @@ TEST(HostColorModel, CodeTwoIsRGB)
     EXPECT_NE(HostColor::fromCode(3, 1, 0, 0), HostColor(HostColor::RGB, 1, 0, 0));
     EXPECT_EQ(HostColor().modelCode(), 2);
 }
+
+TEST_F(HostParmLookup, ValuesClampRoundAndKeepExpressionsApart)
+{
+    HostParmTemplate clamped(HOST_PARM_FLOAT, "amount", "Amount");
+    clamped.setRange(HostParmRange(0.0, 1.0, /*lo_strict=*/true, /*hi_strict=*/false));
+    HostParmTemplate count(HOST_PARM_INT, "count", "Count");
+    addType("Object", "tvalues",
+            {clamped, count, HostParmTemplate(HOST_PARM_FILE, "file", "File")});
+    HostNode *node = make("tvalues", "/obj/v1");
+    HostParm *amount = node->getParm("amount");
+    amount->setValue(0, -2.0);
+    EXPECT_EQ(amount->getValue(0), 0.0);
+    amount->setValue(0, 3.0); // the upper bound is only a slider bound
+    EXPECT_EQ(amount->getValue(0), 3.0);
+    node->getParm("count")->setValue(0, 2.6);
+    EXPECT_EQ(node->getParm("count")->getInt(0), 3);
+
+    // Text given to a number parameter: a literal is read as the number, an expression goes
+    // to the expression slot and leaves the constant alone.
+    amount->setString(0, "0.25", HOST_STRING_LITERAL);
+    EXPECT_EQ(amount->getValue(0), 0.25);
+    amount->setString(0, "$F * 2", HOST_STRING_EXPRESSION);
+    EXPECT_EQ(amount->component(0).myExpression, "$F * 2");
+    EXPECT_TRUE(amount->isTimeDependent(0));
+    EXPECT_EQ(amount->getValue(0), 0.25);
+    amount->setValue(0, 0.5);
+    EXPECT_FALSE(amount->isTimeDependent(0));
+
+    HostParm *file = node->getParm("file");
+    file->setString(0, "$HIP/a.bgeo", HOST_STRING_EXPRESSION);
+    EXPECT_EQ(file->getString(0), "$HIP/a.bgeo");
+    EXPECT_EQ(file->getStringMeaning(0), HOST_STRING_EXPRESSION);
+
+    // The whole state round-trips, locks and defaults included.
+    amount->setLocked(0, true);
+    amount->setDefault(0, HostParmDefault(0.75));
+    HostParmState state = amount->saveState();
+    amount->setLocked(0, false);
+    amount->setValue(0, 9.0);
+    amount->restoreFactoryDefault(0);
+    amount->restoreState(state);
+    EXPECT_TRUE(amount->isLocked(0));
+    EXPECT_EQ(amount->getValue(0), 0.5);
+    EXPECT_EQ(amount->getDefault(0).myNumber, 0.75);
+}
