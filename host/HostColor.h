@@ -1,7 +1,6 @@
 // HostColor: a colour value with its colour-model code.
 #pragma once
 
-
 /// A colour as the host stores it: a colour-model code and up to four components.
 /// Plain value; cheap to copy.
 class HostColor

@@ -1,0 +1,67 @@
+// HostNetwork: the children of a node, all of one network type.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class HostDirector;
+class HostNode;
+class HostOperator;
+class HostOperatorTable;
+
+/// The nodes inside one parent node, all of the operator table the network was made for.
+/// Owns its nodes; keeps them in creation order with a name index.
+class HostNetwork
+{
+public:
+    /// A network for the children of `owner`; `table` may be null (the root's network of
+    /// managers, which holds only nodes made by the director).
+    HostNetwork(HostDirector *director, HostNode *owner, HostOperatorTable *table);
+    ~HostNetwork();
+    HostNetwork(const HostNetwork &) = delete;
+    HostNetwork &operator=(const HostNetwork &) = delete;
+
+    HostNode *getOwner() const { return myOwner; }
+    HostOperatorTable *getOperatorTable() const { return myTable; }
+    HostDirector *getDirector() const { return myDirector; }
+
+    int getNumNodes() const { return static_cast<int>(myNodes.size()); }
+    HostNode *getNode(int i) const;
+    HostNode *findNode(const std::string &name) const;
+
+    /// Creates a node of operator `type` from this network's table. Fails (null, with a
+    /// message in *error) when the type is not in the table, the name is taken or is not a
+    /// valid node name. An empty name asks for a free one made from the type ("box1").
+    HostNode *createNode(const std::string &type, const std::string &name,
+                         std::string *error = nullptr);
+    /// Creates a manager node (no operator type) whose children use `child_table`.
+    HostNode *createManager(const std::string &name, HostOperatorTable *child_table);
+
+    /// Deletes a child node: its own children first, then HOST_NODE_DELETED is sent to its
+    /// callbacks, then it is destroyed. Returns false when the node is not a child here.
+    bool deleteNode(HostNode *node);
+    /// Deletes every child, last created first.
+    void clear();
+
+    /// Renames a child; refuses invalid names and names taken by a sibling. Sends
+    /// HOST_NODE_RENAMED with the old name as data.
+    bool renameNode(HostNode *node, const std::string &new_name, std::string *error = nullptr);
+
+    /// A name not used by any child: `base` itself when free and not ending in a digit, else
+    /// `base` with the smallest number from 1 that makes it free.
+    std::string getFreeName(const std::string &base) const;
+
+    /// Node names: a letter, digit or "_" start, then letters, digits, "_", "-" and ".".
+    static bool isValidName(const std::string &name);
+
+private:
+    HostNode *adopt(std::unique_ptr<HostNode> node);
+
+    HostDirector *myDirector;
+    HostNode *myOwner;
+    HostOperatorTable *myTable;
+    std::vector<std::unique_ptr<HostNode>> myNodes;
+    std::unordered_map<std::string, HostNode *> myByName;
+};

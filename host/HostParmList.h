@@ -1,0 +1,69 @@
+// HostParmList: the parameters of one node, with name and channel indexes.
+#pragma once
+
+#include "host/HostParm.h"
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class HostNode;
+
+/// The parameters of a node, built from the operator's templates followed by the node's spare
+/// templates. Owns its parameters. Lookups by parameter name and by channel name are hash
+/// lookups; a channel alias table maps extra names onto channels.
+class HostParmList
+{
+public:
+    /// Builds one parameter per template of `templates` (a terminated array; may be null).
+    HostParmList(HostNode *node, const HostParmTemplate *templates);
+    ~HostParmList();
+    HostParmList(const HostParmList &) = delete;
+    HostParmList &operator=(const HostParmList &) = delete;
+
+    HostNode *getNode() const { return myNode; }
+
+    int getEntries() const { return static_cast<int>(myParms.size()); }
+    HostParm *getParm(int i) const;
+    /// The parameter of that exact name, or null.
+    HostParm *getParm(const std::string &name) const;
+    /// Index of the parameter of that name, or -1.
+    int getParmIndex(const std::string &name) const;
+    /// Resolves a channel name ("tx", or a parameter name for component 0, or an alias) to a
+    /// parameter and component; null with vec_index -1 when nothing matches.
+    HostParm *findChannel(const std::string &channel, int &vec_index) const;
+
+    /// Appends parameters for extra (spare) templates; returns the index of the first.
+    int appendSpareParms(const HostParmTemplate *templates);
+    /// Removes every spare parameter (multiparm instances of spare multiparms with them).
+    void removeSpareParms();
+
+    /// Sets the number of instances of a multiparm, creating or removing instance parameters
+    /// (from the end). Returns false when `parm` is not a multiparm of this list.
+    bool setInstanceCount(HostParm &parm, int count);
+
+    /// Adds an alternative name for a channel; returns false when the channel does not exist.
+    bool addChannelAlias(const std::string &alias, const std::string &channel);
+    /// The channel an alias stands for, or null.
+    const std::string *getChannelAlias(const std::string &alias) const;
+
+private:
+    HostParm *addParm(const HostParmTemplate &tmpl, bool spare, HostParm *owner, int instance);
+    void indexParm(HostParm &parm);
+    void unindexParm(const HostParm &parm);
+    void removeParmAt(int index);
+    void renumber(int from);
+
+    struct ChannelRef
+    {
+        HostParm *myParm;
+        int myComponent;
+    };
+
+    HostNode *myNode;
+    std::vector<std::unique_ptr<HostParm>> myParms;
+    std::unordered_map<std::string, HostParm *> myByName;
+    std::unordered_map<std::string, ChannelRef> myByChannel;
+    std::unordered_map<std::string, std::string> myAliases;
+};
