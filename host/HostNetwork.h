@@ -33,7 +33,8 @@ public:
 
     /// Creates a node of operator `type` from this network's table. Fails (null, with a
     /// message in *error) when the type is not in the table, the name is taken or is not a
-    /// valid node name. An empty name asks for a free one made from the type ("box1").
+    /// valid node name. An empty name asks for a free one made from the type
+    /// (`getFreeName`).
     HostNode *createNode(const std::string &type, const std::string &name,
                          std::string *error = nullptr);
     /// Creates a manager node (no operator type) whose children use `child_table`.
@@ -49,8 +50,9 @@ public:
     /// HOST_NODE_RENAMED with the old name as data.
     bool renameNode(HostNode *node, const std::string &new_name, std::string *error = nullptr);
 
-    /// A name not used by any child: `base` itself when free and not ending in a digit, else
-    /// `base` with the smallest number from 1 that makes it free.
+    /// A name not used by any child. A `base` without trailing digits gets the smallest
+    /// number from 1 that makes it free ("box" gives "box1", then "box2"); a `base` ending in
+    /// digits is returned when free, else its number counts up ("geo1" gives "geo2").
     std::string getFreeName(const std::string &base) const;
 
     /// Node names: a letter, digit or "_" start, then letters, digits, "_", "-" and ".".

@@ -75,11 +75,12 @@ public:
     HostNetwork *getChildNetwork() const { return myChildren.get(); }
     HostDirector *getDirector() const { return myDirector; }
 
-    /// Resolves a path relative to this node: absolute paths start at the root; "." and
-    /// ".." step in place and up; a bare name is a sibling ("geo2" from "/obj/geo1"), and
-    /// "./name" or a path through the node itself reaches children. Null when nothing matches.
+    /// Resolves a path: an absolute path starts at the root; a relative one starts at this
+    /// node, "." staying in place, ".." going to the parent and a name going to a child
+    /// ("../geo2" is a sibling, "box1" a child). Null when nothing matches.
     HostNode *findNode(const std::string &path) const;
-    /// The relative path from this node to `target` (as `findNode` reads it), e.g. "../geo2".
+    /// The relative path from this node to `target` (as `findNode` reads it): "." for the
+    /// node itself, "../geo2" for a sibling.
     std::string getRelativePathTo(const HostNode &target) const;
 
     // Parameters.
@@ -101,8 +102,12 @@ public:
 
     /// Records the parameter's whole state for undo (when the undo manager accepts records).
     void saveParmForUndo(const HostParm &parm);
-    /// Pre-change notification: called before a parameter changes, after it was saved.
+    /// Pre-change notification: called before a parameter changes, after it was saved. The
+    /// reference host keeps no cooked data, so there is nothing to invalidate yet; it counts
+    /// the changes so that tests and tools can see them.
     void parmChanging(HostParm &parm);
+    /// Number of pre-change notifications so far.
+    int getNumParmChanges() const { return myParmChanges; }
     /// Post-change notification: input interests of the parameter, then the parameter-changed
     /// event to the node's callbacks.
     void parmChanged(HostParm &parm);
@@ -169,5 +174,6 @@ private:
     std::unique_ptr<HostParmList> myParms;
     std::unique_ptr<HostNetwork> myChildren;
     std::vector<Callback> myCallbacks;
+    int myParmChanges = 0;
     int mySendDepth = 0; ///< >0 while sendEvent runs; removals then only null the entry
 };

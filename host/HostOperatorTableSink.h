@@ -29,5 +29,6 @@ public:
     const std::vector<HostOperatorTable *> &getTableInterests() const { return myTables; }
 
 private:
+    friend class HostOperatorTable;
     std::vector<HostOperatorTable *> myTables;
 };

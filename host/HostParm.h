@@ -142,6 +142,7 @@ public:
     void removeInputInterest(const HostParmInterest &interest);
     bool hasInputInterest(const HostParmInterest &interest) const;
     int getNumInputInterests() const { return static_cast<int>(myInterests.size()); }
+    const std::vector<HostParmInterest> &getInputInterests() const { return myInterests; }
     /// Calls every interest with `data`, in registration order.
     void notifyInputInterests(void *data) const;
 

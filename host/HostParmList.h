@@ -50,10 +50,12 @@ public:
 
 private:
     HostParm *addParm(const HostParmTemplate &tmpl, bool spare, HostParm *owner, int instance);
+    void addInstance(HostParm &multi);
     void indexParm(HostParm &parm);
-    void unindexParm(const HostParm &parm);
-    void removeParmAt(int index);
-    void renumber(int from);
+    /// Removes the marked parameters (and the instances they own), then rebuilds indexes.
+    void removeMarked(std::vector<bool> &marked);
+    void markWithInstances(const HostParm &parm, std::vector<bool> &marked) const;
+    void rebuildIndexes();
 
     struct ChannelRef
     {

@@ -148,8 +148,15 @@ public:
     const std::string &getChannelName(int k) const;
     /// Component index of a channel name of this template, or -1.
     int findChannel(const std::string &channel) const;
-    /// The suffix (or prefix) that the naming scheme gives component k of a vector of `size`.
-    static std::string componentName(HostParmType type, int size, int k);
+    /// The channel name that the naming scheme of `type` gives component k of a parameter
+    /// called `name` with `size` components.
+    static std::string makeChannelName(HostParmType type, const std::string &name, int size, int k);
+    /// Whether the channels of this template carry their component name in front
+    /// (begin/end naming with more than one component).
+    bool hasPrefixChannelNames() const { return myType.namesBeginEnd() && getNumChannels() > 1; }
+    /// Number of channels: the vector size, but 1 for switchers and multiparms (their value
+    /// is the open folder or the instance count) and 0 for the terminator.
+    int getNumChannels() const { return static_cast<int>(myChannelNames.size()); }
 
     // Defaults. Components without an explicit default read 0 / empty.
     const HostParmDefault &getDefault(int k) const;

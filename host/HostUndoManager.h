@@ -109,4 +109,5 @@ private:
     int myBlocksOpened = 0;
     int myDisableDepth = 0;
     bool myPlayingBack = false;
+    bool myMergeable = false; ///< the last step may take a merging block of the same name
 };

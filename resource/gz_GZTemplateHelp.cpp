@@ -1,14 +1,17 @@
-// GZ_GZTemplate::getHelp: the help text of a handle type.
+// GZ_GZTemplate::getHelp: the help text of a handle type, from the host's search path.
 #include "resource/GZ_GZTemplate.h"
 
-// Placeholder until the host's search path is available: always reports that no help
-// file exists. Replaced by the search-path lookup.
+#include "host/HostReader.h"
+
 const std::string &GZ_GZTemplate::getHelp() const
 {
-    if (!myHelpLoaded)
-    {
-        myHelpLoaded = true;
+    if (myHelpLoaded)
+        return myHelp;
+    myHelpLoaded = true;
+    myHelp.clear();
+    std::string path;
+    if (!HostReader::findFile("config/Help/handle/" + name(), path) ||
+        !HostReader::readFile(path, myHelp))
         myHelp = "No help defined for handles of type " + name();
-    }
     return myHelp;
 }

@@ -1,0 +1,168 @@
+// HostNetwork: creating, deleting and renaming the nodes of one network.
+#include "host/HostNetwork.h"
+
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+#include "host/HostOperator.h"
+#include "host/HostOperatorTable.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace
+{
+void setError(std::string *error, const std::string &text)
+{
+    if (error)
+        *error = text;
+}
+
+bool isNameChar(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '-' || c == '.';
+}
+} // namespace
+
+HostNetwork::HostNetwork(HostDirector *director, HostNode *owner, HostOperatorTable *table)
+    : myDirector(director), myOwner(owner), myTable(table)
+{
+}
+
+HostNetwork::~HostNetwork()
+{
+    clear();
+}
+
+HostNode *HostNetwork::getNode(int i) const
+{
+    return (i >= 0 && i < getNumNodes()) ? myNodes[i].get() : nullptr;
+}
+
+HostNode *HostNetwork::findNode(const std::string &name) const
+{
+    auto it = myByName.find(name);
+    return it == myByName.end() ? nullptr : it->second;
+}
+
+HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node)
+{
+    HostNode *n = node.get();
+    myByName.emplace(n->getName(), n);
+    myNodes.push_back(std::move(node));
+    return n;
+}
+
+HostNode *HostNetwork::createNode(const std::string &type, const std::string &name,
+                                  std::string *error)
+{
+    HostOperator *op = myTable ? myTable->getOperator(type) : nullptr;
+    if (!op)
+    {
+        setError(error, "Invalid node type: " + type);
+        return nullptr;
+    }
+    const std::string node_name = name.empty() ? getFreeName(type) : name;
+    if (!isValidName(node_name))
+    {
+        setError(error, "Invalid node name: " + node_name);
+        return nullptr;
+    }
+    if (findNode(node_name))
+    {
+        setError(error, "Node already exists: " + node_name);
+        return nullptr;
+    }
+    return adopt(std::unique_ptr<HostNode>(
+        new HostNode(myDirector, this, op, node_name, myDirector->allocateId())));
+}
+
+HostNode *HostNetwork::createManager(const std::string &name, HostOperatorTable *child_table)
+{
+    if (!isValidName(name) || findNode(name))
+        return nullptr;
+    auto node = std::unique_ptr<HostNode>(
+        new HostNode(myDirector, this, nullptr, name, myDirector->allocateId()));
+    node->myChildren = std::make_unique<HostNetwork>(myDirector, node.get(), child_table);
+    return adopt(std::move(node));
+}
+
+bool HostNetwork::deleteNode(HostNode *node)
+{
+    auto it = std::find_if(myNodes.begin(), myNodes.end(),
+                           [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
+    if (!node || it == myNodes.end())
+        return false;
+    if (node->myChildren)
+        node->myChildren->clear();
+    node->sendEvent(HOST_NODE_DELETED);
+    // A callback may have deleted other nodes: look the node up again.
+    it = std::find_if(myNodes.begin(), myNodes.end(),
+                      [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
+    if (it == myNodes.end())
+        return true;
+    myByName.erase(node->getName());
+    std::unique_ptr<HostNode> doomed = std::move(*it);
+    myNodes.erase(it);
+    doomed.reset();
+    return true;
+}
+
+void HostNetwork::clear()
+{
+    while (!myNodes.empty())
+        deleteNode(myNodes.back().get());
+}
+
+bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::string *error)
+{
+    if (!node || findNode(node->getName()) != node)
+    {
+        setError(error, "Node not in this network");
+        return false;
+    }
+    if (new_name == node->getName())
+        return true;
+    if (!isValidName(new_name))
+    {
+        setError(error, "Invalid node name: " + new_name);
+        return false;
+    }
+    if (findNode(new_name))
+    {
+        setError(error, "Node already exists: " + new_name);
+        return false;
+    }
+    const std::string old_name = node->getName();
+    myByName.erase(old_name);
+    node->myName = new_name;
+    myByName.emplace(new_name, node);
+    node->sendEvent(HOST_NODE_RENAMED, const_cast<char *>(old_name.c_str()));
+    return true;
+}
+
+std::string HostNetwork::getFreeName(const std::string &base) const
+{
+    size_t digits = base.size();
+    while (digits > 0 && std::isdigit(static_cast<unsigned char>(base[digits - 1])))
+        --digits;
+    if (digits < base.size() && !findNode(base))
+        return base;
+    const std::string stem = base.substr(0, digits);
+    // Long digit runs would overflow; they restart from 1.
+    long long n = 0;
+    if (digits < base.size() && base.size() - digits < 18)
+        n = std::stoll(base.substr(digits));
+    for (++n;; ++n)
+    {
+        std::string candidate = stem + std::to_string(n);
+        if (!findNode(candidate))
+            return candidate;
+    }
+}
+
+bool HostNetwork::isValidName(const std::string &name)
+{
+    if (name.empty() || name[0] == '.' || name[0] == '-')
+        return false;
+    return std::all_of(name.begin(), name.end(), isNameChar);
+}

@@ -1,0 +1,331 @@
+// HostNode: paths, parameters and their notifications, flags and event callbacks.
+#include "host/HostNode.h"
+
+#include "host/HostDirector.h"
+#include "host/HostNetwork.h"
+#include "host/HostOperator.h"
+#include "host/HostOperatorTable.h"
+#include "host/HostParmUndo.h"
+
+#include <algorithm>
+#include <map>
+
+namespace
+{
+const std::string theEmpty;
+
+int depthOf(const HostNode *node)
+{
+    int depth = 0;
+    for (const HostNode *n = node->getParent(); n; n = n->getParent())
+        ++depth;
+    return depth;
+}
+} // namespace
+
+HostNode::HostNode(HostDirector *director, HostNetwork *parent, HostOperator *op,
+                   const std::string &name, int unique_id)
+    : myDirector(director), myParent(parent), myOperator(op), myName(name), myUniqueId(unique_id)
+{
+    myDirector->registerNode(this);
+    if (myOperator)
+    {
+        myOperator->addActiveNode(this);
+        if (!myOperator->getChildTableName().empty())
+            if (HostOperatorTable *table =
+                    HostOperatorTable::getTable(myOperator->getChildTableName()))
+                myChildren = std::make_unique<HostNetwork>(myDirector, this, table);
+    }
+    buildParms();
+}
+
+HostNode::~HostNode()
+{
+    myChildren.reset();
+    if (myOperator)
+        myOperator->removeActiveNode(this);
+    myDirector->unregisterNode(this);
+}
+
+void HostNode::buildParms()
+{
+    myParms =
+        std::make_unique<HostParmList>(this, myOperator ? myOperator->getParmTemplates() : nullptr);
+    if (!mySpareTemplates.empty())
+        myParms->appendSpareParms(mySpareTemplates.data());
+}
+
+const std::string &HostNode::getOperatorName() const
+{
+    return myOperator ? myOperator->getName() : theEmpty;
+}
+
+int HostNode::getNetworkTypeId() const
+{
+    if (!myOperator || !myOperator->getTable())
+        return -1;
+    return myOperator->getTable()->getNetworkType();
+}
+
+HostNode *HostNode::getParent() const
+{
+    return myParent ? myParent->getOwner() : nullptr;
+}
+
+std::string HostNode::getFullPath() const
+{
+    const HostNode *parent = getParent();
+    if (!parent)
+        return myName.empty() ? "/" : myName;
+    if (!parent->getParent())
+        return "/" + myName;
+    return parent->getFullPath() + "/" + myName;
+}
+
+HostNode *HostNode::findNode(const std::string &path) const
+{
+    if (path.empty())
+        return nullptr;
+    const HostNode *cur = this;
+    if (path[0] == '/')
+        cur = myDirector->getRoot();
+    size_t pos = 0;
+    while (cur && pos <= path.size())
+    {
+        size_t slash = path.find('/', pos);
+        if (slash == std::string::npos)
+            slash = path.size();
+        const std::string part = path.substr(pos, slash - pos);
+        pos = slash + 1;
+        if (part.empty() || part == ".")
+            continue;
+        if (part == "..")
+            cur = cur->getParent();
+        else
+            cur = cur->myChildren ? cur->myChildren->findNode(part) : nullptr;
+    }
+    return const_cast<HostNode *>(cur);
+}
+
+std::string HostNode::getRelativePathTo(const HostNode &target) const
+{
+    if (&target == this)
+        return ".";
+    // Walk both up to their common ancestor.
+    const HostNode *a = this;
+    const HostNode *b = &target;
+    int da = depthOf(a);
+    int db = depthOf(b);
+    std::string up;
+    std::vector<const HostNode *> down;
+    while (da > db)
+    {
+        a = a->getParent();
+        --da;
+        up += up.empty() ? ".." : "/..";
+    }
+    while (db > da)
+    {
+        down.push_back(b);
+        b = b->getParent();
+        --db;
+    }
+    while (a != b)
+    {
+        a = a->getParent();
+        up += up.empty() ? ".." : "/..";
+        down.push_back(b);
+        b = b->getParent();
+    }
+    std::string path = up;
+    for (auto it = down.rbegin(); it != down.rend(); ++it)
+        path += (path.empty() ? "" : "/") + (*it)->getName();
+    return path;
+}
+
+bool HostNode::canAccess(unsigned mask, const HostParm & /*parm*/) const
+{
+    return (myPermissions & mask) == mask;
+}
+
+bool HostNode::canModifyFromUI(const HostParm &parm, int k) const
+{
+    return canAccess(ACCESS_WRITE, parm) && !parm.isLocked(k) && parm.isEnabled(k);
+}
+
+void HostNode::saveParmForUndo(const HostParm &parm)
+{
+    HostUndoManager &undo = myDirector->getUndoManager();
+    if (undo.willAcceptUndoAddition())
+        undo.addToUndoBlock(std::make_unique<HostParmUndo>(*this, parm));
+}
+
+void HostNode::parmChanging(HostParm & /*parm*/)
+{
+    ++myParmChanges;
+}
+
+void HostNode::parmChanged(HostParm &parm)
+{
+    parm.notifyInputInterests(&parm);
+    sendEvent(HOST_NODE_PARM_CHANGED, &parm);
+}
+
+bool HostNode::setParmValue(HostParm &parm, int k, double value)
+{
+    if (!canModifyFromUI(parm, k))
+        return false;
+    saveParmForUndo(parm);
+    parmChanging(parm);
+    parm.setValue(k, value);
+    if (parm.isMultiParm())
+        myParms->setInstanceCount(parm, parm.getInt(0));
+    parmChanged(parm);
+    return true;
+}
+
+bool HostNode::setParmString(HostParm &parm, int k, const std::string &text,
+                             HostStringMeaning meaning)
+{
+    if (!canModifyFromUI(parm, k))
+        return false;
+    saveParmForUndo(parm);
+    parmChanging(parm);
+    parm.setString(k, text, meaning);
+    parmChanged(parm);
+    return true;
+}
+
+int HostNode::runParmCallback(HostParm &parm, int data, double time)
+{
+    HostParmCallback cb = parm.getTemplate().getCallback();
+    if (!cb)
+        return 0;
+    return cb(this, parm.getIndex(), data, time, &parm.getTemplate());
+}
+
+namespace
+{
+// What survives a rebuild of a parameter list: states and input interests, by name.
+struct SavedParm
+{
+    HostParmState myState;
+    int mySize;
+    std::vector<HostParmInterest> myInterests;
+};
+
+void saveParms(const HostParmList &list, bool spare_only, std::vector<std::string> &order,
+               std::map<std::string, SavedParm> &saved)
+{
+    for (int i = 0; i < list.getEntries(); ++i)
+    {
+        const HostParm *parm = list.getParm(i);
+        if (spare_only && !parm->isSpare())
+            continue;
+        order.push_back(parm->getName());
+        saved.emplace(parm->getName(), SavedParm{parm->saveState(), parm->getVectorSize(),
+                                                 parm->getInputInterests()});
+    }
+}
+
+void restoreParms(HostParmList &list, const std::vector<std::string> &order,
+                  const std::map<std::string, SavedParm> &saved)
+{
+    // In the old order, so that a multiparm gets its instances before they are restored.
+    for (const std::string &name : order)
+    {
+        HostParm *parm = list.getParm(name);
+        if (!parm)
+            continue;
+        const SavedParm &s = saved.at(name);
+        if (parm->getVectorSize() == s.mySize)
+            parm->restoreState(s.myState);
+        for (const HostParmInterest &i : s.myInterests)
+            parm->addInputInterest(i);
+    }
+}
+} // namespace
+
+void HostNode::setSpareTemplates(const HostParmTemplateList &templates)
+{
+    std::vector<std::string> order;
+    std::map<std::string, SavedParm> saved;
+    saveParms(*myParms, /*spare_only=*/true, order, saved);
+    // The spare parameters point into the old templates: remove them before replacing.
+    myParms->removeSpareParms();
+    mySpareTemplates = templates;
+    myParms->appendSpareParms(mySpareTemplates.data());
+    restoreParms(*myParms, order, saved);
+    sendEvent(HOST_NODE_INTERFACE_CHANGED);
+}
+
+void HostNode::rebuildParms()
+{
+    std::vector<std::string> order;
+    std::map<std::string, SavedParm> saved;
+    saveParms(*myParms, /*spare_only=*/false, order, saved);
+    buildParms();
+    restoreParms(*myParms, order, saved);
+    sendEvent(HOST_NODE_TEMPLATES_CHANGED);
+}
+
+void HostNode::setFlag(unsigned mask, bool on)
+{
+    const unsigned flags = on ? (myFlags | mask) : (myFlags & ~mask);
+    if (flags == myFlags)
+        return;
+    myFlags = flags;
+    sendEvent(HOST_NODE_FLAG_CHANGED);
+}
+
+void HostNode::addEventCallback(void *callee, HostNodeEventCallback cb)
+{
+    if (!cb || hasEventCallback(callee, cb))
+        return;
+    myCallbacks.push_back({callee, cb});
+}
+
+void HostNode::removeEventCallback(void *callee, HostNodeEventCallback cb)
+{
+    for (size_t i = 0; i < myCallbacks.size(); ++i)
+    {
+        Callback &c = myCallbacks[i];
+        if (c.myCallee != callee || c.myCallback != cb)
+            continue;
+        if (mySendDepth > 0)
+            c.myCallback = nullptr; // compacted when the outermost send ends
+        else
+            myCallbacks.erase(myCallbacks.begin() + i);
+        return;
+    }
+}
+
+bool HostNode::hasEventCallback(void *callee, HostNodeEventCallback cb) const
+{
+    return std::any_of(myCallbacks.begin(), myCallbacks.end(),
+                       [&](const Callback &c)
+                       { return c.myCallback && c.myCallee == callee && c.myCallback == cb; });
+}
+
+int HostNode::getNumEventCallbacks() const
+{
+    return static_cast<int>(std::count_if(myCallbacks.begin(), myCallbacks.end(),
+                                          [](const Callback &c) { return c.myCallback; }));
+}
+
+void HostNode::sendEvent(HostNodeEvent event, void *data)
+{
+    ++mySendDepth;
+    // Callbacks added during the send are not called for this event.
+    const size_t n = myCallbacks.size();
+    for (size_t i = 0; i < n; ++i)
+    {
+        const Callback c = myCallbacks[i];
+        if (c.myCallback)
+            c.myCallback(this, c.myCallee, event, data);
+    }
+    if (--mySendDepth == 0)
+        myCallbacks.erase(std::remove_if(myCallbacks.begin(), myCallbacks.end(),
+                                         [](const Callback &c) { return !c.myCallback; }),
+                          myCallbacks.end());
+}

@@ -1,0 +1,333 @@
+// HostParm: component values, states, defaults and saved state of one parameter.
+#include "host/HostParm.h"
+
+#include "host/HostParmList.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace
+{
+const std::string theEmpty;
+const HostParmDefault theNoDefault;
+const std::vector<HostParm *> theNoInstance;
+
+// The default a fresh component starts from. A switcher's template defaults describe its
+// folders, so its value (the open folder) starts at 0.
+HostParmDefault templateDefault(const HostParmTemplate &tmpl, int k)
+{
+    if (tmpl.getType().isSwitcher())
+        return HostParmDefault(0.0);
+    return tmpl.getDefault(k);
+}
+
+// Applies a default to a component's value slots according to the parameter kind.
+void applyDefault(HostParmComponent &c, const HostParmDefault &d, bool is_string)
+{
+    c.myExpression.clear();
+    c.myChannel.reset();
+    c.myValue = d.myNumber;
+    if (is_string)
+    {
+        c.myString = d.myString;
+        c.myMeaning = d.myMeaning;
+        return;
+    }
+    c.myString.clear();
+    c.myMeaning = HOST_STRING_LITERAL;
+    if (!d.myString.empty() && d.myMeaning != HOST_STRING_LITERAL)
+        c.myExpression = d.myString;
+}
+} // namespace
+
+bool HostParmComponent::operator==(const HostParmComponent &o) const
+{
+    return myValue == o.myValue && myString == o.myString && myMeaning == o.myMeaning &&
+           myExpression == o.myExpression && myChannel == o.myChannel && myDefault == o.myDefault &&
+           myFactoryDefault == o.myFactoryDefault && myLocked == o.myLocked &&
+           myEnabled == o.myEnabled && myActive == o.myActive;
+}
+
+HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
+    : myTemplate(&tmpl), myList(list), myIndex(index), myName(tmpl.getToken())
+{
+    const int n = tmpl.getNumChannels();
+    const bool is_string = tmpl.getType().isString();
+    myComponents.resize(n);
+    for (int k = 0; k < n; ++k)
+    {
+        HostParmComponent &c = myComponents[k];
+        c.myFactoryDefault = templateDefault(tmpl, k);
+        c.myDefault = c.myFactoryDefault;
+        applyDefault(c, c.myDefault, is_string);
+    }
+    myChannelNames.resize(n);
+    for (int k = 0; k < n; ++k)
+        myChannelNames[k] = tmpl.getChannelName(k);
+}
+
+HostParm::~HostParm() = default;
+
+HostNode *HostParm::getNode() const
+{
+    return myList ? myList->getNode() : nullptr;
+}
+
+const std::string &HostParm::getChannelName(int k) const
+{
+    return (k >= 0 && k < getVectorSize()) ? myChannelNames[k] : theEmpty;
+}
+
+int HostParm::findChannel(const std::string &channel) const
+{
+    for (int k = 0; k < getVectorSize(); ++k)
+        if (myChannelNames[k] == channel)
+            return k;
+    return -1;
+}
+
+double HostParm::getValue(int k) const
+{
+    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myValue : 0.0;
+}
+
+int HostParm::getInt(int k) const
+{
+    return static_cast<int>(getValue(k));
+}
+
+const std::string &HostParm::getString(int k) const
+{
+    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myString : theEmpty;
+}
+
+HostStringMeaning HostParm::getStringMeaning(int k) const
+{
+    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myMeaning : HOST_STRING_LITERAL;
+}
+
+void HostParm::setValue(int k, double value)
+{
+    if (k < 0 || k >= getVectorSize())
+        return;
+    const HostParmTemplate &t = *myTemplate;
+    if (t.hasRange())
+    {
+        const HostParmRange &r = t.getRange();
+        if (r.myMinStrict && value < r.myMin)
+            value = r.myMin;
+        if (r.myMaxStrict && value > r.myMax)
+            value = r.myMax;
+    }
+    if (getType().isInteger() || getType().isOrdinal() || getType().isMultiparm())
+        value = std::round(value);
+    HostParmComponent &c = myComponents[k];
+    c.myValue = value;
+    c.myExpression.clear();
+}
+
+void HostParm::setString(int k, const std::string &text, HostStringMeaning meaning)
+{
+    if (k < 0 || k >= getVectorSize())
+        return;
+    HostParmComponent &c = myComponents[k];
+    if (getType().isString() || getType().isData())
+    {
+        c.myString = text;
+        c.myMeaning = meaning;
+        return;
+    }
+    // A number parameter given text: an expression replaces its constant; a literal is
+    // read as a number.
+    if (meaning != HOST_STRING_LITERAL)
+    {
+        c.myExpression = text;
+        return;
+    }
+    setValue(k, std::strtod(text.c_str(), nullptr));
+}
+
+double HostParm::evalFloat(int k, double /*time*/) const
+{
+    return getValue(k);
+}
+
+int HostParm::evalInt(int k, double time) const
+{
+    return static_cast<int>(evalFloat(k, time));
+}
+
+std::string HostParm::evalString(int k, double /*time*/) const
+{
+    if (k < 0 || k >= getVectorSize())
+        return std::string();
+    if (getType().isString() || getType().isData())
+        return myComponents[k].myString;
+    char buf[64];
+    std::snprintf(buf, sizeof(buf), "%g", myComponents[k].myValue);
+    return buf;
+}
+
+bool HostParm::isLocked(int k) const
+{
+    return k >= 0 && k < getVectorSize() && myComponents[k].myLocked;
+}
+
+void HostParm::setLocked(int k, bool locked)
+{
+    if (k >= 0 && k < getVectorSize())
+        myComponents[k].myLocked = locked;
+}
+
+bool HostParm::isEnabled(int k) const
+{
+    return k >= 0 && k < getVectorSize() && myComponents[k].myEnabled;
+}
+
+void HostParm::setEnabled(int k, bool enabled)
+{
+    if (k >= 0 && k < getVectorSize())
+        myComponents[k].myEnabled = enabled;
+}
+
+bool HostParm::isEnabled() const
+{
+    return std::all_of(myComponents.begin(), myComponents.end(),
+                       [](const HostParmComponent &c) { return c.myEnabled; });
+}
+
+bool HostParm::isActive(int k) const
+{
+    return k >= 0 && k < getVectorSize() && myComponents[k].myActive;
+}
+
+void HostParm::setActive(int k, bool active)
+{
+    if (k >= 0 && k < getVectorSize())
+        myComponents[k].myActive = active;
+}
+
+bool HostParm::hasChannel(int k) const
+{
+    return k >= 0 && k < getVectorSize() && myComponents[k].myChannel != nullptr;
+}
+
+bool HostParm::isTimeDependent(int k) const
+{
+    return k >= 0 && k < getVectorSize() &&
+           (myComponents[k].myChannel || !myComponents[k].myExpression.empty());
+}
+
+const HostParmDefault &HostParm::getDefault(int k) const
+{
+    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myDefault : theNoDefault;
+}
+
+void HostParm::setDefault(int k, const HostParmDefault &value)
+{
+    if (k >= 0 && k < getVectorSize())
+        myComponents[k].myDefault = value;
+}
+
+const HostParmDefault &HostParm::getFactoryDefault(int k) const
+{
+    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myFactoryDefault : theNoDefault;
+}
+
+void HostParm::overwriteDefault(int k)
+{
+    if (k < 0 || k >= getVectorSize())
+        return;
+    HostParmComponent &c = myComponents[k];
+    HostParmDefault d(c.myValue);
+    if (getType().isString() || getType().isData())
+    {
+        d.myString = c.myString;
+        d.myMeaning = c.myMeaning;
+    }
+    else if (!c.myExpression.empty())
+    {
+        d.myString = c.myExpression;
+        d.myMeaning = HOST_STRING_EXPRESSION;
+    }
+    c.myDefault = d;
+}
+
+void HostParm::revertToDefault(int k)
+{
+    if (k < 0 || k >= getVectorSize())
+        return;
+    HostParmComponent &c = myComponents[k];
+    applyDefault(c, c.myDefault, getType().isString() || getType().isData());
+}
+
+void HostParm::restoreFactoryDefault(int k)
+{
+    if (k >= 0 && k < getVectorSize())
+        myComponents[k].myDefault = myComponents[k].myFactoryDefault;
+}
+
+bool HostParm::isAtDefault(int k) const
+{
+    if (k < 0 || k >= getVectorSize())
+        return false;
+    HostParmComponent fresh = myComponents[k];
+    applyDefault(fresh, fresh.myDefault, getType().isString() || getType().isData());
+    const HostParmComponent &c = myComponents[k];
+    return !c.myChannel && c.myExpression == fresh.myExpression && c.myValue == fresh.myValue &&
+           c.myString == fresh.myString && c.myMeaning == fresh.myMeaning;
+}
+
+HostParmState HostParm::saveState() const
+{
+    HostParmState state;
+    state.myComponents = myComponents;
+    state.myHidden = myHidden;
+    state.myInstanceCount = myInstanceCount;
+    return state;
+}
+
+void HostParm::restoreState(const HostParmState &state)
+{
+    // The component count is the template's; a state of another shape restores what fits.
+    const size_t n = std::min(state.myComponents.size(), myComponents.size());
+    for (size_t k = 0; k < n; ++k)
+        myComponents[k] = state.myComponents[k];
+    myHidden = state.myHidden;
+    if (isMultiParm() && myList && state.myInstanceCount != myInstanceCount)
+        myList->setInstanceCount(*this, state.myInstanceCount);
+}
+
+void HostParm::addInputInterest(const HostParmInterest &interest)
+{
+    if (!hasInputInterest(interest))
+        myInterests.push_back(interest);
+}
+
+void HostParm::removeInputInterest(const HostParmInterest &interest)
+{
+    auto it = std::find(myInterests.begin(), myInterests.end(), interest);
+    if (it != myInterests.end())
+        myInterests.erase(it);
+}
+
+bool HostParm::hasInputInterest(const HostParmInterest &interest) const
+{
+    return std::find(myInterests.begin(), myInterests.end(), interest) != myInterests.end();
+}
+
+void HostParm::notifyInputInterests(void *data) const
+{
+    // Copy: a callback may remove its own interest.
+    std::vector<HostParmInterest> interests = myInterests;
+    for (const HostParmInterest &i : interests)
+        if (i.myCallback && hasInputInterest(i))
+            i.myCallback(i.myCallee, data);
+}
+
+const std::vector<HostParm *> &HostParm::getInstanceParms(int i) const
+{
+    return (i >= 0 && i < static_cast<int>(myInstances.size())) ? myInstances[i] : theNoInstance;
+}

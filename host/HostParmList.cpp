@@ -1,0 +1,212 @@
+// HostParmList: building parameters from templates, multiparm instances, indexes.
+#include "host/HostParmList.h"
+
+#include <vector>
+
+namespace
+{
+// The name of instance `number` of a child template: its first "#" becomes the number, so
+// nested multiparms fill one "#" per level.
+std::string instanceName(const std::string &name, int number)
+{
+    std::string result = name;
+    const size_t hash = result.find('#');
+    if (hash != std::string::npos)
+        result.replace(hash, 1, std::to_string(number));
+    return result;
+}
+} // namespace
+
+HostParmList::HostParmList(HostNode *node, const HostParmTemplate *templates) : myNode(node)
+{
+    for (const HostParmTemplate *t = templates; t && !t->isTerminator(); ++t)
+        addParm(*t, /*spare=*/false, nullptr, -1);
+}
+
+HostParmList::~HostParmList() = default;
+
+HostParm *HostParmList::getParm(int i) const
+{
+    return (i >= 0 && i < getEntries()) ? myParms[i].get() : nullptr;
+}
+
+HostParm *HostParmList::getParm(const std::string &name) const
+{
+    auto it = myByName.find(name);
+    return it == myByName.end() ? nullptr : it->second;
+}
+
+int HostParmList::getParmIndex(const std::string &name) const
+{
+    HostParm *parm = getParm(name);
+    return parm ? parm->getIndex() : -1;
+}
+
+HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) const
+{
+    auto it = myByChannel.find(channel);
+    if (it != myByChannel.end())
+    {
+        vec_index = it->second.myComponent;
+        return it->second.myParm;
+    }
+    if (HostParm *parm = getParm(channel))
+    {
+        vec_index = 0;
+        return parm;
+    }
+    auto alias = myAliases.find(channel);
+    if (alias != myAliases.end())
+    {
+        auto target = myByChannel.find(alias->second);
+        if (target != myByChannel.end())
+        {
+            vec_index = target->second.myComponent;
+            return target->second.myParm;
+        }
+    }
+    vec_index = -1;
+    return nullptr;
+}
+
+HostParm *HostParmList::addParm(const HostParmTemplate &tmpl, bool spare, HostParm *owner,
+                                int instance)
+{
+    auto parm = std::make_unique<HostParm>(tmpl, this, getEntries());
+    HostParm *p = parm.get();
+    p->mySpare = spare;
+    if (owner)
+    {
+        p->myOwner = owner;
+        p->myInstanceNumber = instance;
+        // Fill one "#" per level, outermost first: the numbers of the enclosing instances,
+        // then this one.
+        std::vector<int> numbers{instance};
+        for (const HostParm *o = owner; o && o->myOwner; o = o->myOwner)
+            numbers.insert(numbers.begin(), o->myInstanceNumber);
+        p->myName = tmpl.getToken();
+        for (int number : numbers)
+            p->myName = instanceName(p->myName, number);
+        for (int k = 0; k < p->getVectorSize(); ++k)
+            p->myChannelNames[k] = tmpl.getType().isSwitcher() || tmpl.getType().isMultiparm()
+                                       ? p->myName
+                                       : HostParmTemplate::makeChannelName(
+                                             tmpl.getType(), p->myName, tmpl.getVectorSize(), k);
+    }
+    myParms.push_back(std::move(parm));
+    indexParm(*p);
+    if (tmpl.getType().isMultiparm())
+    {
+        const int count = static_cast<int>(tmpl.getDefault(0).myNumber);
+        for (int i = 0; i < count; ++i)
+            addInstance(*p);
+        p->myComponents[0].myValue = p->myInstanceCount;
+    }
+    return p;
+}
+
+void HostParmList::addInstance(HostParm &multi)
+{
+    const HostParmTemplate &tmpl = multi.getTemplate();
+    const int number = tmpl.getMultiStartOffset() + multi.myInstanceCount;
+    std::vector<HostParm *> instance;
+    for (int c = 0; c < tmpl.getNumChildren(); ++c)
+        instance.push_back(addParm(tmpl.getChild(c), multi.mySpare, &multi, number));
+    multi.myInstances.push_back(std::move(instance));
+    ++multi.myInstanceCount;
+}
+
+void HostParmList::indexParm(HostParm &parm)
+{
+    // First registration wins, so lookups keep the result of a front-to-back search.
+    myByName.emplace(parm.getName(), &parm);
+    for (int k = 0; k < parm.getVectorSize(); ++k)
+        myByChannel.emplace(parm.getChannelName(k), ChannelRef{&parm, k});
+}
+
+void HostParmList::rebuildIndexes()
+{
+    myByName.clear();
+    myByChannel.clear();
+    for (int i = 0; i < getEntries(); ++i)
+    {
+        myParms[i]->myIndex = i;
+        indexParm(*myParms[i]);
+    }
+}
+
+void HostParmList::markWithInstances(const HostParm &parm, std::vector<bool> &marked) const
+{
+    marked[parm.getIndex()] = true;
+    for (const auto &instance : parm.myInstances)
+        for (const HostParm *child : instance)
+            markWithInstances(*child, marked);
+}
+
+void HostParmList::removeMarked(std::vector<bool> &marked)
+{
+    size_t out = 0;
+    for (size_t i = 0; i < myParms.size(); ++i)
+        if (!marked[i])
+            myParms[out++] = std::move(myParms[i]);
+    myParms.resize(out);
+    rebuildIndexes();
+}
+
+int HostParmList::appendSpareParms(const HostParmTemplate *templates)
+{
+    const int first = getEntries();
+    for (const HostParmTemplate *t = templates; t && !t->isTerminator(); ++t)
+        addParm(*t, /*spare=*/true, nullptr, -1);
+    return first;
+}
+
+void HostParmList::removeSpareParms()
+{
+    std::vector<bool> marked(myParms.size(), false);
+    bool any = false;
+    for (const auto &parm : myParms)
+        if (parm->isSpare() && !marked[parm->getIndex()])
+        {
+            markWithInstances(*parm, marked);
+            any = true;
+        }
+    if (any)
+        removeMarked(marked);
+}
+
+bool HostParmList::setInstanceCount(HostParm &parm, int count)
+{
+    if (!parm.isMultiParm() || parm.myList != this)
+        return false;
+    if (count < 0)
+        count = 0;
+    while (parm.myInstanceCount < count)
+        addInstance(parm);
+    if (parm.myInstanceCount > count)
+    {
+        std::vector<bool> marked(myParms.size(), false);
+        for (int i = count; i < parm.myInstanceCount; ++i)
+            for (const HostParm *child : parm.myInstances[i])
+                markWithInstances(*child, marked);
+        parm.myInstances.resize(count);
+        parm.myInstanceCount = count;
+        removeMarked(marked);
+    }
+    parm.myComponents[0].myValue = count;
+    return true;
+}
+
+bool HostParmList::addChannelAlias(const std::string &alias, const std::string &channel)
+{
+    if (myByChannel.find(channel) == myByChannel.end())
+        return false;
+    myAliases[alias] = channel;
+    return true;
+}
+
+const std::string *HostParmList::getChannelAlias(const std::string &alias) const
+{
+    auto it = myAliases.find(alias);
+    return it == myAliases.end() ? nullptr : &it->second;
+}

@@ -1,0 +1,39 @@
+// HostParmUndo: swapping a parameter's saved state with its current one.
+#include "host/HostParmUndo.h"
+
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+
+HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm)
+    : myNodeId(node.getUniqueId()), myParmName(parm.getName()), myState(parm.saveState())
+{
+    std::size_t bytes = sizeof(*this) + myParmName.size();
+    for (const HostParmComponent &c : myState.myComponents)
+        bytes += sizeof(c) + c.myString.size() + c.myExpression.size();
+    setMemoryUsage(bytes);
+}
+
+HostParmUndo::~HostParmUndo() = default;
+
+HostParm *HostParmUndo::findParm() const
+{
+    HostNode *node = HostDirector::instance()->findNodeById(myNodeId);
+    return node ? node->getParm(myParmName) : nullptr;
+}
+
+bool HostParmUndo::isValid() const
+{
+    return findParm() != nullptr;
+}
+
+void HostParmUndo::swap()
+{
+    HostParm *parm = findParm();
+    if (!parm)
+        return;
+    HostParmState current = parm->saveState();
+    parm->restoreState(myState);
+    myState = std::move(current);
+    if (HostNode *node = parm->getNode())
+        node->parmChanged(*parm);
+}

@@ -1,0 +1,4 @@
+// HostUndo: the record base.
+#include "host/HostUndo.h"
+
+HostUndo::~HostUndo() = default;

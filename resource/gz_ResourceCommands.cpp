@@ -1,0 +1,31 @@
+// GZ_ResourceManager: installing the binding commands and the scene-save callback.
+#include "resource/GZ_ResourceManager.h"
+
+#include "host/HostDirector.h"
+
+// The binding commands (ombind, omunbind, ...) are not installed yet; only the scene-save
+// callback is registered.
+void GZ_ResourceManager::installCommands()
+{
+    static bool theInstalled = false;
+    if (theInstalled)
+        return;
+    theInstalled = true;
+    HostDirector::instance()->setSaveCallback(saveGZResourceManagerCallback);
+}
+
+HostErrorSeverity saveGZResourceManagerCallback(std::ostream &os)
+{
+    GZ_ResourceManager *manager = GZgetResourceManager();
+    if (!manager)
+        return HOST_ERR_NONE;
+    HostErrorSeverity severity = manager->saveSettings(os);
+    if (severity != HOST_ERR_NONE)
+        return severity;
+    severity = manager->save(os);
+    if (severity != HOST_ERR_NONE)
+        return severity;
+    if (GZ_ResourceManager::ourPersistentHandleSaver)
+        return GZ_ResourceManager::ourPersistentHandleSaver(os);
+    return HOST_ERR_NONE;
+}
