@@ -29,6 +29,7 @@ int GZ_GZTemplate::parmIndex(const std::string &parm_name) const
 
 void GZ_GZTemplate::addParmName(const char *name, int index)
 {
-    myParmNameTable[gz::str(name)] = index;
+    // A name listed twice keeps its first index, where a forward search would find it.
+    myParmNameTable.emplace(gz::str(name), index);
     myParmNameList.push_back(gz::str(name));
 }

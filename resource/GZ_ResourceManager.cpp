@@ -211,7 +211,8 @@ HostOperatorTable *GZ_ResourceManager::getOpTableFromOperator(const HostOperator
         return nullptr;
     for (int i = 0; i < GZ_NETWORK_MAX_TYPES; ++i)
     {
-        HostOperatorTable *table = HostOperatorTable::getTable(std::string(theNetworkTokens[i]));
+        // The standard table of network type i is the one named by its network token.
+        HostOperatorTable *table = HostOperatorTable::getTable(static_cast<HostNetworkType>(i));
         if (table && table->getOperator(op->getName()) == op)
             return table;
     }
@@ -262,7 +263,7 @@ HostOperator *GZ_ResourceManager::findOperator(const char *full_name, std::strin
 HostOperator *GZ_ResourceManager::findOperator(GZ_NetworkType type, const char *name,
                                                bool warn) const
 {
-    HostOperatorTable *table = HostOperatorTable::getTable(std::string(getNetworkTypeName(type)));
+    HostOperatorTable *table = HostOperatorTable::getTable(static_cast<HostNetworkType>(type));
     HostOperator *op = table ? table->getOperator(gz::str(name)) : nullptr;
     if (!op && warn)
         printWarning("WARNING: Invalid op name network: %s op: %s", getNetworkTypeName(type),

@@ -38,33 +38,35 @@ GZ_BindingHandleInfo &gz_OpHandleEntry::append(const std::string &gz_name,
 void gz_OpHandleEntry::unbind(const char *gz_description, const std::string &op_parm)
 {
     const GZ_BindingHandleInfo *current_handle = current();
-    int current_id = current_handle ? current_handle->getId() : -1;
+    const int current_id = current_handle ? current_handle->getId() : -1;
+    std::vector<bool> removed(myHandles.size(), false);
     bool removed_any = false;
-    std::vector<GZ_BindingHandleInfo> kept;
-    kept.reserve(myHandles.size());
-    for (GZ_BindingHandleInfo &handle : myHandles)
+    for (size_t i = 0; i < myHandles.size(); ++i)
     {
-        const bool chosen = !gz_description || handle.getGZDescription() == gz_description;
-        if (chosen)
-            handle.removeBindings(op_parm);
-        if (chosen && handle.getBindings().empty())
-        {
-            removed_any = true;
-            if (handle.getId() == current_id)
-                current_id = -1;
+        GZ_BindingHandleInfo &handle = myHandles[i];
+        if (gz_description && handle.getGZDescription() != gz_description)
             continue;
-        }
-        kept.push_back(std::move(handle));
+        handle.removeBindings(op_parm);
+        removed[i] = handle.getBindings().empty();
+        removed_any = removed_any || removed[i];
     }
     if (!removed_any)
         return;
-    myHandles = std::move(kept);
+
+    // Compact in place, keeping the order; ids are unique, so the current one is found again.
+    size_t kept = 0;
     myCurrent = -1;
-    for (int i = 0; i < static_cast<int>(myHandles.size()); ++i)
+    for (size_t i = 0; i < myHandles.size(); ++i)
     {
-        if (myHandles[i].getId() == current_id)
-            myCurrent = i;
+        if (removed[i])
+            continue;
+        if (kept != i)
+            myHandles[kept] = std::move(myHandles[i]);
+        if (myHandles[kept].getId() == current_id)
+            myCurrent = static_cast<int>(kept);
+        ++kept;
     }
+    myHandles.erase(myHandles.begin() + kept, myHandles.end());
     rebuildIndex();
 }
 

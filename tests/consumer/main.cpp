@@ -1,6 +1,7 @@
 // Uses the installed headers and libraries; exits non-zero when something is off.
 #include <host/HostColor.h>
 #include <resource/GZ_ClassManager.h>
+#include <resource/GZ_ResourceManager.h>
 
 #include <cstdio>
 
@@ -17,6 +18,22 @@ int main()
     if (a != HostColor(HostColor::RGB, 1, 0, 0))
     {
         std::fprintf(stderr, "colour equality is broken\n");
+        return 1;
+    }
+    if (GZresourceManagerExists() || GZgetResourceManager())
+    {
+        std::fprintf(stderr, "a resource manager exists before creation\n");
+        return 1;
+    }
+    GZ_ResourceManager *manager = GZcreateResourceManager(/*print_warnings=*/true);
+    if (!manager || GZgetResourceManager() != manager || !GZresourceManagerExists())
+    {
+        std::fprintf(stderr, "the resource manager was not created\n");
+        return 1;
+    }
+    if (GZcreateResourceManager(/*print_warnings=*/true) != manager)
+    {
+        std::fprintf(stderr, "a second creation replaced the resource manager\n");
         return 1;
     }
     std::puts("consumer ok");
