@@ -31,3 +31,6 @@ const std::vector<ShellCommandGroup> &shellCommandGroups();
 
 /// Nodes, parameters, time, undo, scenes, files, variables and help (ShellHostCommands.cpp).
 std::vector<ShellCommand> shellHostCommands();
+
+/// Viewer states (ShellStateCommands.cpp).
+std::vector<ShellCommand> shellStateCommands();
