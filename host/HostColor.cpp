@@ -1,4 +1,4 @@
-// HostColor: equality of colours.
+// HostColor: construction from model codes and equality of colours.
 #include "host/HostColor.h"
 
 bool HostColor::operator==(const HostColor &other) const
@@ -9,4 +9,10 @@ bool HostColor::operator==(const HostColor &other) const
         if (myComponents[i] != other.myComponents[i])
             return false;
     return true;
+}
+
+HostColor HostColor::fromCode(int code, double c0, double c1, double c2, double alpha)
+{
+    const Model model = (code >= HSV && code <= XYZ) ? static_cast<Model>(code) : RGB;
+    return HostColor(model, c0, c1, c2, alpha);
 }

@@ -6,14 +6,16 @@
 class HostColor
 {
 public:
-    /// Colour models the host knows; the code is what saved forms carry.
+    /// Colour models the host knows; the code is what saved forms carry. Code 2 is RGB, the
+    /// model of every colour the library builds (the default handle colour is code 2 with
+    /// the components 1, 0, 0).
     enum Model
     {
-        RGB = 0,
         HSV = 1,
-        HSL = 2,
-        LAB = 3,
-        XYZ = 4
+        RGB = 2,
+        HSL = 3,
+        LAB = 4,
+        XYZ = 5
     };
 
     HostColor() = default;
@@ -21,6 +23,9 @@ public:
         : myModel(model), myComponents{c0, c1, c2, alpha}
     {
     }
+
+    /// A colour from a model code; unknown codes are read as RGB.
+    static HostColor fromCode(int code, double c0, double c1, double c2, double alpha = 1.0);
 
     Model model() const { return myModel; }
     int modelCode() const { return static_cast<int>(myModel); }
