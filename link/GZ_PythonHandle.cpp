@@ -55,7 +55,7 @@ const HostParmTemplate *GZ_PythonHandle::Template::templates() const
     return myTemplates.empty() ? nullptr : myTemplates.data();
 }
 
-uint64_t GZ_PythonHandle::Template::releaseRefCount()
+std::uint64_t GZ_PythonHandle::Template::releaseRefCount()
 {
     if (myUseCount > 0)
         --myUseCount;

@@ -61,10 +61,10 @@ public:
     Info &info() { return *myInfo; }
     const std::shared_ptr<Info> &infoPtr() const { return myInfo; }
 
-    uint64_t addRefCount() { return ++myUseCount; }
+    std::uint64_t addRefCount() { return ++myUseCount; }
     /// Decrements the use count unless it is already 0; returns the count afterwards.
-    uint64_t releaseRefCount();
-    uint64_t useCount() const { return myUseCount; }
+    std::uint64_t releaseRefCount();
+    std::uint64_t useCount() const { return myUseCount; }
 
 private:
     void buildTemplates();
@@ -72,7 +72,7 @@ private:
     std::shared_ptr<Info> myInfo;
     /// Folder, declared parameters and the terminator; empty when none are declared.
     HostParmTemplateList myTemplates;
-    uint64_t myUseCount = 0;
+    std::uint64_t myUseCount = 0;
 };
 
 /// The op-handle-link template of a scripted handle. Its handle parameters are numbered

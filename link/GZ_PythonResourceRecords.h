@@ -4,7 +4,6 @@
 
 #include "resource/GZ_PythonResource.h"
 
-#include <map>
 #include <memory>
 #include <set>
 #include <string>

@@ -41,7 +41,7 @@ const HostParmTemplate *GZ_PythonState::Template::templates() const
     return myTemplates.data();
 }
 
-uint64_t GZ_PythonState::Template::releaseRefCount()
+std::uint64_t GZ_PythonState::Template::releaseRefCount()
 {
     if (myUseCount > 0)
         --myUseCount;

@@ -10,9 +10,9 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
 class HostNode;
+
 /// Scripted viewer states: the description the scripting layer fills in, the state template
 /// made from it, and the interface through which the host's viewer serves a running state.
 namespace GZ_PythonState
@@ -58,10 +58,10 @@ public:
     Info &info() { return *myInfo; }
     const GZ_PythonResource::CallbackHandler &callbacks() const { return myInfo->callbacks; }
 
-    uint64_t addRefCount() { return ++myUseCount; }
+    std::uint64_t addRefCount() { return ++myUseCount; }
     /// Decrements the use count unless it is already 0; returns the count afterwards.
-    uint64_t releaseRefCount();
-    uint64_t useCount() const { return myUseCount; }
+    std::uint64_t releaseRefCount();
+    std::uint64_t useCount() const { return myUseCount; }
 
 private:
     void buildTemplates();
@@ -69,7 +69,7 @@ private:
     std::shared_ptr<Info> myInfo;
     /// Declared parameters and the terminator.
     HostParmTemplateList myTemplates;
-    uint64_t myUseCount = 0;
+    std::uint64_t myUseCount = 0;
 };
 
 /// Implemented by the host's viewer so that a running scripted state can reach it.
