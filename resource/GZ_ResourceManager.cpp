@@ -54,8 +54,12 @@ GZ_ResourceManager *GZcreateResourceManager(bool print_warnings)
         return theInstance;
     GZ_ResourceManager::ourPrintWarnings = print_warnings;
     // The instance pointer owns the manager; it lives until the host deletes it.
-    new GZ_ResourceManager();
+    auto *manager = new GZ_ResourceManager();
     GZ_ResourceManager::ourPrintWarnings = true;
+    // Once the first instance has been destroyed, a new manager is an empty registry that
+    // nothing can reach; keeping it would only leak it.
+    if (manager != theInstance)
+        delete manager;
     return theInstance;
 }
 
