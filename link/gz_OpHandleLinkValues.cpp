@@ -4,6 +4,7 @@
 #include "host/HostChannelManager.h"
 #include "host/HostDirector.h"
 #include "host/HostExpression.h"
+#include "host/HostNodeExprContext.h"
 #include "host/HostParm.h"
 #include "link/gz_Binding.h"
 #include "link/gz_References.h"
@@ -57,49 +58,16 @@ private:
     bool myWasSet;
 };
 
-/// ch() and chs() in an expression binding read channels relative to the bound node.
-class BindingExprContext : public HostExprContext
-{
-public:
-    BindingExprContext(const HostNode *node, double time) : myNode(node), myTime(time) {}
-
-    double getTime() const override { return myTime; }
-
-    bool evaluateChannel(const std::string &path, bool as_string, HostExprValue &value,
-                         std::string &error) const override
-    {
-        HostNode *node = nullptr;
-        HostParm *parm = nullptr;
-        int vi = -1;
-        if (!myNode || !myNode->resolveChannel(path, node, parm, vi))
-        {
-            error = "Bad channel: " + path;
-            return false;
-        }
-        std::string inner;
-        if (as_string)
-            value = HostExprValue::string(parm->evalString(vi, myTime, inner));
-        else
-            value = HostExprValue::number(parm->evalFloat(vi, myTime, inner));
-        error = inner;
-        return inner.empty();
-    }
-
-private:
-    const HostNode *myNode;
-    double myTime;
-};
-
 double evaluateExpressionNumber(const std::string &text, const HostNode *node, double time)
 {
     std::string error;
-    return HostExpression(text).evaluateNumber(BindingExprContext(node, time), error);
+    return HostExpression(text).evaluateNumber(HostNodeExprContext(node, time), error);
 }
 
 std::string evaluateExpressionString(const std::string &text, const HostNode *node, double time)
 {
     std::string error;
-    return HostExpression(text).evaluateString(BindingExprContext(node, time), error);
+    return HostExpression(text).evaluateString(HostNodeExprContext(node, time), error);
 }
 
 /// Truncation toward zero that stays defined for values no int can hold.
