@@ -1,6 +1,7 @@
 // gz_Binding: parsing of the binding text that ties a handle parameter to a node parameter.
 #include "link/gz_Binding.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -87,8 +88,13 @@ void parseBinding(const std::string &text, std::string &channel, Projection &pro
     }
     channel = trimmed(body.substr(pos));
 
+    // A singular mapping cannot be inverted, and a field beyond the range of a double is no
+    // usable number: both keep the identity.
+    for (double value : values)
+        if (!std::isfinite(value))
+            return;
     if (values[1] * values[2] - values[0] * values[3] == 0.0)
-        return; // a singular mapping cannot be inverted: keep the identity
+        return;
     projection.a = values[0];
     projection.b = values[1];
     projection.c = values[2];

@@ -32,7 +32,7 @@ inline bool isExpressionBinding(const std::string &binding)
 /// leading white space and ends at the next "," (a field that is no number reads 0) and the
 /// name is trimmed at both ends; text after the first "}" is ignored. Any other text is a
 /// channel name as it stands, with the identity projection. A singular mapping
-/// (b*c - a*d == 0) becomes the identity.
+/// (b*c - a*d == 0) or a field too large for a double becomes the identity.
 void parseBinding(const std::string &text, std::string &channel, Projection &projection);
 
 /// The longest leading decimal floating-point number of `text` (optional sign, digits with

@@ -49,6 +49,7 @@ TEST(BindingText, MalformedProjectionsBecomeTheIdentity)
     EXPECT_EQ(parse("{2,3}"), (P{"", 1, 0, 0, 1}));          // too few fields
     EXPECT_EQ(parse("{a,b,c,d,tx}"), (P{"tx", 1, 0, 0, 1})); // no numbers
     EXPECT_EQ(parse("{}"), (P{"", 1, 0, 0, 1}));
+    EXPECT_EQ(parse("{1e999,0,0,1,tx}"), (P{"tx", 1, 0, 0, 1})); // beyond a double
 
     gz::Projection p{2, 1, 0.5, 3};
     for (double v : {-4.0, -1.0, 0.0, 0.25, 7.0})
