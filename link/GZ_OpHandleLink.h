@@ -141,6 +141,10 @@ public:
     const StringArray &linkedParmNames(int opnum) const { return allParmNames(opnum); }
     int getLinkedParmCount() const { return static_cast<int>(myNodeParmNames.size()); }
     bool hasLinkedParms() const { return !myNodeParmNames.empty(); }
+    /// Appends a copy of the bindings of node `opnum`'s operator type as that node's list.
+    void addParmNames(int opnum);
+    /// Deletes binding list `opnum`; later lists move up.
+    void removeParmNames(int opnum);
     /// The attached node that drives a handle parameter, as an index; -1 when out of range.
     int getOpnumForHandleParmIndex(int index) const;
 
@@ -307,10 +311,6 @@ protected:
     /// Whether the host's debug-log flag for undo diagnostics is on: asked once per process
     /// and cached (-1 until asked). Tests reset it to -1 to ask again.
     static int theUndoDebugFlag;
-
-    // Per-node bookkeeping for derived handles.
-    void addParmNames(int opnum);
-    void removeParmNames(int opnum);
 
 private:
     struct Resolved;
