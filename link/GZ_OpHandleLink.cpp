@@ -857,8 +857,7 @@ int GZ_OpHandleLink::runBindCommand(HostCommandArgs &args)
         binding = pair.substr(0, colon);
         if (isLinkableBinding(binding))
             justLinked(index);
-        else
-            myHandleParmOpnums[index] = 0;
+        // Expressions and empty bindings are driven by no node, but the pair names this one.
         myHandleParmOpnums[index] = n;
     }
 
