@@ -49,9 +49,10 @@ public:
     HostNode *findNodeById(int unique_id) const;
     /// Creates a node of operator `type` at a full path: the parent must exist and its
     /// child table must hold `type`; the name must be valid and free. Null with a message
-    /// in *error otherwise.
+    /// in *error otherwise. `unique_id` and `position` are for undo (see
+    /// `HostNetwork::createNode`).
     HostNode *createNode(const std::string &type, const std::string &full_path,
-                         std::string *error = nullptr);
+                         std::string *error = nullptr, int unique_id = -1, int position = -1);
     /// Deletes a node (not the root or a manager); false when it cannot.
     bool deleteNode(HostNode *node);
     bool renameNode(HostNode *node, const std::string &new_name, std::string *error = nullptr);
@@ -97,6 +98,8 @@ private:
     friend class HostNetwork;
     friend class HostNode;
     int allocateId() { return myNextId++; }
+    /// Whether an id was handed out before and no live node holds it.
+    bool isReusableId(int id) const { return id >= 0 && id < myNextId && !myById.count(id); }
     void registerNode(HostNode *node);
     void unregisterNode(HostNode *node);
     void makeManagers();
