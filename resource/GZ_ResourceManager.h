@@ -215,7 +215,8 @@ public:
         return myOpHandleLinks;
     }
     /// The selector templates by name, read-only.
-    const std::unordered_map<std::string, std::unique_ptr<GZ_SelectorTemplate>> &getSelectors() const
+    const std::unordered_map<std::string, std::unique_ptr<GZ_SelectorTemplate>> &
+    getSelectors() const
     {
         return mySelectors;
     }

@@ -102,15 +102,16 @@ std::vector<HostOperator *> sortedOperators(const HostCommandArgs &args)
     GZ_NetworkType type;
     if (!commandNetwork(args, type))
         return ops;
-    const HostOperatorTable *table = HostOperatorTable::getTable(static_cast<HostNetworkType>(type));
+    const HostOperatorTable *table =
+        HostOperatorTable::getTable(static_cast<HostNetworkType>(type));
     if (!table)
         return ops;
     ops.reserve(table->getNumOperators());
     for (int i = 0; i < table->getNumOperators(); ++i)
         ops.push_back(table->getOperator(i));
-    std::sort(ops.begin(), ops.end(), [](const HostOperator *a, const HostOperator *b) {
-        return a->getName() < b->getName();
-    });
+    std::sort(ops.begin(), ops.end(),
+              [](const HostOperator *a, const HostOperator *b)
+              { return a->getName() < b->getName(); });
     return ops;
 }
 
@@ -306,8 +307,8 @@ void cmdSelectorBindInfo(GZ_ResourceManager &manager, HostCommandArgs &args)
     os << name << " selectors:\n";
     for (const GZ_BindingSelectorInfo &selector : *selectors)
     {
-        os << selector.getName() << " " << selector.getDescription() << ": "
-           << selector.getPrompt() << "\n"
+        os << selector.getName() << " " << selector.getDescription() << ": " << selector.getPrompt()
+           << "\n"
            << "\t" << selector.getOpParm() << " " << selector.getOpInput() << " "
            << (selector.getOpInputReq() ? 1 : 0) << " " << selector.getPrimMask() << " "
            << (selector.getAllowDrag() ? 1 : 0) << " " << selector.getMenu() << " "
@@ -440,7 +441,8 @@ void cmdWrite(GZ_ResourceManager &manager, HostCommandArgs &args)
 /// Runs a handler on the manager instance; without one the command does nothing.
 HostCommandCallback onManager(void (*handler)(GZ_ResourceManager &, HostCommandArgs &))
 {
-    return [handler](HostCommandArgs &args) {
+    return [handler](HostCommandArgs &args)
+    {
         if (GZ_ResourceManager *manager = GZgetResourceManager())
             handler(*manager, args);
     };

@@ -43,13 +43,21 @@ bool isBlank(char c)
     return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
 }
 
-/// The first character of a line that is not blank, or 0 for a blank line.
+bool isBlankLine(const std::string &line)
+{
+    for (char c : line)
+        if (!isBlank(c))
+            return false;
+    return true;
+}
+
+/// The first character of a line that is not blank (the line must hold one).
 char firstChar(const std::string &line)
 {
     for (char c : line)
         if (!isBlank(c))
             return c;
-    return 0;
+    return ' ';
 }
 
 /// A place in the file, kept for messages about a block that started earlier.
@@ -72,8 +80,8 @@ void reportMalformed(const Location &where, const std::string &what)
 
 void reportUnexpected(const HostPreprocessor &pp, const std::string &word)
 {
-    std::fprintf(stderr, "%s[%d] Unexpected input: '%s'\n", pp.fileName().c_str(),
-                 pp.lineNumber(), word.c_str());
+    std::fprintf(stderr, "%s[%d] Unexpected input: '%s'\n", pp.fileName().c_str(), pp.lineNumber(),
+                 word.c_str());
 }
 
 /// The next line of text. Lines the preprocessor made of its own errors and of #error
@@ -95,8 +103,7 @@ bool nextContentLine(HostPreprocessor &pp, std::string &line)
 {
     while (nextLine(pp, line))
     {
-        const char c = firstChar(line);
-        if (c != 0 && c != '#')
+        if (!isBlankLine(line) && firstChar(line) != '#')
             return true;
     }
     return false;
@@ -118,7 +125,7 @@ bool nextToken(HostPreprocessor &pp, std::string &token, bool &quoted)
     std::string line;
     while (nextLine(pp, line))
     {
-        if (firstChar(line) == 0)
+        if (isBlankLine(line))
             continue;
         startLine(pp, line, token, &quoted);
         return true;
@@ -293,8 +300,8 @@ void readHandleBlock(HostPreprocessor &pp, const std::string &what, OnLink &&on_
                 break;
             if (isWord(token, quoted, "}"))
             {
-                reportMalformed(here(pp), "missing handle parameter after '" + link.opParm +
-                                              " " + index + "'");
+                reportMalformed(here(pp), "missing handle parameter after '" + link.opParm + " " +
+                                              index + "'");
                 return;
             }
         }
@@ -324,11 +331,11 @@ bool readSelectorFields(HostPreprocessor &pp, const std::string &first, Selector
 {
     std::string input, required, drag, sel_all;
     fields.opParm = first;
-    return pp.getLineToken(input) && parseInt(input, fields.opInput) &&
-           pp.getLineToken(required) && parseInt(required, fields.opInputReq) &&
-           pp.getLineToken(fields.primMask) && pp.getLineToken(drag) &&
-           parseInt(drag, fields.allowDrag) && pp.getLineToken(fields.menu) &&
-           pp.getLineToken(sel_all) && parseInt(sel_all, fields.astSelAll);
+    return pp.getLineToken(input) && parseInt(input, fields.opInput) && pp.getLineToken(required) &&
+           parseInt(required, fields.opInputReq) && pp.getLineToken(fields.primMask) &&
+           pp.getLineToken(drag) && parseInt(drag, fields.allowDrag) &&
+           pp.getLineToken(fields.menu) && pp.getLineToken(sel_all) &&
+           parseInt(sel_all, fields.astSelAll);
 }
 
 /// Reads a selector block; true when it held every required field. Unexpected lines are
@@ -502,30 +509,33 @@ void GZ_ResourceManager::loadHandle(HostPreprocessor &pp, HostOperator *op,
                                     GZ_BindingHandleInfo &handle)
 {
     const std::string &type = handle.getGZName();
-    readHandleBlock(pp, "bindhandle " + type, [&](const HandleLinkText &link) {
-        std::string channel = link.opParm;
-        if (link.vecIndex >= 0)
+    readHandleBlock(
+        pp, "bindhandle " + type,
+        [&](const HandleLinkText &link)
         {
-            getChannelNameFromParmAndVec(channel, op, link.opParm.c_str(), link.vecIndex);
-            if (channel.empty())
+            std::string channel = link.opParm;
+            if (link.vecIndex >= 0)
             {
-                reportMalformed(here(pp), "parameter '" + link.opParm + "' has no component " +
-                                              std::to_string(link.vecIndex));
+                getChannelNameFromParmAndVec(channel, op, link.opParm.c_str(), link.vecIndex);
+                if (channel.empty())
+                {
+                    reportMalformed(here(pp), "parameter '" + link.opParm + "' has no component " +
+                                                  std::to_string(link.vecIndex));
+                    return;
+                }
+            }
+            if (!isValidGzParmName(type, link.gzParm))
+            {
+                std::string message = "Bad handle parm found: '" + link.gzParm + "' bound to" +
+                                      " operator parameter '" + channel + "'" + " for handle '" +
+                                      type + "'";
+                if (op)
+                    message += " of the operator '" + op->getName() + "'";
+                printWarning("%s[%d] %s", pp.fileName().c_str(), pp.lineNumber(), message.c_str());
                 return;
             }
-        }
-        if (!isValidGzParmName(type, link.gzParm))
-        {
-            std::string message = "Bad handle parm found: '" + link.gzParm + "' bound to" +
-                                  " operator parameter '" + channel + "'" + " for handle '" +
-                                  type + "'";
-            if (op)
-                message += " of the operator '" + op->getName() + "'";
-            printWarning("%s[%d] %s", pp.fileName().c_str(), pp.lineNumber(), message.c_str());
-            return;
-        }
-        handle.addBinding(channel, link.gzParm);
-    });
+            handle.addBinding(channel, link.gzParm);
+        });
 }
 
 void GZ_ResourceManager::loadSelector(HostPreprocessor &pp, const std::string &name,
@@ -574,7 +584,8 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
         return 0;
 
     // Operator types defined by a script keep their bindings in their own definition.
-    auto keepsOwnBindings = [this](const std::string &key) {
+    auto keepsOwnBindings = [this](const std::string &key)
+    {
         const HostOperator *op = findOperator(key.c_str(), nullptr);
         return op && op->keepsOwnBindings();
     };
@@ -656,8 +667,9 @@ HostErrorSeverity GZ_ResourceManager::save(std::ostream &os)
             const std::vector<std::string> fields = splitNonEmpty(entry, ',');
             if (fields.size() < 4)
                 continue;
-            os << "ombind" << " -t " << fields[0] << " " << fields[1] << " " << fields[2] << " "
-               << fields[3] << "\n";
+            os << "ombind"
+               << " -t " << fields[0] << " " << fields[1] << " " << fields[2] << " " << fields[3]
+               << "\n";
         }
     }
     return HOST_ERR_NONE;
