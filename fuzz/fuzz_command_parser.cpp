@@ -8,13 +8,19 @@
 #include <sstream>
 #include <string>
 
+namespace
+{
+// Output is thrown away after each input, so memory stays flat.
+std::ostringstream theSink;
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
+    theSink.str("");
     static HostCommandManager *mgr = []
     {
         auto *m = new HostCommandManager;
-        static std::ostringstream sink;
-        m->setStreams(&sink, &sink);
+        m->setStreams(&theSink, &theSink);
         m->setVariable("X", "value");
         m->installCommand("pomadd", "gc:e:m:p:r:::s:v",
                           [](HostCommandArgs &args)

@@ -65,7 +65,14 @@ public:
 
     // Time.
     double getTime() const { return myTime; }
-    void setTime(double seconds) { myTime = seconds; }
+    /// Also drops channel values pending at the previous time (see HostChannel).
+    void setTime(double seconds)
+    {
+        myTime = seconds;
+        ++myTimeEpoch;
+    }
+    /// Changes whenever the time is set; pending channel values remember the epoch.
+    unsigned long long getTimeEpoch() const { return myTimeEpoch; }
     double getFps() const { return myFps; }
     void setFps(double fps);
     /// Frame numbers start at 1 at time 0: frame = time * fps + 1.
@@ -109,6 +116,7 @@ private:
     int myNextId = 0;
     int myCurrentNodeId = -1;
     double myTime = 0.0;
+    unsigned long long myTimeEpoch = 0;
     double myFps = 24.0;
     HostUndoManager myUndo;
     SaveCallback mySaveCallback = nullptr;

@@ -34,7 +34,8 @@ struct gz_HandleRow
 };
 
 /// One row of the 2D compositing op-handle-link table: every such handle is a Cop2 handle,
-/// drawn normally, and offered in the 2D viewer panes named by its viewer mask bits.
+/// drawn normally, and offered in the 2D viewer panes named by its viewer mask bits. Parameter
+/// names are separated by commas, as the compositing catalogue writes them.
 struct gz_Handle2DRow
 {
     const char *name;

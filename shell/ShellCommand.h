@@ -31,3 +31,6 @@ const std::vector<ShellCommandGroup> &shellCommandGroups();
 
 /// Nodes, parameters, time, undo, scenes, files, variables and help (ShellHostCommands.cpp).
 std::vector<ShellCommand> shellHostCommands();
+
+/// Channel keys, channel copies and scopes (ShellChannelCommands.cpp).
+std::vector<ShellCommand> shellChannelCommands();

@@ -5,6 +5,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
     static const std::vector<ShellCommandGroup> theGroups = {
         &shellHostCommands,
+        &shellChannelCommands,
     };
     return theGroups;
 }

@@ -1,10 +1,12 @@
 // ShellHostCommands: gzsh's host commands — nodes, parameters, time, undo, scenes, files.
 #include "shell/Shell.h"
+#include "shell/ShellChannels.h"
 #include "shell/ShellCommand.h"
 #include "shell/ShellNodeUndo.h"
 #include "shell/ShellParmAccess.h"
 #include "shell/ShellScene.h"
 
+#include "host/HostChannelManager.h"
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNetwork.h"
@@ -176,14 +178,17 @@ void cmdParmSet(Shell &shell, HostCommandArgs &args)
     HostNode *node = findNode(shell, args, args.arg(1));
     if (!node)
         return;
-    if (args.found('e'))
-    {
-        args.err() << "parmset: expressions are not available\n";
-        return;
-    }
     gz_CommandUndoBlock block(shell, args);
     std::vector<std::string> values(args.args().begin() + 3, args.args().end());
     std::string error;
+    if (args.found('e') || args.found('p'))
+    {
+        const HostStringMeaning language =
+            args.found('p') ? HOST_STRING_SCRIPT : HOST_STRING_EXPRESSION;
+        if (!ShellChannels::setExpressions(*node, args.arg(2), values, language, error))
+            args.err() << "parmset: " << error << "\n";
+        return;
+    }
     if (!ShellParmAccess::set(*node, args.arg(2), values, error))
         args.err() << "parmset: " << error << "\n";
 }
@@ -196,12 +201,15 @@ void cmdParmGet(Shell &shell, HostCommandArgs &args)
     if (!node)
         return;
     std::string text, error;
+    HostChannelManager::get().takeEvalErrors(); // report only what this evaluation finds
     if (!ShellParmAccess::get(*node, args.arg(2), shell.director().getTime(), text, error))
     {
         args.err() << "parmget: " << error << "\n";
         return;
     }
     args.out() << text << "\n";
+    for (const std::string &message : HostChannelManager::get().takeEvalErrors())
+        args.err() << "parmget: " << message << "\n";
 }
 
 void cmdTcur(Shell &shell, HostCommandArgs &args)
@@ -364,7 +372,7 @@ std::vector<ShellCommand> shellHostCommands()
         {"noderm", "", "noderm PATH...", &cmdNodeRm},
         {"nodemv", "", "nodemv PATH NEWNAME", &cmdNodeMv},
         {"nodels", "", "nodels [PATH]", &cmdNodeLs},
-        {"parmset", "e", "parmset [-e] PATH PARM VALUE...", &cmdParmSet},
+        {"parmset", "ep", "parmset [-e|-p] PATH PARM VALUE...", &cmdParmSet},
         {"parmget", "", "parmget PATH CHANNEL", &cmdParmGet},
         {"tcur", "", "tcur [SECONDS]", &cmdTcur},
         {"undo", "", "undo", &cmdUndo},

@@ -1,6 +1,7 @@
 // ShellScene: writing the scene as host command lines.
 #include "shell/ShellScene.h"
 
+#include "shell/ShellChannels.h"
 #include "shell/ShellParmAccess.h"
 
 #include "host/HostChoiceList.h"
@@ -65,6 +66,7 @@ void ShellScene::writeParm(std::ostream &os, const std::string &path, const Host
             os << numberOrToken(parm, k);
     }
     os << "\n";
+    ShellChannels::writeAnimation(os, path, parm);
 }
 
 void ShellScene::writeNode(std::ostream &os, const HostNode &node)
