@@ -197,6 +197,21 @@ bool HostNode::setParmString(HostParm &parm, int k, const std::string &text,
     return true;
 }
 
+int HostNode::updateInputGroups(double /*time*/, bool notify)
+{
+    int watched = 0;
+    for (int i = 0; i < myParms->getEntries(); ++i)
+    {
+        HostParm *parm = myParms->getParm(i);
+        if (!parm || parm->getNumInputInterests() == 0)
+            continue;
+        ++watched;
+        if (notify)
+            parm->notifyInputInterests(parm);
+    }
+    return watched;
+}
+
 int HostNode::runParmCallback(HostParm &parm, int data, double time)
 {
     HostParmCallback cb = parm.getTemplate().getCallback();

@@ -124,6 +124,11 @@ public:
     bool setParmString(HostParm &parm, int k, const std::string &text,
                        HostStringMeaning meaning = HOST_STRING_LITERAL);
 
+    /// Brings the groups that input interests watch up to date at `time`: the reference host
+    /// keeps no cooked groups, so with `notify` it tells the interests of every watched
+    /// parameter. Returns the number of watched parameters.
+    int updateInputGroups(double time, bool notify);
+
     /// Runs the callback of a parameter's template with this node. Returns its result, or 0
     /// when the template has no callback.
     int runParmCallback(HostParm &parm, int data, double time);

@@ -438,6 +438,24 @@ void cmdWrite(GZ_ResourceManager &manager, HostCommandArgs &args)
     // bindings are written by nothing here; see docs/decisions.md.
 }
 
+void cmdParm(GZ_ResourceManager &manager, HostCommandArgs &args)
+{
+    if (args.argc() != 5)
+    {
+        args.err() << "Error: omparm requires a handle name, "
+                   << "a handle type,\n"
+                   << "an op name, and op settings.\n";
+        return;
+    }
+    const HostNode *node = HostDirector::instance()->findNode(args.arg(3));
+    if (!node)
+    {
+        args.err() << "Could not find node " << args.arg(3) << "\n";
+        return;
+    }
+    manager.recordGZSettings(args.argv(1), args.argv(2), *node, args.argv(4));
+}
+
 /// Runs a handler on the manager instance; without one the command does nothing.
 HostCommandCallback onManager(void (*handler)(GZ_ResourceManager &, HostCommandArgs &))
 {
@@ -476,6 +494,7 @@ void gz_installBindingCommands(HostCommandManager &commands)
         {"omswhere", "t:", cmdSelectorWhere, true, "omswhere [-t table] [selector]"},
         // Writing files is no business of a scene being loaded.
         {"omwrite", "", cmdWrite, false, "omwrite [file]"},
+        {"omparm", "", cmdParm, true, "omparm handle-name handle-type node-path settings"},
     };
     for (const auto &command : theCommands)
         commands.installCommand(command.name, command.options, onManager(command.handler),
