@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <ostream>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -86,16 +85,53 @@ const char *optionalArg(const HostCommandArgs &args, int i)
     return i < args.argc() ? args.argv(i) : nullptr;
 }
 
-/// "{ a b c }": the words, each followed by a blank, inside braces.
-std::string bracedList(const std::set<std::string> &words)
+/// Sorts names held elsewhere by their text.
+void sortByText(std::vector<const std::string *> &names)
 {
-    std::string text = "{ ";
-    for (const std::string &word : words)
-        text += word + " ";
-    return text + "}";
+    std::sort(names.begin(), names.end(),
+              [](const std::string *a, const std::string *b) { return *a < *b; });
 }
 
-/// The operator types of the -t table sorted by name; empty for an unknown table.
+/// Writes "{ a b c }": the distinct names in ascending order, each followed by a blank.
+void writeBracedList(std::ostream &os, std::vector<const std::string *> &names)
+{
+    sortByText(names);
+    os << "{ ";
+    const std::string *last = nullptr;
+    for (const std::string *name : names)
+    {
+        if (!last || *name != *last)
+            os << *name << " ";
+        last = name;
+    }
+    os << "}";
+}
+
+/// One operator type of "omwhere"/"omswhere": with `wanted`, its name when it binds that
+/// handle (selector); without, its name and the braced list of what it binds.
+void writeWhereLine(std::ostream &os, const std::string &op_name, const char *wanted,
+                    std::vector<const std::string *> &names)
+{
+    if (!wanted)
+    {
+        os << op_name << " ";
+        writeBracedList(os, names);
+        os << "\n";
+        return;
+    }
+    for (const std::string *name : names)
+    {
+        if (*name == wanted)
+        {
+            os << op_name << "\n";
+            return;
+        }
+    }
+}
+
+/// The operator types of the -t table sorted by name; empty for an unknown table. The names
+/// are copied next to their operators first, so that sorting compares nearby text rather
+/// than reaching into every operator type again and again.
 std::vector<HostOperator *> sortedOperators(const HostCommandArgs &args)
 {
     std::vector<HostOperator *> ops;
@@ -106,12 +142,18 @@ std::vector<HostOperator *> sortedOperators(const HostCommandArgs &args)
         HostOperatorTable::getTable(static_cast<HostNetworkType>(type));
     if (!table)
         return ops;
-    ops.reserve(table->getNumOperators());
+    std::vector<std::pair<std::string, HostOperator *>> named;
+    named.reserve(table->getNumOperators());
     for (int i = 0; i < table->getNumOperators(); ++i)
-        ops.push_back(table->getOperator(i));
-    std::sort(ops.begin(), ops.end(),
-              [](const HostOperator *a, const HostOperator *b)
-              { return a->getName() < b->getName(); });
+    {
+        HostOperator *op = table->getOperator(i);
+        named.emplace_back(op->getName(), op);
+    }
+    std::sort(named.begin(), named.end(),
+              [](const auto &a, const auto &b) { return a.first < b.first; });
+    ops.reserve(named.size());
+    for (const auto &item : named)
+        ops.push_back(item.second);
     return ops;
 }
 
@@ -223,16 +265,17 @@ void cmdList(GZ_ResourceManager &manager, HostCommandArgs &args)
     {
         // The registry is hashed; name order is its stable order.
         const std::string network = commandNetworkToken(args);
-        std::vector<std::string> names;
+        std::vector<const std::string *> names;
+        names.reserve(manager.getOpHandleLinks().size());
         for (const auto &item : manager.getOpHandleLinks())
         {
             const GZ_GZTemplate &gz = *item.second;
             if (!gz.parmNameList().empty() && gz.supportsType(network.c_str()))
-                names.push_back(gz.name());
+                names.push_back(&item.first);
         }
-        std::sort(names.begin(), names.end());
-        for (const std::string &name : names)
-            args.out() << name << "\n";
+        sortByText(names);
+        for (const std::string *name : names)
+            args.out() << *name << "\n";
         return;
     }
     for (int i = 1; i < args.argc(); ++i)
@@ -249,8 +292,10 @@ void cmdList(GZ_ResourceManager &manager, HostCommandArgs &args)
             args.err() << name << " cannot be bound.\n";
             continue;
         }
-        const std::set<std::string> parms(gz->parmNameList().begin(), gz->parmNameList().end());
-        args.out() << bracedList(parms);
+        std::vector<const std::string *> parms;
+        for (const std::string &parm : gz->parmNameList())
+            parms.push_back(&parm);
+        writeBracedList(args.out(), parms);
     }
 }
 
@@ -263,18 +308,16 @@ void cmdWhere(GZ_ResourceManager &manager, HostCommandArgs &args)
         return;
     }
     const char *wanted = optionalArg(args, 1);
+    std::vector<const std::string *> types;
     for (HostOperator *op : sortedOperators(args))
     {
         const std::vector<GZ_BindingHandleInfo> *handles = manager.getBindingHandles(op);
         if (!handles || handles->empty())
             continue;
-        std::set<std::string> types;
+        types.clear();
         for (const GZ_BindingHandleInfo &handle : *handles)
-            types.insert(handle.getGZName());
-        if (!wanted)
-            args.out() << op->getName() << " " << bracedList(types) << "\n";
-        else if (types.count(wanted))
-            args.out() << op->getName() << "\n";
+            types.push_back(&handle.getGZName());
+        writeWhereLine(args.out(), op->getName(), wanted, types);
     }
 }
 
@@ -382,15 +425,16 @@ void cmdSelectorList(GZ_ResourceManager &manager, HostCommandArgs &args)
         return;
     }
     const std::string network = commandNetworkToken(args);
-    std::vector<std::string> names;
+    std::vector<const std::string *> names;
+    names.reserve(manager.getSelectors().size());
     for (const auto &item : manager.getSelectors())
     {
         if (item.second->supportsType(network.c_str()))
-            names.push_back(item.first);
+            names.push_back(&item.first);
     }
-    std::sort(names.begin(), names.end());
-    for (const std::string &name : names)
-        args.out() << name << "\n";
+    sortByText(names);
+    for (const std::string *name : names)
+        args.out() << *name << "\n";
 }
 
 void cmdSelectorWhere(GZ_ResourceManager &manager, HostCommandArgs &args)
@@ -402,18 +446,16 @@ void cmdSelectorWhere(GZ_ResourceManager &manager, HostCommandArgs &args)
         return;
     }
     const char *wanted = optionalArg(args, 1);
+    std::vector<const std::string *> names;
     for (HostOperator *op : sortedOperators(args))
     {
         const std::vector<GZ_BindingSelectorInfo> *selectors = manager.getBindingSelectors(op);
         if (!selectors || selectors->empty())
             continue;
-        std::set<std::string> names;
+        names.clear();
         for (const GZ_BindingSelectorInfo &selector : *selectors)
-            names.insert(selector.getName());
-        if (!wanted)
-            args.out() << op->getName() << " " << bracedList(names) << "\n";
-        else if (names.count(wanted))
-            args.out() << op->getName() << "\n";
+            names.push_back(&selector.getName());
+        writeWhereLine(args.out(), op->getName(), wanted, names);
     }
 }
 
