@@ -8,6 +8,7 @@
 #include "host/HostParm.h"
 #include "link/GZ_SettingList.h"
 #include "link/gz_Binding.h"
+#include "link/gz_References.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
 
@@ -431,7 +432,7 @@ bool GZ_OpHandleLink::isOpParmLocked(const std::string &channel_name, HostNode &
     if (parm->isLocked(vi))
         return true;
 
-    HostParm::followChannelReferences(time, found_node, parm, vi);
+    gz::followReferences(time, found_node, parm, vi);
     if (out_parm)
         *out_parm = parm;
     if (out_node)
@@ -469,7 +470,7 @@ void GZ_OpHandleLink::updateParmLockStatus(HostNode &node)
         bool drivable = !parm->isLocked(vi);
         if (drivable)
         {
-            HostParm::followChannelReferences(getTime(), found_node, parm, vi);
+            gz::followReferences(getTime(), found_node, parm, vi);
             drivable = found_node && parm && parm->isVisible() &&
                        found_node->canAccess(HostNode::ACCESS_WRITE, *parm) && !parm->isLocked(vi);
         }
@@ -513,7 +514,7 @@ void GZ_OpHandleLink::setBindingState(bool active)
             int vi = -1;
             if (!myOps[k]->resolveChannel(channel, node, parm, vi))
                 continue;
-            HostParm::followChannelReferences(time, node, parm, vi);
+            gz::followReferences(time, node, parm, vi);
             if (parm)
                 parm->setActive(vi, active);
         }

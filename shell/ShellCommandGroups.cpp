@@ -6,6 +6,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
     static const std::vector<ShellCommandGroup> theGroups = {
         &shellHostCommands,
         &shellChannelCommands,
+        &shellStateCommands,
     };
     return theGroups;
 }
