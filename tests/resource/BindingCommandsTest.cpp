@@ -55,10 +55,10 @@ TEST(BindingCommands, InstalledWithTheirOptionsAndLoadingFlag)
     {
         const char *name;
         const char *options;
-    } expected[] = {{"ombindinfo", "t:"},  {"omunbind", "t:"},    {"ombind", "t:d:"},
-                    {"omls", "t:"},        {"omwhere", "t:"},     {"omsbindinfo", "t:"},
-                    {"omsunbind", "t:"},   {"omsbind", "t:"},     {"omsls", "t:"},
-                    {"omswhere", "t:"},    {"omwrite", ""},       {"omparm", ""}};
+    } expected[] = {{"ombindinfo", "t:"}, {"omunbind", "t:"}, {"ombind", "t:d:"},
+                    {"omls", "t:"},       {"omwhere", "t:"},  {"omsbindinfo", "t:"},
+                    {"omsunbind", "t:"},  {"omsbind", "t:"},  {"omsls", "t:"},
+                    {"omswhere", "t:"},   {"omwrite", ""},    {"omparm", ""}};
     for (const auto &command : expected)
     {
         SCOPED_TRACE(command.name);
@@ -72,7 +72,8 @@ TEST(BindingCommands, InstalledWithTheirOptionsAndLoadingFlag)
 TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
 {
     GZ_ResourceManager &manager = gztest::instance();
-    HostOperator *op = gztest::addOperator(HOST_NETWORK_SOP, "bc_write", gztest::transformTemplates());
+    HostOperator *op =
+        gztest::addOperator(HOST_NETWORK_SOP, "bc_write", gztest::transformTemplates());
     ASSERT_EQ(manager.bind(op, "xform", "w", "tx", "tx", "color(1 0 0)"), 1);
 
     const fs::path dir = fs::temp_directory_path() / "gz_binding_commands_user";
@@ -99,14 +100,15 @@ TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
 TEST(BindingCommands, SceneSaveWritesSettingsThenBindings)
 {
     SceneScope scene;
-    HostOperator *op = gztest::addOperator(HOST_NETWORK_OBJECT, "bc_geo", gztest::transformTemplates());
+    HostOperator *op =
+        gztest::addOperator(HOST_NETWORK_OBJECT, "bc_geo", gztest::transformTemplates());
     const std::string path = "/obj/" + op->getName() + "1";
     ASSERT_NE(scene.director().createNode(op->getName(), path), nullptr);
 
     // Entries: a full one, an empty one, one short of a field, one with a field too many.
-    const CommandRun recorded =
-        run("omparm hud xform " + path +
-            " \"hudbindingargs('sop,a,xform:tx,xform:tx;;obj,short;dop,,b,geo:ty,xform:ty,more')\"");
+    const CommandRun recorded = run(
+        "omparm hud xform " + path +
+        " \"hudbindingargs('sop,a,xform:tx,xform:tx;;obj,short;dop,,b,geo:ty,xform:ty,more')\"");
     EXPECT_EQ(recorded.err, "");
 
     // The save callbacks run first, the persistent handles come last and their error is
@@ -116,10 +118,12 @@ TEST(BindingCommands, SceneSaveWritesSettingsThenBindings)
     theStream = &os;
     auto mark = [](void *) { *theStream << "callback\n"; };
     gztest::instance().addSaveCallback(mark, nullptr);
-    GZ_ResourceManager::setPersistentHandleSaver([](std::ostream &out) {
-        out << "persistent\n";
-        return HOST_ERR_WARNING;
-    });
+    GZ_ResourceManager::setPersistentHandleSaver(
+        [](std::ostream &out)
+        {
+            out << "persistent\n";
+            return HOST_ERR_WARNING;
+        });
     EXPECT_EQ(saveGZResourceManagerCallback(os), HOST_ERR_WARNING);
     GZ_ResourceManager::setPersistentHandleSaver(nullptr);
     gztest::instance().removeSaveCallback(mark, nullptr);
