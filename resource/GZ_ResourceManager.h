@@ -9,6 +9,7 @@
 #include "resource/GZ_NetworkType.h"
 #include "resource/GZ_PythonResource.h"
 #include "resource/GZ_ViewerType.h"
+#include "resource/gz_OrderedMap.h"
 
 #include <cstdint>
 #include <iosfwd>
@@ -31,6 +32,7 @@ class HostOperator;
 class HostOperatorTable;
 class HostParm;
 class HostParmTemplate;
+class HostPreprocessor;
 class gz_OpHandleEntry;
 class gz_OpSelectorEntry;
 
@@ -216,8 +218,16 @@ public:
     void addSaveCallback(void (*callback)(void *), void *data);
     void removeSaveCallback(void (*callback)(void *), void *data);
 
-    /// Reads the first "OPbindings" file on the host's search path.
+    /// Reads the first "OPbindings" file on the host's search path; a missing or unreadable
+    /// file is ignored. Problems in the file are reported on the standard error stream with
+    /// its name and line, and reading goes on.
     void registerOpHandleBindings();
+    /// Reads one operator block of a bindings file (the "{" line to the closing "}") for the
+    /// qualified operator name that opened it, replacing that key's bindings.
+    void loadOperator(HostPreprocessor &pp, const std::string &op_name);
+    /// Writes every binding in bindings-file form (operator types that keep their own
+    /// bindings are left out). Returns 0 when the file cannot be written, else non-zero.
+    int writeBindingsFile(const char *path) const;
 
     /// Writes the persistent handles into a saved scene. The persistent handle layer sits
     /// above this one, so it installs its writer here instead of being called directly.
@@ -234,6 +244,12 @@ public:
     const std::unordered_map<std::string, std::unique_ptr<GZ_GZTemplate>> &getOpHandleLinks() const
     {
         return myOpHandleLinks;
+    }
+    /// The selector templates by name, read-only.
+    const std::unordered_map<std::string, std::unique_ptr<GZ_SelectorTemplate>> &
+    getSelectors() const
+    {
+        return mySelectors;
     }
 
     // States.
@@ -319,6 +335,14 @@ protected:
     /// Writes the handle bindings recorded on live nodes as binding commands.
     HostErrorSeverity save(std::ostream &os);
 
+    /// Reads a handle block of a bindings file into `handle`, bound to `op` (null when the
+    /// operator type does not exist).
+    void loadHandle(HostPreprocessor &pp, HostOperator *op, GZ_BindingHandleInfo &handle);
+    /// Reads a selector block of a bindings file and stores the binding in `entry` when the
+    /// block is complete.
+    void loadSelector(HostPreprocessor &pp, const std::string &name, const std::string &description,
+                      gz_OpSelectorEntry &entry);
+
     /// Entries of the binding maps; null when the key has none.
     gz_OpHandleEntry *findHandleEntry(const std::string &key) const;
     gz_OpSelectorEntry *findSelectorEntry(const std::string &key) const;
@@ -353,8 +377,9 @@ private:
     std::unordered_map<std::string, std::unique_ptr<GZ_HandleTemplate>> myHandles;
     std::unordered_map<std::string, std::unique_ptr<GZ_GZTemplate>> myOpHandleLinks;
     std::unordered_map<std::string, std::unique_ptr<GZ_SelectorTemplate>> mySelectors;
-    std::unordered_map<std::string, std::unique_ptr<gz_OpHandleEntry>> myHandleBindings;
-    std::unordered_map<std::string, std::unique_ptr<gz_OpSelectorEntry>> mySelectorBindings;
+    // Insertion-ordered, so that the bindings file is written in a stable order.
+    gz_OrderedMap<std::unique_ptr<gz_OpHandleEntry>> myHandleBindings;
+    gz_OrderedMap<std::unique_ptr<gz_OpSelectorEntry>> mySelectorBindings;
     std::unordered_map<GZ_OpGZKey, OpGZSettingInfo, GZ_OpGZKey::Hasher> myOpGZSettingTable;
     std::unordered_map<std::string, std::unique_ptr<GZ_SettingList>> myLastGZSettingTable;
     StateList myStateLists[GZ_NUM_VIEWER_TYPES * GZ_NETWORK_MAX_TYPES];

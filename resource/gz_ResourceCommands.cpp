@@ -1,16 +1,17 @@
 // GZ_ResourceManager: installing the binding commands and the scene-save callback.
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
+#include "resource/gz_BindingCommands.h"
 
-// The binding commands (ombind, omunbind, ...) are not installed yet; only the scene-save
-// callback is registered.
 void GZ_ResourceManager::installCommands()
 {
     static bool theInstalled = false;
     if (theInstalled)
         return;
     theInstalled = true;
+    gz_installBindingCommands(*HostCommandManager::getInstance());
     HostDirector::instance()->setSaveCallback(saveGZResourceManagerCallback);
 }
 

@@ -1,0 +1,153 @@
+// The binding commands as installed, "omwrite" without a file, and the saved scene's lines.
+#include "gz_ResourceTestEnv.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+#include "host/HostReader.h"
+
+#include <filesystem>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+/// Runs command text on the process's interpreter; returns output and error text.
+struct CommandRun
+{
+    std::string out;
+    std::string err;
+};
+
+CommandRun run(const std::string &text)
+{
+    gztest::instance();
+    HostCommandManager *commands = HostCommandManager::getInstance();
+    std::ostringstream out, err;
+    commands->setStreams(&out, &err);
+    commands->execute(text);
+    commands->setStreams(nullptr, nullptr);
+    return CommandRun{out.str(), err.str()};
+}
+
+/// A scene of its own for the duration of a test.
+class SceneScope
+{
+public:
+    SceneScope() : myPrevious(HostDirector::instance()) { myDirector.makeCurrent(); }
+    ~SceneScope() { myPrevious->makeCurrent(); }
+    HostDirector &director() { return myDirector; }
+
+private:
+    HostDirector *myPrevious;
+    HostDirector myDirector;
+};
+
+} // namespace
+
+TEST(BindingCommands, InstalledWithTheirOptionsAndLoadingFlag)
+{
+    gztest::instance();
+    const HostCommandManager *commands = HostCommandManager::getInstance();
+    const struct
+    {
+        const char *name;
+        const char *options;
+    } expected[] = {{"ombindinfo", "t:"}, {"omunbind", "t:"}, {"ombind", "t:d:"},
+                    {"omls", "t:"},       {"omwhere", "t:"},  {"omsbindinfo", "t:"},
+                    {"omsunbind", "t:"},  {"omsbind", "t:"},  {"omsls", "t:"},
+                    {"omswhere", "t:"},   {"omwrite", ""},    {"omparm", ""}};
+    for (const auto &command : expected)
+    {
+        SCOPED_TRACE(command.name);
+        ASSERT_TRUE(commands->isInstalled(command.name));
+        EXPECT_EQ(commands->optionString(command.name), command.options);
+        EXPECT_EQ(commands->allowedWhileLoading(command.name),
+                  std::string(command.name) != "omwrite");
+    }
+}
+
+TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
+{
+    GZ_ResourceManager &manager = gztest::instance();
+    HostOperator *op =
+        gztest::addOperator(HOST_NETWORK_SOP, "bc_write", gztest::transformTemplates());
+    ASSERT_EQ(manager.bind(op, "xform", "w", "tx", "tx", "color(1 0 0)"), 1);
+
+    const fs::path dir = fs::temp_directory_path() / "gz_binding_commands_user";
+    fs::create_directories(dir);
+    const std::string saved_user = HostReader::getUserDirectory();
+    HostReader::setUserDirectory(dir.string());
+    const CommandRun result = run("omwrite");
+    HostReader::setUserDirectory(saved_user);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "");
+
+    const fs::path expected_path = dir / "expected";
+    ASSERT_NE(manager.writeBindingsFile(expected_path.c_str()), 0);
+    std::string written, expected;
+    ASSERT_TRUE(HostReader::readFile((dir / "OPbindings").string(), written));
+    ASSERT_TRUE(HostReader::readFile(expected_path.string(), expected));
+    EXPECT_EQ(written, expected);
+    EXPECT_NE(written.find(op->getQualifiedName() + "\n{\n    bindhandle xform w \"color(1 0 0)\""),
+              std::string::npos);
+    manager.unbind(op, nullptr, "");
+    fs::remove_all(dir);
+}
+
+TEST(BindingCommands, SceneSaveWritesSettingsThenBindings)
+{
+    SceneScope scene;
+    HostOperator *op =
+        gztest::addOperator(HOST_NETWORK_OBJECT, "bc_geo", gztest::transformTemplates());
+    const std::string path = "/obj/" + op->getName() + "1";
+    ASSERT_NE(scene.director().createNode(op->getName(), path), nullptr);
+
+    // Entries: a full one, an empty one, one short of a field, one with a field too many.
+    const CommandRun recorded = run(
+        "omparm hud xform " + path +
+        " \"hudbindingargs('sop,a,xform:tx,xform:tx;;obj,short;dop,,b,geo:ty,xform:ty,more')\"");
+    EXPECT_EQ(recorded.err, "");
+
+    // The save callbacks run first, the persistent handles come last and their error is
+    // the callback's result.
+    static std::ostringstream *theStream = nullptr;
+    std::ostringstream os;
+    theStream = &os;
+    auto mark = [](void *) { *theStream << "callback\n"; };
+    gztest::instance().addSaveCallback(mark, nullptr);
+    GZ_ResourceManager::setPersistentHandleSaver(
+        [](std::ostream &out)
+        {
+            out << "persistent\n";
+            return HOST_ERR_WARNING;
+        });
+    EXPECT_EQ(saveGZResourceManagerCallback(os), HOST_ERR_WARNING);
+    GZ_ResourceManager::setPersistentHandleSaver(nullptr);
+    gztest::instance().removeSaveCallback(mark, nullptr);
+    EXPECT_EQ(os.str(), "callback\nomparm hud xform " + path +
+                            " \"hudbindingargs('sop,a,xform:tx,xform:tx;;obj,short;dop,,b,geo:ty,"
+                            "xform:ty,more')\"\n"
+                            "ombind -t sop a xform:tx xform:tx\n"
+                            "ombind -t dop b geo:ty xform:ty\n"
+                            "persistent\n");
+
+    // Settings of nodes that are gone are kept but not written.
+    scene.director().deleteNode(scene.director().findNode(path));
+    std::ostringstream after;
+    EXPECT_EQ(saveGZResourceManagerCallback(after), HOST_ERR_NONE);
+    EXPECT_EQ(after.str(), "");
+}
+
+TEST(BindingCommands, SettingsCommandChecksItsArguments)
+{
+    SceneScope scene;
+    const CommandRun missing = run("omparm hud xform /obj/nothing \"color(1 0 0)\"");
+    EXPECT_EQ(missing.err, "Could not find node /obj/nothing\n");
+    const CommandRun short_of_one = run("omparm hud xform /obj/nothing");
+    EXPECT_EQ(short_of_one.err, "Error: omparm requires a handle name, a handle type,\n"
+                                "an op name, and op settings.\n");
+    EXPECT_EQ(short_of_one.out, "");
+}
