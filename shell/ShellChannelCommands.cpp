@@ -3,6 +3,7 @@
 #include "shell/Shell.h"
 #include "shell/ShellChannels.h"
 #include "shell/ShellCommand.h"
+#include "shell/ShellCommandSupport.h"
 #include "shell/ShellParmAccess.h"
 #include "shell/ShellScene.h"
 
@@ -17,40 +18,6 @@
 
 namespace
 {
-bool checkCount(const HostCommandArgs &args, int least, int most)
-{
-    if (args.argc() >= least && (most < 0 || args.argc() <= most))
-        return true;
-    args.err() << args.commandName() << ": wrong number of arguments\n";
-    args.showUsage();
-    return false;
-}
-
-HostNode *findNode(Shell &shell, const HostCommandArgs &args, const std::string &path)
-{
-    HostNode *node = shell.director().findNode(path);
-    if (!node)
-        args.err() << args.commandName() << ": unknown node " << path << "\n";
-    return node;
-}
-
-/// One undo step named after the command for the handler's lifetime.
-class gz_ChannelUndoBlock
-{
-public:
-    gz_ChannelUndoBlock(Shell &shell, const HostCommandArgs &args)
-        : myUndo(shell.director().getUndoManager()),
-          myId(myUndo.beginUndoBlock(args.commandName().c_str()))
-    {
-    }
-    ~gz_ChannelUndoBlock() { myUndo.endUndoBlock(myId); }
-    gz_ChannelUndoBlock(const gz_ChannelUndoBlock &) = delete;
-    gz_ChannelUndoBlock &operator=(const gz_ChannelUndoBlock &) = delete;
-
-private:
-    HostUndoManager &myUndo;
-    int myId;
-};
 
 /// The components a command names: a whole parameter or one channel of it.
 struct Target
@@ -63,7 +30,7 @@ struct Target
 
 bool findTarget(Shell &shell, const HostCommandArgs &args, int pathArg, Target &target)
 {
-    target.myNode = findNode(shell, args, args.arg(pathArg));
+    target.myNode = shellFindNode(shell, args, args.arg(pathArg));
     if (!target.myNode)
         return false;
     const std::string &name = args.arg(pathArg + 1);
@@ -121,7 +88,7 @@ bool parseTime(const HostCommandArgs &args, int i, double &time)
 // chkey PATH CHANNEL [TIME [VALUE]]
 void cmdChKey(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 5))
+    if (!shellCheckCount(args, 3, 5))
         return;
     Target t;
     if (!findTarget(shell, args, 1, t))
@@ -143,7 +110,7 @@ void cmdChKey(Shell &shell, HostCommandArgs &args)
         if (!checkModifiable(args, *t.myNode, *t.myParm, k))
             return;
     }
-    gz_ChannelUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     change(*t.myNode, *t.myParm,
            [&]()
            {
@@ -160,7 +127,7 @@ void cmdChKey(Shell &shell, HostCommandArgs &args)
 // chkeyrm PATH CHANNEL [TIME]
 void cmdChKeyRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 4))
+    if (!shellCheckCount(args, 3, 4))
         return;
     Target t;
     if (!findTarget(shell, args, 1, t))
@@ -181,7 +148,7 @@ void cmdChKeyRm(Shell &shell, HostCommandArgs &args)
                    << " has no key at " << ShellScene::formatNumber(time) << "\n";
         return;
     }
-    gz_ChannelUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     change(*t.myNode, *t.myParm,
            [&]()
            {
@@ -200,7 +167,7 @@ void cmdChKeyRm(Shell &shell, HostCommandArgs &args)
 // chkeyls PATH CHANNEL: "TIME VALUE" per key of each named channel.
 void cmdChKeyLs(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 3))
+    if (!shellCheckCount(args, 3, 3))
         return;
     Target t;
     if (!findTarget(shell, args, 1, t))
@@ -223,12 +190,12 @@ void cmdChKeyLs(Shell &shell, HostCommandArgs &args)
 // chrm PATH CHANNEL...: the channels go; their values at the current time stay.
 void cmdChRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, -1))
+    if (!shellCheckCount(args, 3, -1))
         return;
-    HostNode *node = findNode(shell, args, args.arg(1));
+    HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
-    gz_ChannelUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     const double time = shell.director().getTime();
     for (int i = 2; i < args.argc(); ++i)
     {
@@ -271,7 +238,7 @@ void cmdChRm(Shell &shell, HostCommandArgs &args)
 // channel, else its expression, else its value).
 void cmdChCp(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 3))
+    if (!shellCheckCount(args, 3, 3))
         return;
     HostNode *srcNode = nullptr, *dstNode = nullptr;
     HostParm *src = nullptr, *dst = nullptr;
@@ -286,7 +253,7 @@ void cmdChCp(Shell &shell, HostCommandArgs &args)
     }
     if (!checkModifiable(args, *dstNode, *dst, dk))
         return;
-    gz_ChannelUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     const double time = shell.director().getTime();
     change(*dstNode, *dst,
            [&]()
@@ -305,7 +272,7 @@ void cmdChCp(Shell &shell, HostCommandArgs &args)
 // channel; OLD keeps its value at the current time as a constant.
 void cmdChRename(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 3))
+    if (!shellCheckCount(args, 3, 3))
         return;
     HostNode *node = nullptr;
     HostParm *from = nullptr;
@@ -325,7 +292,7 @@ void cmdChRename(Shell &shell, HostCommandArgs &args)
         return;
     if (!checkModifiable(args, *node, *from, fk) || !checkModifiable(args, *node, *to, tk))
         return;
-    gz_ChannelUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     const double time = shell.director().getTime();
     change(*node, *to,
            [&]()
@@ -435,35 +402,10 @@ bool ShellChannels::setExpressions(HostNode &node, const std::string &name,
                                    const std::vector<std::string> &texts,
                                    HostStringMeaning language, std::string &error)
 {
-    int first = 0, count = 0;
-    HostParm *parm = ShellParmAccess::resolve(node, name, first, count);
-    if (!parm)
-    {
-        error = node.getFullPath() + " has no parameter or channel " + name;
+    int first = 0;
+    HostParm *parm = ShellParmAccess::resolveForWrite(node, name, texts.size(), first, error);
+    if (!parm || !ShellParmAccess::canModify(node, *parm, first, texts.size(), error))
         return false;
-    }
-    const HostParmType &type = parm->getType();
-    if (!type.isNumeric() && !type.isString())
-    {
-        error = name + " does not hold values";
-        return false;
-    }
-    if (static_cast<int>(texts.size()) > count)
-    {
-        error =
-            name + " takes at most " + std::to_string(count) + (count == 1 ? " value" : " values");
-        return false;
-    }
-    for (size_t i = 0; i < texts.size(); ++i)
-    {
-        const int k = first + static_cast<int>(i);
-        if (!node.canModifyFromUI(*parm, k))
-        {
-            error = "cannot change " + parm->getChannelName(k) + " of " + node.getFullPath() +
-                    " (locked or not writable)";
-            return false;
-        }
-    }
     change(node, *parm,
            [&]()
            {

@@ -2,6 +2,7 @@
 #include "shell/Shell.h"
 #include "shell/ShellChannels.h"
 #include "shell/ShellCommand.h"
+#include "shell/ShellCommandSupport.h"
 #include "shell/ShellNodeUndo.h"
 #include "shell/ShellParmAccess.h"
 #include "shell/ShellScene.h"
@@ -21,42 +22,6 @@
 
 namespace
 {
-/// Checks the argument count (command name included); `most` < 0 means no upper bound.
-bool checkCount(const HostCommandArgs &args, int least, int most)
-{
-    if (args.argc() >= least && (most < 0 || args.argc() <= most))
-        return true;
-    args.err() << args.commandName() << ": wrong number of arguments\n";
-    args.showUsage();
-    return false;
-}
-
-HostNode *findNode(Shell &shell, const HostCommandArgs &args, const std::string &path)
-{
-    HostNode *node = shell.director().findNode(path);
-    if (!node)
-        args.err() << args.commandName() << ": unknown node " << path << "\n";
-    return node;
-}
-
-/// One undo step named after the command, for the handler's lifetime; a command that
-/// records nothing leaves no step.
-class gz_CommandUndoBlock
-{
-public:
-    gz_CommandUndoBlock(Shell &shell, const HostCommandArgs &args)
-        : myUndo(shell.director().getUndoManager()),
-          myId(myUndo.beginUndoBlock(args.commandName().c_str()))
-    {
-    }
-    ~gz_CommandUndoBlock() { myUndo.endUndoBlock(myId); }
-    gz_CommandUndoBlock(const gz_CommandUndoBlock &) = delete;
-    gz_CommandUndoBlock &operator=(const gz_CommandUndoBlock &) = delete;
-
-private:
-    HostUndoManager &myUndo;
-    int myId;
-};
 
 std::string formatG(double value)
 {
@@ -83,9 +48,9 @@ std::string baseName(const std::string &path)
 
 void cmdNodeAdd(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 3))
+    if (!shellCheckCount(args, 3, 3))
         return;
-    gz_CommandUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     std::string error;
     HostNode *node = shell.director().createNode(args.arg(1), args.arg(2), &error);
     if (!node)
@@ -100,13 +65,13 @@ void cmdNodeAdd(Shell &shell, HostCommandArgs &args)
 
 void cmdNodeRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 2, -1))
+    if (!shellCheckCount(args, 2, -1))
         return;
-    gz_CommandUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     HostDirector &director = shell.director();
     for (int i = 1; i < args.argc(); ++i)
     {
-        HostNode *node = findNode(shell, args, args.arg(i));
+        HostNode *node = shellFindNode(shell, args, args.arg(i));
         if (!node)
             continue;
         if (!node->getOperator())
@@ -126,9 +91,9 @@ void cmdNodeRm(Shell &shell, HostCommandArgs &args)
 
 void cmdNodeMv(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 3))
+    if (!shellCheckCount(args, 3, 3))
         return;
-    HostNode *node = findNode(shell, args, args.arg(1));
+    HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
     if (!node->getOperator())
@@ -138,7 +103,7 @@ void cmdNodeMv(Shell &shell, HostCommandArgs &args)
     }
     if (node->getName() == args.arg(2))
         return;
-    gz_CommandUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     HostDirector &director = shell.director();
     auto record = std::make_unique<ShellUndoNodeRename>(director, *node, args.arg(2));
     std::string error;
@@ -155,10 +120,10 @@ void cmdNodeMv(Shell &shell, HostCommandArgs &args)
 
 void cmdNodeLs(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 2))
+    if (!shellCheckCount(args, 1, 2))
         return;
     const std::string path = args.argc() > 1 ? args.arg(1) : "/";
-    HostNode *node = findNode(shell, args, path);
+    HostNode *node = shellFindNode(shell, args, path);
     if (!node)
         return;
     const HostNetwork *children = node->getChildNetwork();
@@ -173,12 +138,12 @@ void cmdNodeLs(Shell &shell, HostCommandArgs &args)
 
 void cmdParmSet(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 4, -1))
+    if (!shellCheckCount(args, 4, -1))
         return;
-    HostNode *node = findNode(shell, args, args.arg(1));
+    HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
-    gz_CommandUndoBlock block(shell, args);
+    ShellUndoBlock block(shell, args);
     std::vector<std::string> values(args.args().begin() + 3, args.args().end());
     std::string error;
     if (args.found('e') || args.found('p'))
@@ -195,9 +160,9 @@ void cmdParmSet(Shell &shell, HostCommandArgs &args)
 
 void cmdParmGet(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 3, 3))
+    if (!shellCheckCount(args, 3, 3))
         return;
-    HostNode *node = findNode(shell, args, args.arg(1));
+    HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
     std::string text, error;
@@ -214,7 +179,7 @@ void cmdParmGet(Shell &shell, HostCommandArgs &args)
 
 void cmdTcur(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 2))
+    if (!shellCheckCount(args, 1, 2))
         return;
     if (args.argc() == 1)
     {
@@ -232,7 +197,7 @@ void cmdTcur(Shell &shell, HostCommandArgs &args)
 
 void cmdUndo(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 1))
+    if (!shellCheckCount(args, 1, 1))
         return;
     if (!shell.director().getUndoManager().undo())
         args.err() << "undo: nothing to undo\n";
@@ -240,7 +205,7 @@ void cmdUndo(Shell &shell, HostCommandArgs &args)
 
 void cmdRedo(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 1))
+    if (!shellCheckCount(args, 1, 1))
         return;
     if (!shell.director().getUndoManager().redo())
         args.err() << "redo: nothing to redo\n";
@@ -248,14 +213,14 @@ void cmdRedo(Shell &shell, HostCommandArgs &args)
 
 void cmdSceneNew(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 1))
+    if (!shellCheckCount(args, 1, 1))
         return;
     shell.director().clearScene();
 }
 
 void cmdSceneSave(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 2, 2))
+    if (!shellCheckCount(args, 2, 2))
         return;
     std::ostringstream text;
     HostErrorSeverity severity = ShellScene::write(text, shell.director());
@@ -268,7 +233,7 @@ void cmdSceneSave(Shell &shell, HostCommandArgs &args)
 
 void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 2, 2))
+    if (!shellCheckCount(args, 2, 2))
         return;
     std::string text;
     if (!readScript(args, args.arg(1), text))
@@ -291,7 +256,7 @@ void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
 
 void cmdSource(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 2, 2))
+    if (!shellCheckCount(args, 2, 2))
         return;
     std::string text;
     if (!readScript(args, args.arg(1), text))
@@ -310,7 +275,7 @@ void cmdEcho(Shell &, HostCommandArgs &args)
 
 void cmdHelp(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 2))
+    if (!shellCheckCount(args, 1, 2))
         return;
     HostCommandManager &commands = shell.commands();
     if (args.argc() == 2)
@@ -329,7 +294,7 @@ void cmdHelp(Shell &shell, HostCommandArgs &args)
 
 void cmdExit(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 1, 1))
+    if (!shellCheckCount(args, 1, 1))
         return;
     shell.commands().requestExit();
 }
@@ -357,7 +322,7 @@ void cmdSet(Shell &shell, HostCommandArgs &args)
 
 void cmdUnset(Shell &shell, HostCommandArgs &args)
 {
-    if (!checkCount(args, 2, -1))
+    if (!shellCheckCount(args, 2, -1))
         return;
     for (int i = 1; i < args.argc(); ++i)
         if (!shell.commands().unsetVariable(args.arg(i)))

@@ -39,28 +39,55 @@ bool ShellParmAccess::parseNumber(const std::string &word, double &value)
     return end == start + word.size() && errno != ERANGE && std::isfinite(value);
 }
 
-bool ShellParmAccess::set(HostNode &node, const std::string &name,
-                          const std::vector<std::string> &values, std::string &error)
+HostParm *ShellParmAccess::resolveForWrite(const HostNode &node, const std::string &name,
+                                           size_t num_values, int &first, std::string &error)
 {
-    int first = 0, count = 0;
+    int count = 0;
     HostParm *parm = resolve(node, name, first, count);
     if (!parm)
     {
         error = node.getFullPath() + " has no parameter or channel " + name;
-        return false;
+        return nullptr;
     }
     const HostParmType &type = parm->getType();
     if (!type.isNumeric() && !type.isString())
     {
         error = name + " does not hold values";
-        return false;
+        return nullptr;
     }
-    if (static_cast<int>(values.size()) > count)
+    if (static_cast<int>(num_values) > count)
     {
         error =
             name + " takes at most " + std::to_string(count) + (count == 1 ? " value" : " values");
-        return false;
+        return nullptr;
     }
+    return parm;
+}
+
+bool ShellParmAccess::canModify(const HostNode &node, const HostParm &parm, int first,
+                                size_t num_values, std::string &error)
+{
+    for (size_t i = 0; i < num_values; ++i)
+    {
+        const int k = first + static_cast<int>(i);
+        if (!node.canModifyFromUI(parm, k))
+        {
+            error = "cannot change " + parm.getChannelName(k) + " of " + node.getFullPath() +
+                    " (locked or not writable)";
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ShellParmAccess::set(HostNode &node, const std::string &name,
+                          const std::vector<std::string> &values, std::string &error)
+{
+    int first = 0;
+    HostParm *parm = resolveForWrite(node, name, values.size(), first, error);
+    if (!parm)
+        return false;
+    const HostParmType &type = parm->getType();
 
     // Check every value before changing anything.
     std::vector<double> numbers(values.size());
@@ -80,16 +107,8 @@ bool ShellParmAccess::set(HostNode &node, const std::string &name,
         }
     }
 
-    for (size_t i = 0; i < values.size(); ++i)
-    {
-        int k = first + static_cast<int>(i);
-        if (!node.canModifyFromUI(*parm, k))
-        {
-            error = "cannot change " + parm->getChannelName(k) + " of " + node.getFullPath() +
-                    " (locked or not writable)";
-            return false;
-        }
-    }
+    if (!canModify(node, *parm, first, values.size(), error))
+        return false;
     for (size_t i = 0; i < values.size(); ++i)
     {
         int k = first + static_cast<int>(i);

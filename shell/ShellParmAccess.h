@@ -17,6 +17,16 @@ public:
     /// or one channel (`first` its component, `count` 1). Null when neither.
     static HostParm *resolve(const HostNode &node, const std::string &name, int &first, int &count);
 
+    /// Resolves `name` for a write of `num_values` components and checks that it holds values
+    /// and has room for them. Null with a message (without the command prefix) in `error`.
+    static HostParm *resolveForWrite(const HostNode &node, const std::string &name,
+                                     size_t num_values, int &first, std::string &error);
+
+    /// Whether the user may change components `first` ... `first + num_values - 1`; false with
+    /// a message in `error`.
+    static bool canModify(const HostNode &node, const HostParm &parm, int first, size_t num_values,
+                          std::string &error);
+
     /// Sets components `first`, `first + 1`, ... of the parameter (or channel) `name` from
     /// `values`. Numbers must be whole decimal numbers; a menu also takes an item token; a
     /// string parameter takes the words as they are. Nothing is changed when a value is bad.
