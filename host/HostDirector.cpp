@@ -88,7 +88,7 @@ HostNode *HostDirector::findNodeById(int unique_id) const
 }
 
 HostNode *HostDirector::createNode(const std::string &type, const std::string &full_path,
-                                   std::string *error)
+                                   std::string *error, int unique_id, int position)
 {
     const size_t slash = full_path.rfind('/');
     if (full_path.empty() || full_path[0] != '/' || slash == std::string::npos)
@@ -109,7 +109,7 @@ HostNode *HostDirector::createNode(const std::string &type, const std::string &f
         setError(error, "Cannot create nodes inside " + parent->getFullPath());
         return nullptr;
     }
-    return net->createNode(type, full_path.substr(slash + 1), error);
+    return net->createNode(type, full_path.substr(slash + 1), error, unique_id, position);
 }
 
 bool HostDirector::deleteNode(HostNode *node)

@@ -49,9 +49,10 @@ public:
     HostNode *findNodeById(int unique_id) const;
     /// Creates a node of operator `type` at a full path: the parent must exist and its
     /// child table must hold `type`; the name must be valid and free. Null with a message
-    /// in *error otherwise.
+    /// in *error otherwise. `unique_id` and `position` are for undo (see
+    /// `HostNetwork::createNode`).
     HostNode *createNode(const std::string &type, const std::string &full_path,
-                         std::string *error = nullptr);
+                         std::string *error = nullptr, int unique_id = -1, int position = -1);
     /// Deletes a node (not the root or a manager); false when it cannot.
     bool deleteNode(HostNode *node);
     bool renameNode(HostNode *node, const std::string &new_name, std::string *error = nullptr);
@@ -64,7 +65,14 @@ public:
 
     // Time.
     double getTime() const { return myTime; }
-    void setTime(double seconds) { myTime = seconds; }
+    /// Also drops channel values pending at the previous time (see HostChannel).
+    void setTime(double seconds)
+    {
+        myTime = seconds;
+        ++myTimeEpoch;
+    }
+    /// Changes whenever the time is set; pending channel values remember the epoch.
+    unsigned long long getTimeEpoch() const { return myTimeEpoch; }
     double getFps() const { return myFps; }
     void setFps(double fps);
     /// Frame numbers start at 1 at time 0: frame = time * fps + 1.
@@ -97,6 +105,8 @@ private:
     friend class HostNetwork;
     friend class HostNode;
     int allocateId() { return myNextId++; }
+    /// Whether an id was handed out before and no live node holds it.
+    bool isReusableId(int id) const { return id >= 0 && id < myNextId && !myById.count(id); }
     void registerNode(HostNode *node);
     void unregisterNode(HostNode *node);
     void makeManagers();
@@ -106,6 +116,7 @@ private:
     int myNextId = 0;
     int myCurrentNodeId = -1;
     double myTime = 0.0;
+    unsigned long long myTimeEpoch = 0;
     double myFps = 24.0;
     HostUndoManager myUndo;
     SaveCallback mySaveCallback = nullptr;

@@ -44,16 +44,19 @@ HostNode *HostNetwork::findNode(const std::string &name) const
     return it == myByName.end() ? nullptr : it->second;
 }
 
-HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node)
+HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node, int position)
 {
     HostNode *n = node.get();
     myByName.emplace(n->getName(), n);
-    myNodes.push_back(std::move(node));
+    if (position >= 0 && position < static_cast<int>(myNodes.size()))
+        myNodes.insert(myNodes.begin() + position, std::move(node));
+    else
+        myNodes.push_back(std::move(node));
     return n;
 }
 
 HostNode *HostNetwork::createNode(const std::string &type, const std::string &name,
-                                  std::string *error)
+                                  std::string *error, int unique_id, int position)
 {
     HostOperator *op = myTable ? myTable->getOperator(type) : nullptr;
     if (!op)
@@ -72,8 +75,9 @@ HostNode *HostNetwork::createNode(const std::string &type, const std::string &na
         setError(error, "Node already exists: " + node_name);
         return nullptr;
     }
-    return adopt(std::unique_ptr<HostNode>(
-        new HostNode(myDirector, this, op, node_name, myDirector->allocateId())));
+    const int id = myDirector->isReusableId(unique_id) ? unique_id : myDirector->allocateId();
+    return adopt(std::unique_ptr<HostNode>(new HostNode(myDirector, this, op, node_name, id)),
+                 position);
 }
 
 HostNode *HostNetwork::createManager(const std::string &name, HostOperatorTable *child_table)

@@ -35,8 +35,11 @@ public:
     /// message in *error) when the type is not in the table, the name is taken or is not a
     /// valid node name. An empty name asks for a free one made from the type
     /// (`getFreeName`).
+    /// Undo uses the last two arguments to bring a deleted node back as it was: `unique_id`,
+    /// when it was handed out before and no live node has it, is reused instead of a new
+    /// id; `position`, when in range, places the node there instead of last.
     HostNode *createNode(const std::string &type, const std::string &name,
-                         std::string *error = nullptr);
+                         std::string *error = nullptr, int unique_id = -1, int position = -1);
     /// Creates a manager node (no operator type) whose children use `child_table`.
     HostNode *createManager(const std::string &name, HostOperatorTable *child_table);
 
@@ -59,7 +62,7 @@ public:
     static bool isValidName(const std::string &name);
 
 private:
-    HostNode *adopt(std::unique_ptr<HostNode> node);
+    HostNode *adopt(std::unique_ptr<HostNode> node, int position = -1);
 
     HostDirector *myDirector;
     HostNode *myOwner;

@@ -177,7 +177,8 @@ bool HostNode::setParmValue(HostParm &parm, int k, double value)
         return false;
     saveParmForUndo(parm);
     parmChanging(parm);
-    parm.setValue(k, value);
+    // At the current time: an animated component changes its key there or holds the value.
+    parm.setValue(k, myDirector->getTime(), value, /*setKey=*/false, /*propagate=*/false);
     if (parm.isMultiParm())
         myParms->setInstanceCount(parm, parm.getInt(0));
     parmChanged(parm);
@@ -191,9 +192,24 @@ bool HostNode::setParmString(HostParm &parm, int k, const std::string &text,
         return false;
     saveParmForUndo(parm);
     parmChanging(parm);
-    parm.setString(k, text, meaning);
+    parm.setString(k, myDirector->getTime(), text, meaning, /*propagate=*/false);
     parmChanged(parm);
     return true;
+}
+
+int HostNode::updateInputGroups(double /*time*/, bool notify)
+{
+    int watched = 0;
+    for (int i = 0; i < myParms->getEntries(); ++i)
+    {
+        HostParm *parm = myParms->getParm(i);
+        if (!parm || parm->getNumInputInterests() == 0)
+            continue;
+        ++watched;
+        if (notify)
+            parm->notifyInputInterests(parm);
+    }
+    return watched;
 }
 
 int HostNode::runParmCallback(HostParm &parm, int data, double time)

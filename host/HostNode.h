@@ -92,6 +92,12 @@ public:
     {
         return myParms->findChannel(channel, vec_index);
     }
+    /// Resolves a channel name as bindings and ch() use it: "tx" (a channel, a parameter
+    /// name for its first component, or an alias) on this node, or a path to another node's
+    /// channel ("../geo2/tx", "/obj/geo1/tx"). Sets the node, parameter and component;
+    /// false (all cleared) when nothing matches. Implemented in HostParmChannels.cpp.
+    bool resolveChannel(const std::string &name, HostNode *&node, HostParm *&parm,
+                        int &vectorIndex) const;
     /// Whether the node grants `mask` (permission bits, see ACCESS_WRITE) on `parm`.
     bool canAccess(unsigned mask, const HostParm &parm) const;
     unsigned getPermissions() const { return myPermissions; }
@@ -117,6 +123,11 @@ public:
     bool setParmValue(HostParm &parm, int k, double value);
     bool setParmString(HostParm &parm, int k, const std::string &text,
                        HostStringMeaning meaning = HOST_STRING_LITERAL);
+
+    /// Brings the groups that input interests watch up to date at `time`: the reference host
+    /// keeps no cooked groups, so with `notify` it tells the interests of every watched
+    /// parameter. Returns the number of watched parameters.
+    int updateInputGroups(double time, bool notify);
 
     /// Runs the callback of a parameter's template with this node. Returns its result, or 0
     /// when the template has no callback.

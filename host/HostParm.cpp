@@ -38,7 +38,10 @@ void applyDefault(HostParmComponent &c, const HostParmDefault &d, bool is_string
     c.myString.clear();
     c.myMeaning = HOST_STRING_LITERAL;
     if (!d.myString.empty() && d.myMeaning != HOST_STRING_LITERAL)
+    {
         c.myExpression = d.myString;
+        c.myMeaning = d.myMeaning; // the expression's language
+    }
 }
 } // namespace
 
@@ -47,7 +50,7 @@ bool HostParmComponent::operator==(const HostParmComponent &o) const
     return myValue == o.myValue && myString == o.myString && myMeaning == o.myMeaning &&
            myExpression == o.myExpression && myChannel == o.myChannel && myDefault == o.myDefault &&
            myFactoryDefault == o.myFactoryDefault && myLocked == o.myLocked &&
-           myEnabled == o.myEnabled && myActive == o.myActive;
+           myEnabled == o.myEnabled && myActive == o.myActive && myOverride == o.myOverride;
 }
 
 HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
@@ -126,6 +129,8 @@ void HostParm::setValue(int k, double value)
     HostParmComponent &c = myComponents[k];
     c.myValue = value;
     c.myExpression.clear();
+    if (!getType().isString() && !getType().isData())
+        c.myMeaning = HOST_STRING_LITERAL;
 }
 
 void HostParm::setString(int k, const std::string &text, HostStringMeaning meaning)
@@ -143,32 +148,13 @@ void HostParm::setString(int k, const std::string &text, HostStringMeaning meani
     // read as a number.
     if (meaning != HOST_STRING_LITERAL)
     {
-        c.myExpression = text;
+        setExpression(k, text, meaning);
         return;
     }
     setValue(k, std::strtod(text.c_str(), nullptr));
 }
 
-double HostParm::evalFloat(int k, double /*time*/) const
-{
-    return getValue(k);
-}
-
-int HostParm::evalInt(int k, double time) const
-{
-    return static_cast<int>(evalFloat(k, time));
-}
-
-std::string HostParm::evalString(int k, double /*time*/) const
-{
-    if (k < 0 || k >= getVectorSize())
-        return std::string();
-    if (getType().isString() || getType().isData())
-        return myComponents[k].myString;
-    char buf[64];
-    std::snprintf(buf, sizeof(buf), "%g", myComponents[k].myValue);
-    return buf;
-}
+// evalFloat, evalInt and evalString evaluate expressions and channels: HostParmChannels.cpp.
 
 bool HostParm::isLocked(int k) const
 {
@@ -250,7 +236,7 @@ void HostParm::overwriteDefault(int k)
     else if (!c.myExpression.empty())
     {
         d.myString = c.myExpression;
-        d.myMeaning = HOST_STRING_EXPRESSION;
+        d.myMeaning = c.myMeaning == HOST_STRING_LITERAL ? HOST_STRING_EXPRESSION : c.myMeaning;
     }
     c.myDefault = d;
 }

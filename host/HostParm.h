@@ -1,6 +1,7 @@
 // HostParm: one parameter of a node, with its components' values and states.
 #pragma once
 
+#include "host/HostChannel.h"
 #include "host/HostParmTemplate.h"
 
 #include <memory>
@@ -27,6 +28,7 @@ struct HostParmComponent
     bool myLocked = false;                  ///< a locked component refuses changes
     bool myEnabled = true;                  ///< a disabled component is shown greyed out
     bool myActive = false;                  ///< highlighted as driven by an active handle
+    std::string myOverride; ///< motion-channel override path, when a motion channel drives it
 
     bool operator==(const HostParmComponent &o) const;
     bool operator!=(const HostParmComponent &o) const { return !(*this == o); }
@@ -146,6 +148,74 @@ public:
     /// Calls every interest with `data`, in registration order.
     void notifyInputInterests(void *data) const;
 
+    // Expressions, channels and references (HostParmChannels.cpp). A component holds a
+    // constant, an expression or a channel; a channel's keys win over the other two. Edit
+    // channels through these methods only: saved states share channel objects, which are
+    // copied before they change.
+
+    /// Whether component k's value is an expression (in any language).
+    bool hasExpression(int k) const;
+    /// The expression of component k, or empty.
+    const std::string &getExpression(int k) const;
+    /// Makes component k an expression in `language` (HOST_STRING_EXPRESSION or
+    /// HOST_STRING_SCRIPT), replacing its channel; the constant stays underneath.
+    void setExpression(int k, const std::string &text,
+                       HostStringMeaning language = HOST_STRING_EXPRESSION);
+    /// Message of the last failed evaluation of component k; empty after a good one.
+    const std::string &getEvalError(int k) const;
+    /// Evaluations that also give the error message (empty when none).
+    double evalFloat(int k, double time, std::string &error) const;
+    std::string evalString(int k, double time, std::string &error) const;
+
+    /// The channel of component k, or null.
+    const HostChannel *getChannel(int k) const;
+    /// Gives component k a channel when it has none (no keys yet) and returns it, ready to
+    /// be edited. Null when k is out of range.
+    HostChannel *editChannel(int k);
+    /// Removes the channel of component k; its value at `time` stays as the constant.
+    void destroyChannel(int k, double time);
+    int getNumSegments(int k) const;
+    bool isKeyAt(int k, double time) const;
+    /// Keys the value component k has at `time` (creating the channel; an expression is
+    /// replaced by the keyed value).
+    void setKey(int k, double time);
+    void setKey(int k, double time, double value);
+    /// Removes the key at `time`; returns whether there was one.
+    bool removeKey(int k, double time);
+    bool getPrevKeyTime(int k, double time, double &keyTime) const;
+    bool getNextKeyTime(int k, double time, double &keyTime) const;
+    HostChannelState getChannelState(int k, double time) const;
+    /// Copies the channel of `source` component `sourceK` into component k (creating it).
+    void copyChannel(int k, const HostParm &source, int sourceK);
+
+    /// The value write at a time: with a channel, changes the key at `time` or holds the
+    /// value pending there; otherwise sets the constant (replacing an expression). With
+    /// `setKey`, then keys it when the type is animatable. With `propagate`, the node's
+    /// post-change notification runs.
+    void setValue(int k, double time, double value, bool setKey, bool propagate = true);
+    /// The string write: a string component takes the text and meaning; a number component
+    /// takes an expression (meaning not literal) or the number the text reads as.
+    void setString(int k, double time, const std::string &text, HostStringMeaning meaning,
+                   bool propagate = true);
+    /// Makes the value component k has at `time` its default.
+    void overwriteDefault(int k, double time);
+
+    /// Motion-channel override path of component k (empty when none).
+    const std::string &getChannelOverride(int k) const;
+    void setChannelOverride(int k, const std::string &path);
+
+    /// One step of a channel reference: when component k's expression is exactly ch("path")
+    /// (or chs) and the path names a channel, that node, parameter and component.
+    bool getChannelReference(int k, HostNode *&node, HostParm *&parm, int &vectorIndex) const;
+    /// Walks channel references from (node, parm, vectorIndex) to the final component. Stops
+    /// before a component would be visited twice (a cycle). False when parm is null.
+    static bool followChannelReferences(double time, HostNode *&node, HostParm *&parm,
+                                        int &vectorIndex);
+    /// Fills the "#" markers of a multiparm instance name: the i-th "#" from the left, for
+    /// i < nesting, becomes instances[i]; later markers stay.
+    static std::string expandInstanceTokens(const std::string &text, const int *instances,
+                                            int nesting);
+
     // Multiparms.
     bool isMultiParm() const { return getType().isMultiparm(); }
     /// Number of instances (the multiparm's value).
@@ -160,6 +230,12 @@ public:
 private:
     friend class HostParmList;
 
+    /// Remembers (or clears) the error of component k's last evaluation; reports it to the
+    /// channel manager's log when `report`.
+    void noteEvalError(int k, const std::string &error, bool report) const;
+    /// A value clamped to the strict range and rounded for integer kinds.
+    double limitValue(double value) const;
+
     const HostParmTemplate *myTemplate;
     HostParmList *myList;
     int myIndex;
@@ -167,6 +243,7 @@ private:
     std::vector<HostParmComponent> myComponents;
     std::vector<std::string> myChannelNames; ///< instance-renamed channel names
     std::vector<HostParmInterest> myInterests;
+    mutable std::vector<std::string> myEvalErrors; ///< per component, sized on first error
     bool mySpare = false;
     bool myHidden = false;
     // Multiparm bookkeeping, maintained by the list.

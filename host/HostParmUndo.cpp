@@ -9,7 +9,11 @@ HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm)
 {
     std::size_t bytes = sizeof(*this) + myParmName.size();
     for (const HostParmComponent &c : myState.myComponents)
+    {
         bytes += sizeof(c) + c.myString.size() + c.myExpression.size();
+        if (c.myChannel)
+            bytes += sizeof(HostChannel) + c.myChannel->getKeys().size() * sizeof(HostChannelKey);
+    }
     setMemoryUsage(bytes);
 }
 

@@ -14,7 +14,7 @@
 namespace
 {
 // Below this many settings a linear scan beats building a hash index.
-constexpr std::size_t theIndexThreshold = 16;
+constexpr std::size_t theIndexThreshold = 64;
 constexpr std::size_t theNotFound = static_cast<std::size_t>(-1);
 
 const char *const theErrorPrefix = "Handle Setting Error: ";
@@ -778,7 +778,8 @@ bool GZ_SettingList::findUnreadSettings(std::string &out)
             setting->append(out);
             found = true;
         }
-        setting->setRead(/*read=*/false);
+        // Reported once: a later call names only settings added since.
+        setting->setRead(/*read=*/true);
     }
     return found;
 }

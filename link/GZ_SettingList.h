@@ -19,7 +19,7 @@ class gz_SettingParser;
 /// are linear scans; the merge operations index names while they run.
 ///
 /// Getters are const: they only set the read flag of the setting they find, which
-/// findUnreadSettings reports and resets.
+/// findUnreadSettings consults to report the settings that nobody asked for.
 class GZ_SettingList
 {
 public:
@@ -82,8 +82,9 @@ public:
     void generateSettingString(std::ostream &os) const;
     void generateSettingString(std::string &out) const;
 
-    /// Writes the settings no getter has found since the last call (as generateSettingString
-    /// would) into out, then marks every setting unread. True when there was one.
+    /// Writes the settings that no getter has found and no earlier call has reported (as
+    /// generateSettingString would) into out, then counts every setting as reported, so
+    /// each is reported at most once. True when there was one.
     bool findUnreadSettings(std::string &out);
 
 private:

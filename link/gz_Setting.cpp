@@ -2,6 +2,7 @@
 #include "link/gz_Setting.h"
 
 #include <charconv>
+#include <cmath>
 #include <ostream>
 
 namespace
@@ -119,8 +120,39 @@ void appendValues(std::string &out, const GZ_Vector4 &v)
 }
 } // namespace
 
+namespace
+{
+/// Handles values that are whole multiples of 1/16 below 1e12 (flags, counts, halves,
+/// quarters: most handle settings) without the general formatter. Their exact decimal
+/// form has at most 16 significant digits and no exponent under "%.17g", so writing it
+/// directly gives the same text. False when the value is not of that kind.
+bool appendSixteenths(std::string &out, double value)
+{
+    static const char *const theFractions[16] = {"",     ".0625", ".125", ".1875", ".25",  ".3125",
+                                                 ".375", ".4375", ".5",   ".5625", ".625", ".6875",
+                                                 ".75",  ".8125", ".875", ".9375"};
+    const double magnitude = std::fabs(value);
+    if (!(magnitude < 1e12))
+        return false;
+    const double scaled = magnitude * 16.0; // exact: below 2^53
+    if (scaled != std::floor(scaled))
+        return false;
+    const auto sixteenths = static_cast<unsigned long long>(scaled);
+    char buf[24];
+    char *p = buf;
+    if (std::signbit(value))
+        *p++ = '-';
+    p = std::to_chars(p, buf + sizeof(buf), sixteenths / 16).ptr;
+    out.append(buf, p);
+    out += theFractions[sixteenths % 16];
+    return true;
+}
+} // namespace
+
 void gzAppendSettingNumber(std::string &out, double value)
 {
+    if (appendSixteenths(out, value))
+        return;
     // Longest %.17g text: sign, 17 digits, point, "e-308": 24 characters.
     char buf[32];
     const std::to_chars_result r =

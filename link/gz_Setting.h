@@ -20,8 +20,9 @@ enum gz_SettingType
 };
 
 /// One named setting of a handle. Integers and booleans are stored as numbers.
-/// The read flag records whether a getter of the owning list has found the setting; it is
-/// bookkeeping rather than value, so it may change through a const setting.
+/// The read flag records whether a getter of the owning list has found the setting (or the
+/// list has reported it as unread); it is bookkeeping rather than value, so it may change
+/// through a const setting.
 class gz_Setting
 {
 public:

@@ -22,6 +22,7 @@
 class GZ_ClassManager;
 class GZ_GZTemplate;
 class GZ_HandleTemplate;
+class GZ_OpHandleLink;
 class GZ_SelectorTemplate;
 class GZ_SettingList;
 class GZ_StateTemplate;
@@ -137,6 +138,36 @@ public:
     void ensureStatesExistForAllOperators(const char *table_name);
     virtual void removeGZSettingsFromTables(HostOperator &op);
     virtual void removeAllBindings(HostOperator *op);
+
+    // Handle setting tables: the settings of one handle on one node (per-operator table) and
+    // the last settings of a handle kind on an operator type (last table).
+    /// Records settings text read back from a saved scene for (name, type, node).
+    void recordGZSettings(const char *name, const char *type, const HostNode &node,
+                          const char *settings_text);
+    void saveGZSettingsToTables(GZ_OpHandleLink &link);
+    void loadGZSettingsFromTables(GZ_OpHandleLink &link, bool use_last_table) const;
+    void removeGZSettingsFromTables(const GZ_OpHandleLink &link);
+    /// The default settings of the first binding of `op` with that handle type and
+    /// description; null when there is none.
+    const GZ_SettingList *getDefaultGZSettings(HostOperator &op, const char *type,
+                                               const char *description) const;
+    GZ_SettingList *getDefaultGZSettings(HostOperator &op, const char *type,
+                                         const char *description);
+    /// The key of the last table for a handle type, description and operator type name
+    /// ("type-description-optype"; null parts are empty).
+    static std::string lastGZSettingsKey(const char *type, const char *description,
+                                         const char *op_type);
+    /// Read-only views of the two tables (inspection and tests).
+    const std::unordered_map<GZ_OpGZKey, OpGZSettingInfo, GZ_OpGZKey::Hasher> &
+    getOpGZSettingTable() const
+    {
+        return myOpGZSettingTable;
+    }
+    const std::unordered_map<std::string, std::unique_ptr<GZ_SettingList>> &
+    getLastGZSettingTable() const
+    {
+        return myLastGZSettingTable;
+    }
 
 protected:
     /// Creates the states that stand for the operator types of a network; the host's derived

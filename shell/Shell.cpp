@@ -1,0 +1,241 @@
+// Shell: start-up, argument handling and the ways gzsh reads commands.
+#include "shell/Shell.h"
+
+#include "shell/ShellCommand.h"
+#include "shell/ShellOperatorCatalog.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostDirector.h"
+#include "host/HostReader.h"
+#include "resource/GZ_ClassManager.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <system_error>
+#include <unistd.h>
+
+#include <editline/readline.h>
+
+namespace fs = std::filesystem;
+
+namespace
+{
+bool theCommandsInstalled = false;
+
+std::string baseName(const std::string &path)
+{
+    size_t slash = path.find_last_of('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+bool isBlankLine(const char *line)
+{
+    for (; *line; ++line)
+        if (*line != ' ' && *line != '\t')
+            return false;
+    return true;
+}
+} // namespace
+
+Shell::Shell() : myCommands(HostCommandManager::getInstance()) {}
+
+HostDirector &Shell::director() const
+{
+    return *HostDirector::instance();
+}
+
+const char *Shell::usageLine()
+{
+    return "usage: gzsh [-p DIR]... [-c TEXT] [FILE...]";
+}
+
+std::string Shell::dataDirectory()
+{
+    std::error_code ec;
+    fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+    if (!ec)
+    {
+        fs::path installed = exe.parent_path().parent_path() / GZ_INSTALL_DATA_DIR;
+        if (fs::is_directory(installed, ec))
+            return installed.string();
+    }
+    return GZ_BUILD_DATA_DIR;
+}
+
+void Shell::startup(const std::vector<std::string> &dirs)
+{
+    std::vector<std::string> path = dirs;
+    path.push_back(dataDirectory());
+    HostReader::setSearchPath(path);
+
+    ShellOperatorCatalog::install();
+    startLibrary();
+    installCommands();
+}
+
+void Shell::startLibrary()
+{
+    // The viewer side of the host registers its handle and selector classes first, so that
+    // the resource manager can join them to its templates when it is created. The shell
+    // has no classes of its own yet; the class manager is still made here so that the
+    // order of start-up is the host's.
+    GZgetClassManager();
+    // TODO(resource): once the resource manager exists, create it and read the bindings:
+    //     GZcreateResourceManager(/*print_warnings=*/false);
+    //     GZgetResourceManager()->registerOpHandleBindings();
+    // Until then the om* commands are not installed and scenes carry no library lines.
+}
+
+void Shell::installCommands()
+{
+    if (theCommandsInstalled)
+        return;
+    theCommandsInstalled = true;
+    for (ShellCommandGroup group : shellCommandGroups())
+    {
+        for (const ShellCommand &command : group())
+        {
+            auto handler = command.handler;
+            myCommands->installCommand(
+                command.name, command.options,
+                [this, handler](HostCommandArgs &args) { handler(*this, args); },
+                command.allowedWhileLoading, command.usage);
+        }
+    }
+}
+
+bool Shell::findScript(const std::string &name, std::string &path)
+{
+    std::error_code ec;
+    if (fs::is_regular_file(name, ec))
+    {
+        path = name;
+        return true;
+    }
+    if (!name.empty() && name[0] == '/')
+        return false;
+    return HostReader::findFile(name, path);
+}
+
+bool Shell::runFile(const std::string &path, const std::string &label)
+{
+    std::string found, text;
+    if (!findScript(path, found) || !HostReader::readFile(found, text))
+        return false;
+    HostExecOptions options;
+    options.source = label.empty() ? baseName(path) : label;
+    myCommands->execute(text, options);
+    return true;
+}
+
+void Shell::runText(const std::string &text, const std::string &label)
+{
+    HostExecOptions options;
+    options.source = label;
+    myCommands->execute(text, options);
+}
+
+void Shell::runPrompt()
+{
+    rl_readline_name = "gzsh";
+    while (!myCommands->exitRequested())
+    {
+        char *line = readline("gzsh> ");
+        if (!line)
+        {
+            std::cout << "\n";
+            break;
+        }
+        if (!isBlankLine(line))
+            add_history(line);
+        std::string text(line);
+        std::free(line);
+        myCommands->execute(text, /*add_to_history=*/true);
+        std::cout.flush();
+    }
+}
+
+int Shell::status() const
+{
+    return (myFileFailed || myCommands->failedLines() > 0) ? STATUS_FAILED : STATUS_OK;
+}
+
+int Shell::main(int argc, const char *const *argv)
+{
+    std::vector<std::string> dirs, files;
+    std::string text;
+    bool has_text = false;
+    bool options_done = false;
+    for (int i = 1; i < argc; ++i)
+    {
+        std::string arg = argv[i];
+        if (options_done || arg.size() < 2 || arg[0] != '-')
+        {
+            files.push_back(arg);
+            continue;
+        }
+        if (arg == "--")
+        {
+            options_done = true;
+            continue;
+        }
+        if (arg == "-h" || arg == "--help")
+        {
+            std::cout << usageLine() << "\n";
+            return STATUS_OK;
+        }
+        if ((arg == "-p" || arg == "-c") && i + 1 < argc && !(arg == "-c" && has_text))
+        {
+            if (arg == "-p")
+            {
+                dirs.push_back(argv[++i]);
+            }
+            else
+            {
+                text = argv[++i];
+                has_text = true;
+            }
+            continue;
+        }
+        if (arg == "-c" && has_text)
+            std::cerr << "gzsh: -c given twice\n";
+        else if (arg == "-p" || arg == "-c")
+            std::cerr << "gzsh: option " << arg << " needs a value\n";
+        else
+            std::cerr << "gzsh: unknown option " << arg << "\n";
+        std::cerr << usageLine() << "\n";
+        return STATUS_USAGE;
+    }
+
+    startup(dirs);
+    for (const std::string &file : files)
+    {
+        if (myCommands->exitRequested())
+            break;
+        if (!runFile(file))
+        {
+            std::cerr << "gzsh: cannot read " << file << "\n";
+            myFileFailed = true;
+        }
+    }
+    if (has_text && !myCommands->exitRequested())
+        runText(text, "-c");
+    if (files.empty() && !has_text)
+    {
+        if (isatty(STDIN_FILENO))
+        {
+            runPrompt();
+        }
+        else
+        {
+            std::string input((std::istreambuf_iterator<char>(std::cin)),
+                              std::istreambuf_iterator<char>());
+            runText(input, "stdin");
+        }
+    }
+    std::cout.flush();
+    return status();
+}

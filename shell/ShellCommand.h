@@ -1,0 +1,36 @@
+// ShellCommand: one gzsh command, and the list of command groups that make up the shell.
+#pragma once
+
+#include "host/HostCommandArgs.h"
+
+#include <vector>
+
+class Shell;
+
+/// One command of gzsh as a group declares it. The handler checks its arguments, calls the
+/// host or the library, and reports on the streams of `args`; it never throws.
+struct ShellCommand
+{
+    const char *name;
+    /// Option string: a letter, then one ':' per value it takes.
+    const char *options;
+    /// Synopsis, command name first ("nodeadd TYPE PATH").
+    const char *usage;
+    void (*handler)(Shell &shell, HostCommandArgs &args);
+    /// False for commands that must not run from a scene file being loaded (they write
+    /// files or leave the session).
+    bool allowedWhileLoading = true;
+};
+
+/// A group of commands, defined in a file of its own.
+using ShellCommandGroup = std::vector<ShellCommand> (*)();
+
+/// Every group, in installation order. To add a group, define its function in a new file of
+/// shell/, declare it below, and list it in ShellCommandGroups.cpp.
+const std::vector<ShellCommandGroup> &shellCommandGroups();
+
+/// Nodes, parameters, time, undo, scenes, files, variables and help (ShellHostCommands.cpp).
+std::vector<ShellCommand> shellHostCommands();
+
+/// Channel keys, channel copies and scopes (ShellChannelCommands.cpp).
+std::vector<ShellCommand> shellChannelCommands();

@@ -1,0 +1,11 @@
+// ShellCommandGroups: the list of gzsh's command groups.
+#include "shell/ShellCommand.h"
+
+const std::vector<ShellCommandGroup> &shellCommandGroups()
+{
+    static const std::vector<ShellCommandGroup> theGroups = {
+        &shellHostCommands,
+        &shellChannelCommands,
+    };
+    return theGroups;
+}

@@ -1,0 +1,156 @@
+// Shared helpers of the link tests: a scene with operator types and an inspectable link.
+#pragma once
+
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+#include "host/HostOperator.h"
+#include "host/HostOperatorTable.h"
+#include "host/HostParm.h"
+#include "link/GZ_OpHandleLink.h"
+#include "resource/GZ_GZTemplate.h"
+#include "resource/GZ_ResourceManager.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace gztest
+{
+
+/// A link whose protected value operations are public, and which records the calls of its
+/// hooks so that tests can see which handle parameters were linked and unlinked.
+class TestLink : public GZ_OpHandleLink
+{
+public:
+    using GZ_OpHandleLink::addParmNames;
+    using GZ_OpHandleLink::beginDistributedUndoBlock;
+    using GZ_OpHandleLink::endDistributedUndoBlock;
+    using GZ_OpHandleLink::getDistributedUndoBlockId;
+    using GZ_OpHandleLink::getOpParmLabel;
+    using GZ_OpHandleLink::getParmInstValue;
+    using GZ_OpHandleLink::getParmInstVector3;
+    using GZ_OpHandleLink::getParmState;
+    using GZ_OpHandleLink::getParmValue;
+    using GZ_OpHandleLink::getParmVector3;
+    using GZ_OpHandleLink::GZ_OpHandleLink;
+    using GZ_OpHandleLink::inDistributedUndoBlock;
+    using GZ_OpHandleLink::modifyParm;
+    using GZ_OpHandleLink::performParmCallback;
+    using GZ_OpHandleLink::readParm;
+    using GZ_OpHandleLink::setOpParmValue;
+    using GZ_OpHandleLink::setParmInstValue;
+    using GZ_OpHandleLink::setParmInstVector3;
+    using GZ_OpHandleLink::setParmValue;
+    using GZ_OpHandleLink::setParmVector3;
+    using GZ_OpHandleLink::theUndoDebugFlag;
+
+    ~TestLink() override = default;
+
+    int justLinked(int index) override
+    {
+        myLinked.push_back(index);
+        return 1;
+    }
+    void justUnlinked(int index) override { myUnlinked.push_back(index); }
+    void descriptionChanged(const char *previous) override
+    {
+        myDescriptionChanges.push_back(previous ? previous : "");
+    }
+    void updateFromOpParms() override { ++myUpdates; }
+    GZ_Interest *getInputGroupInterests() const override
+    {
+        return myInterests.empty() ? GZ_OpHandleLink::getInputGroupInterests()
+                                   : const_cast<GZ_Interest *>(myInterests.data());
+    }
+
+    /// Makes the link watch handle parameter `index` through `callback`.
+    void watch(int index, InterestCallback callback)
+    {
+        if (myInterests.empty())
+            myInterests.emplace_back();
+        myInterests.insert(myInterests.end() - 1, GZ_Interest(index, callback));
+    }
+
+    std::vector<int> myLinked;
+    std::vector<int> myUnlinked;
+    std::vector<std::string> myDescriptionChanges;
+    int myUpdates = 0;
+    std::vector<GZ_Interest> myInterests;
+};
+
+/// A fresh director with a transform-like object type and a box-like type; the handle
+/// template drives tx, ty, tz, a scale and a group. Tests own their links and destroy them
+/// before the scene goes.
+class LinkFixture : public ::testing::Test
+{
+protected:
+    static constexpr const char *theParmNames[] = {"tx", "ty", "tz", "uniform", "group", nullptr};
+
+    void SetUp() override
+    {
+        myDirector.makeCurrent();
+        GZ_ResourceManager::setHideLockedHandleParts(true);
+        HostParmTemplate t(HOST_PARM_XYZ, "t", "Translate", 3);
+        HostParmTemplate s(HOST_PARM_FLOAT, "scale", "Scale");
+        s.setDefault(0, HostParmDefault(1.0));
+        HostParmTemplate still(HostParmType(HostParmBasic::Float, 0), "still", "Still");
+        HostParmTemplate count(HOST_PARM_INT, "count", "Count");
+        HostParmTemplate group(HOST_PARM_STRING, "group", "Group");
+        myXform = addType("Object", "lxform", {t, s, still, count, group});
+        myBox = addType("Object", "lbox", {t, s});
+        myTemplate = std::make_unique<GZ_GZTemplate>("ltest", "Link Test", "obj sop", "",
+                                                     theParmNames, 0, ~0u, false);
+    }
+
+    void TearDown() override
+    {
+        myDirector.clearScene();
+        for (auto it = myTypes.rbegin(); it != myTypes.rend(); ++it)
+            HostOperatorTable::getTable("Object")->deleteOperator(*it);
+        GZ_ResourceManager::setHideLockedHandleParts(true);
+    }
+
+    HostOperator *addType(const std::string &table, const std::string &name,
+                          const HostParmTemplateList &templates)
+    {
+        HostOperator *op =
+            HostOperatorTable::getTable(table)->addOperator(name, name, templates, "");
+        if (op)
+            myTypes.push_back(name);
+        return op;
+    }
+
+    HostNode *make(const std::string &type, const std::string &path)
+    {
+        std::string error;
+        HostNode *node = myDirector.createNode(type, path, &error);
+        EXPECT_NE(node, nullptr) << error;
+        return node;
+    }
+
+    std::unique_ptr<TestLink> makeLink() { return std::make_unique<TestLink>(*myTemplate); }
+
+    /// Value of a channel ("tx") of a node at the current time.
+    double value(HostNode *node, const char *channel)
+    {
+        int k = -1;
+        HostParm *parm = node->findChannel(channel, k);
+        EXPECT_NE(parm, nullptr) << channel;
+        return parm ? parm->evalFloat(k, myDirector.getTime()) : 0.0;
+    }
+
+    HostParm *parm(HostNode *node, const char *channel, int &k)
+    {
+        return node->findChannel(channel, k);
+    }
+
+    HostDirector myDirector;
+    std::vector<std::string> myTypes;
+    HostOperator *myXform = nullptr;
+    HostOperator *myBox = nullptr;
+    std::unique_ptr<GZ_GZTemplate> myTemplate;
+};
+
+} // namespace gztest
