@@ -8,6 +8,7 @@
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
 #include "resource/GZ_ClassManager.h"
+#include "resource/GZ_ResourceManager.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -83,10 +84,12 @@ void Shell::startLibrary()
     // has no classes of its own yet; the class manager is still made here so that the
     // order of start-up is the host's.
     GZgetClassManager();
-    // TODO(resource): once the resource manager exists, create it and read the bindings:
-    //     GZcreateResourceManager(/*print_warnings=*/false);
-    //     GZgetResourceManager()->registerOpHandleBindings();
-    // Until then the om* commands are not installed and scenes carry no library lines.
+    if (GZresourceManagerExists())
+        return;
+    // Warnings of the built-in tables are for library developers; later ones are printed.
+    GZ_ResourceManager *manager = GZcreateResourceManager(/*print_warnings=*/false);
+    if (manager)
+        manager->registerOpHandleBindings();
 }
 
 void Shell::installCommands()

@@ -1,9 +1,9 @@
 // gzsh pieces that scenarios cannot reach well: number text, argument errors, the catalogue.
+#include "shell/ShellScene.h"
 #include "host/HostChoiceList.h"
 #include "shell/Shell.h"
 #include "shell/ShellOperatorCatalog.h"
 #include "shell/ShellParmAccess.h"
-#include "shell/ShellScene.h"
 
 #include <gtest/gtest.h>
 

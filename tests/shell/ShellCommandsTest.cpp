@@ -1,0 +1,99 @@
+// Host commands seen from the library's side: node events and the undo steps they make.
+#include "shell/Shell.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace
+{
+/// The process-wide shell, started once, writing to string streams.
+struct ShellFixture : testing::Test
+{
+    static Shell &shell()
+    {
+        static Shell *theShell = []
+        {
+            auto *s = new Shell;
+            s->startup({});
+            return s;
+        }();
+        return *theShell;
+    }
+    std::ostringstream out, err;
+
+    void SetUp() override
+    {
+        shell().commands().setStreams(&out, &err);
+        shell().director().clearScene();
+    }
+    void TearDown() override { shell().commands().setStreams(nullptr, nullptr); }
+    void run(const std::string &text) { shell().commands().execute(text); }
+};
+
+std::vector<std::string> theEvents;
+
+void recordEvent(HostNode *, void *, HostNodeEvent event, void *data)
+{
+    std::string text = std::to_string(event);
+    if (event == HOST_NODE_RENAMED)
+        text += std::string(":") + static_cast<const char *>(data);
+    theEvents.push_back(text);
+}
+} // namespace
+
+TEST_F(ShellFixture, RenameAndDeleteReachNodeListenersAlsoThroughUndo)
+{
+    run("nodeadd geo /obj/geo1");
+    HostNode *node = shell().director().findNode("/obj/geo1");
+    ASSERT_NE(node, nullptr);
+    const int id = node->getUniqueId();
+    theEvents.clear();
+    node->addEventCallback(nullptr, &recordEvent);
+
+    run("nodemv /obj/geo1 model; undo; redo");
+    EXPECT_EQ(theEvents, std::vector<std::string>({"3:geo1", "3:model", "3:geo1"}));
+    theEvents.clear();
+    run("noderm /obj/model");
+    EXPECT_EQ(theEvents, std::vector<std::string>({"2"}));
+    run("undo");
+    node = shell().director().findNode("/obj/model");
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->getUniqueId(), id);
+    EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(ShellFixture, EachSceneChangeIsOneStepNamedAfterItsCommand)
+{
+    HostUndoManager &undo = shell().director().getUndoManager();
+    run("nodeadd geo /obj/geo1; parmset /obj/geo1 t 1 2 3; nodemv /obj/geo1 a; noderm /obj/a");
+    ASSERT_EQ(undo.getUndoCount(), 4);
+    EXPECT_EQ(undo.getUndoName(0), "noderm");
+    EXPECT_EQ(undo.getUndoName(1), "nodemv");
+    EXPECT_EQ(undo.getUndoName(2), "parmset");
+    EXPECT_EQ(undo.getUndoName(3), "nodeadd");
+    EXPECT_FALSE(undo.isInBlock());
+
+    // Failing commands and reading commands leave no step.
+    run("nodeadd geo /no/a; nodeadd nosuch /obj/b; parmset /obj/a t x; nodels /obj; tcur 2");
+    EXPECT_EQ(undo.getUndoCount(), 4);
+    EXPECT_FALSE(undo.isInBlock());
+}
+
+TEST_F(ShellFixture, QuietScriptsKeepErrorsAndSkipHistory)
+{
+    HostCommandManager &commands = shell().commands();
+    const size_t history = commands.history().size();
+    EXPECT_TRUE(commands.execute("nodeadd geo /obj/geo1;nodels /obj;nodels /nothing",
+                                 /*add_to_history=*/false, /*show_output=*/false));
+    EXPECT_EQ(out.str(), "");
+    EXPECT_EQ(err.str(), "nodels: unknown node /nothing\n");
+    EXPECT_EQ(commands.history().size(), history);
+    EXPECT_NE(shell().director().findNode("/obj/geo1"), nullptr);
+}
