@@ -1,11 +1,13 @@
 // ShellCommandGroups: the list of gzsh's command groups.
 #include "shell/ShellCommand.h"
+#include "shell/ShellPersistent.h"
 
 const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
     static const std::vector<ShellCommandGroup> theGroups = {
         &shellHostCommands,
         &shellChannelCommands,
+        &ShellPersistent::commands,
     };
     return theGroups;
 }

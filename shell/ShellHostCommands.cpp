@@ -4,6 +4,7 @@
 #include "shell/ShellCommand.h"
 #include "shell/ShellNodeUndo.h"
 #include "shell/ShellParmAccess.h"
+#include "shell/ShellPersistent.h"
 #include "shell/ShellScene.h"
 
 #include "host/HostChannelManager.h"
@@ -250,6 +251,7 @@ void cmdSceneNew(Shell &shell, HostCommandArgs &args)
 {
     if (!checkCount(args, 1, 1))
         return;
+    ShellPersistent::clear(shell.director());
     shell.director().clearScene();
 }
 
@@ -275,6 +277,7 @@ void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
         return;
     HostDirector &director = shell.director();
     HostCommandManager &commands = shell.commands();
+    ShellPersistent::clear(director);
     director.clearScene();
     const bool was_loading = director.isLoading();
     const bool commands_loading = commands.isLoading();
