@@ -24,8 +24,11 @@ void GZ_OHLGroup::setName(const char *name)
     if (requested == myName)
         return;
     gz_UndoBlock block("Change Handle Group Name");
-    block.add<GZ_UndoNameGroup>(myManager, myName.c_str(), requested.c_str());
+    GZ_UndoNameGroup *record =
+        block.add<GZ_UndoNameGroup>(myManager, myName.c_str(), requested.c_str());
     myManager->renameGroup(this, myManager->getFreeGroupName(requested.c_str()));
+    if (record)
+        record->setGivenName(myName);
     myManager->groupChanged(this, GZ_CHANGE_NAME);
 }
 

@@ -69,8 +69,10 @@ void GZ_OHLPersistent::setName(const char *name)
     if (requested == myName)
         return;
     gz_UndoBlock block("Change Handle Name");
-    block.add<GZ_UndoNameGZ>(myManager, myName.c_str(), requested.c_str());
+    GZ_UndoNameGZ *record = block.add<GZ_UndoNameGZ>(myManager, myName.c_str(), requested.c_str());
     myManager->renameGZ(this, myManager->getFreeGZName(requested.c_str()));
+    if (record)
+        record->setGivenName(myName);
     myManager->gzChanged(this, GZ_CHANGE_NAME);
 }
 

@@ -169,12 +169,16 @@ GZ_UndoNameGZ::GZ_UndoNameGZ(GZ_Manager *manager, const char *old_name, const ch
 
 void GZ_UndoNameGZ::undo()
 {
+    if (!gotRequestedName())
+        return;
     if (GZ_OHLPersistent *handle = findGZ(myManager, myNewName))
         handle->setName(myOldName.c_str());
 }
 
 void GZ_UndoNameGZ::redo()
 {
+    if (!gotRequestedName())
+        return;
     if (GZ_OHLPersistent *handle = findGZ(myManager, myOldName))
         handle->setName(myNewName.c_str());
 }
@@ -186,12 +190,16 @@ GZ_UndoNameGroup::GZ_UndoNameGroup(GZ_Manager *manager, const char *old_name, co
 
 void GZ_UndoNameGroup::undo()
 {
+    if (!gotRequestedName())
+        return;
     if (GZ_OHLGroup *group = findGroup(myManager, myNewName))
         group->setName(myOldName.c_str());
 }
 
 void GZ_UndoNameGroup::redo()
 {
+    if (!gotRequestedName())
+        return;
     if (GZ_OHLGroup *group = findGroup(myManager, myOldName))
         group->setName(myNewName.c_str());
 }

@@ -137,19 +137,26 @@ private:
     GZ_Manager *myManager;
 };
 
-/// A handle rename: keeps the old name and the name that was asked for (which the free-name
-/// rule may have changed, in which case playback finds nothing).
+/// A handle rename: keeps the old name and the name that was asked for. When the free-name
+/// rule gave a numbered variant instead, playback does nothing.
 class GZ_UndoNameGZ : public HostUndo
 {
 public:
     GZ_UndoNameGZ(GZ_Manager *manager, const char *old_name, const char *new_name);
     void undo() override;
     void redo() override;
+    /// The name the rename actually gave, told once it happened.
+    void setGivenName(const std::string &name) { myGivenName = name; }
 
 private:
+    /// Whether the rename gave the requested name; when not, the requested name may belong
+    /// to another object, and playing the record back would rename that one.
+    bool gotRequestedName() const { return myGivenName == myNewName; }
+
     std::string myOldName;
     std::string myNewName;
     GZ_Manager *myManager;
+    std::string myGivenName;
 };
 
 class GZ_UndoNameGroup : public HostUndo
@@ -158,11 +165,18 @@ public:
     GZ_UndoNameGroup(GZ_Manager *manager, const char *old_name, const char *new_name);
     void undo() override;
     void redo() override;
+    /// The name the rename actually gave, told once it happened.
+    void setGivenName(const std::string &name) { myGivenName = name; }
 
 private:
+    /// Whether the rename gave the requested name; when not, the requested name may belong
+    /// to another object, and playing the record back would rename that one.
+    bool gotRequestedName() const { return myGivenName == myNewName; }
+
     std::string myOldName;
     std::string myNewName;
     GZ_Manager *myManager;
+    std::string myGivenName;
 };
 
 /// A colour change: undo and redo exchange the stored colour with the handle's.

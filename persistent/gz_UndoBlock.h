@@ -25,10 +25,14 @@ public:
     bool accepts() const { return myUndo.willAcceptUndoAddition(); }
 
     /// Builds a record of type R from `args` and adds it, when additions are accepted.
-    template <typename R, typename... Args> void add(Args &&...args)
+    /// Returns the record (owned by the undo manager), or null.
+    template <typename R, typename... Args> R *add(Args &&...args)
     {
-        if (accepts())
-            myUndo.addToUndoBlock(std::make_unique<R>(std::forward<Args>(args)...));
+        if (!accepts())
+            return nullptr;
+        auto record = std::make_unique<R>(std::forward<Args>(args)...);
+        R *kept = record.get();
+        return myUndo.addToUndoBlock(std::move(record)) ? kept : nullptr;
     }
 
 private:
