@@ -145,13 +145,13 @@ void GZ_Manager::removeAllGZs()
 
 int GZ_Manager::getGZIndex(const char *name) const
 {
-    const std::vector<const void *> *holders = name ? myGZNames.find(name) : nullptr;
-    if (!holders)
+    if (!name)
         return -1;
     // Names are unique unless a node rename made two alike; the last one wins.
     int best = -1;
-    for (const void *holder : *holders)
-        best = std::max(best, getGZIndex(static_cast<const GZ_OHLPersistent *>(holder)));
+    myGZNames.forEachHolder(
+        name, [this, &best](const void *holder)
+        { best = std::max(best, getGZIndex(static_cast<const GZ_OHLPersistent *>(holder))); });
     return best;
 }
 
@@ -203,7 +203,11 @@ void GZ_Manager::renameGZ(GZ_OHLPersistent *handle, const std::string &name)
 
 void GZ_Manager::indexNode(GZ_OHLPersistent *handle, const HostNode *node)
 {
-    myNodeIndex[node].push_back(handle);
+    auto inserted = myNodeIndex.try_emplace(node);
+    if (inserted.second)
+        inserted.first->second.first = handle;
+    else
+        inserted.first->second.more.push_back(handle);
 }
 
 void GZ_Manager::unindexNode(GZ_OHLPersistent *handle, const HostNode *node)
@@ -211,12 +215,21 @@ void GZ_Manager::unindexNode(GZ_OHLPersistent *handle, const HostNode *node)
     auto it = myNodeIndex.find(node);
     if (it == myNodeIndex.end())
         return;
-    std::vector<GZ_OHLPersistent *> &handles = it->second;
-    auto found = std::find(handles.begin(), handles.end(), handle);
-    if (found != handles.end())
-        handles.erase(found);
-    if (handles.empty())
-        myNodeIndex.erase(it);
+    NodeHandles &handles = it->second;
+    if (handles.first == handle)
+    {
+        if (handles.more.empty())
+        {
+            myNodeIndex.erase(it);
+            return;
+        }
+        handles.first = handles.more.front();
+        handles.more.erase(handles.more.begin());
+        return;
+    }
+    auto found = std::find(handles.more.begin(), handles.more.end(), handle);
+    if (found != handles.more.end())
+        handles.more.erase(found);
 }
 
 std::vector<int> GZ_Manager::handlesWithOp(const HostNode *node) const
@@ -225,12 +238,15 @@ std::vector<int> GZ_Manager::handlesWithOp(const HostNode *node) const
     auto it = myNodeIndex.find(node);
     if (it == myNodeIndex.end())
         return indices;
-    for (const GZ_OHLPersistent *handle : it->second)
+    auto add = [this, &indices](const GZ_OHLPersistent *handle)
     {
         const int index = getGZIndex(handle);
         if (index >= 0)
             indices.push_back(index);
-    }
+    };
+    add(it->second.first);
+    for (const GZ_OHLPersistent *handle : it->second.more)
+        add(handle);
     std::sort(indices.rbegin(), indices.rend());
     return indices;
 }
@@ -275,12 +291,12 @@ void GZ_Manager::removeGroup(GZ_OHLGroup *group)
 
 int GZ_Manager::getGroupIndex(const char *name) const
 {
-    const std::vector<const void *> *holders = name ? myGroupNames.find(name) : nullptr;
-    if (!holders)
+    if (!name)
         return -1;
     int best = -1;
-    for (const void *holder : *holders)
-        best = std::max(best, getGroupIndex(static_cast<const GZ_OHLGroup *>(holder)));
+    myGroupNames.forEachHolder(
+        name, [this, &best](const void *holder)
+        { best = std::max(best, getGroupIndex(static_cast<const GZ_OHLGroup *>(holder))); });
     return best;
 }
 
@@ -379,13 +395,4 @@ void GZ_Manager::groupChanged(GZ_OHLGroup *group, GZ_ChangeType change) const
     const auto listeners = myGroupCallbacks;
     for (const auto &listener : listeners)
         listener.first(group, change, listener.second);
-}
-
-std::size_t GZ_Manager::getIndexMemoryUsage() const
-{
-    std::size_t bytes = myMasterGroup.myMembers.memoryUsage() + myGroups.memoryUsage();
-    myGroups.forEach([&bytes](GZ_OHLGroup *group) { bytes += group->myMembers.memoryUsage(); });
-    bytes += myNodeIndex.bucket_count() * sizeof(void *) +
-             myNodeIndex.size() * (sizeof(void *) * 4 + sizeof(std::vector<void *>));
-    return bytes;
 }

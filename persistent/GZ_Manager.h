@@ -116,9 +116,6 @@ public:
     HostErrorSeverity getRefreshGZCommands(std::ostream &os, const std::vector<HostNode *> &from,
                                            const std::vector<HostNode *> &to) const;
 
-    /// Bytes held by the manager's lists and indexes (not the handles), for memory figures.
-    std::size_t getIndexMemoryUsage() const;
-
 private:
     friend GZ_Manager *GZgetManager();
     friend class GZ_OHLPersistent;
@@ -147,7 +144,13 @@ private:
 
     gz_NameIndex myGZNames;
     gz_NameIndex myGroupNames;
-    std::unordered_map<const HostNode *, std::vector<GZ_OHLPersistent *>> myNodeIndex;
+    // The handles attached to each node; one inline, more only when nodes share handles.
+    struct NodeHandles
+    {
+        GZ_OHLPersistent *first = nullptr;
+        std::vector<GZ_OHLPersistent *> more;
+    };
+    std::unordered_map<const HostNode *, NodeHandles> myNodeIndex;
 };
 
 /// The persistent handle manager, created (with its commands installed) on the first call.

@@ -43,10 +43,15 @@ bool gz_NameIndex::splitNumbered(const std::string &name, std::string &prefix,
 
 void gz_NameIndex::add(const std::string &name, const void *object)
 {
-    std::vector<const void *> &holders = myNames[name];
-    holders.push_back(object);
-    if (holders.size() == 1)
-        markTaken(name);
+    auto inserted = myNames.try_emplace(name);
+    Holders &holders = inserted.first->second;
+    if (!inserted.second)
+    {
+        holders.more.push_back(object);
+        return;
+    }
+    holders.first = object;
+    markTaken(name);
 }
 
 void gz_NameIndex::remove(const std::string &name, const void *object)
@@ -54,13 +59,20 @@ void gz_NameIndex::remove(const std::string &name, const void *object)
     auto it = myNames.find(name);
     if (it == myNames.end())
         return;
-    std::vector<const void *> &holders = it->second;
-    auto found = std::find(holders.begin(), holders.end(), object);
-    if (found == holders.end())
+    Holders &holders = it->second;
+    if (holders.first != object)
+    {
+        auto found = std::find(holders.more.begin(), holders.more.end(), object);
+        if (found != holders.more.end())
+            holders.more.erase(found);
         return;
-    holders.erase(found);
-    if (!holders.empty())
+    }
+    if (!holders.more.empty())
+    {
+        holders.first = holders.more.front();
+        holders.more.erase(holders.more.begin());
         return;
+    }
     myNames.erase(it);
     markFree(name);
 }
@@ -69,12 +81,6 @@ void gz_NameIndex::clear()
 {
     myNames.clear();
     myNumbers.clear();
-}
-
-const std::vector<const void *> *gz_NameIndex::find(const std::string &name) const
-{
-    auto it = myNames.find(name);
-    return it == myNames.end() ? nullptr : &it->second;
 }
 
 void gz_NameIndex::markTaken(const std::string &name)

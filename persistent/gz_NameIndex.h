@@ -31,8 +31,16 @@ public:
     void clear();
 
     bool isTaken(const std::string &name) const { return myNames.count(name) != 0; }
-    /// Every object holding `name` (null when none holds it).
-    const std::vector<const void *> *find(const std::string &name) const;
+    /// Calls fn(object) for every object holding `name`.
+    template <typename Fn> void forEachHolder(const std::string &name, Fn &&fn) const
+    {
+        auto it = myNames.find(name);
+        if (it == myNames.end())
+            return;
+        fn(it->second.first);
+        for (const void *object : it->second.more)
+            fn(object);
+    }
 
     /// The free-name rule with `fallback` ("Handle", "Group") for a null or empty request.
     std::string freeName(const char *requested, const char *fallback) const;
@@ -51,6 +59,13 @@ private:
     /// The first number at or after `from` that is not taken under `prefix`.
     std::uint64_t firstFree(const std::string &prefix, std::uint64_t from) const;
 
-    std::unordered_map<std::string, std::vector<const void *>> myNames;
+    // Almost every name has one holder, kept inline; only shared names allocate.
+    struct Holders
+    {
+        const void *first = nullptr;
+        std::vector<const void *> more;
+    };
+
+    std::unordered_map<std::string, Holders> myNames;
     std::unordered_map<std::string, Intervals> myNumbers;
 };

@@ -107,14 +107,6 @@ public:
                 fn(item);
     }
 
-    /// Bytes held beyond the object itself, roughly (for memory figures).
-    std::size_t memoryUsage() const
-    {
-        return mySlots.capacity() * sizeof(T *) + myTree.capacity() * sizeof(int) +
-               myPos.size() * (sizeof(void *) * 2 + sizeof(std::size_t) + sizeof(void *)) +
-               myPos.bucket_count() * sizeof(void *);
-    }
-
 private:
     // Fenwick tree over the slots: myTree[k - 1] holds the live count of slots
     // (k - lowbit(k), k], for 1-based k.
