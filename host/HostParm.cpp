@@ -43,14 +43,21 @@ void applyDefault(HostParmComponent &c, const HostParmDefault &d, bool is_string
         c.myMeaning = d.myMeaning; // the expression's language
     }
 }
+
+// Channels compare by their keys: saved states and live parameters may hold equal copies.
+bool sameChannel(const std::shared_ptr<HostChannel> &a, const std::shared_ptr<HostChannel> &b)
+{
+    return a == b || (a && b && *a == *b);
+}
 } // namespace
 
 bool HostParmComponent::operator==(const HostParmComponent &o) const
 {
     return myValue == o.myValue && myString == o.myString && myMeaning == o.myMeaning &&
-           myExpression == o.myExpression && myChannel == o.myChannel && myDefault == o.myDefault &&
-           myFactoryDefault == o.myFactoryDefault && myLocked == o.myLocked &&
-           myEnabled == o.myEnabled && myActive == o.myActive && myOverride == o.myOverride;
+           myExpression == o.myExpression && sameChannel(myChannel, o.myChannel) &&
+           myDefault == o.myDefault && myFactoryDefault == o.myFactoryDefault &&
+           myLocked == o.myLocked && myEnabled == o.myEnabled && myActive == o.myActive &&
+           myOverride == o.myOverride;
 }
 
 HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
@@ -262,7 +269,9 @@ bool HostParm::isAtDefault(int k) const
     HostParmComponent fresh = myComponents[k];
     applyDefault(fresh, fresh.myDefault, getType().isString() || getType().isData());
     const HostParmComponent &c = myComponents[k];
-    return !c.myChannel && c.myExpression == fresh.myExpression && c.myValue == fresh.myValue &&
+    // A channel without keys changes nothing that is saved or evaluated.
+    const bool animated = c.myChannel && c.myChannel->getNumKeys() > 0;
+    return !animated && c.myExpression == fresh.myExpression && c.myValue == fresh.myValue &&
            c.myString == fresh.myString && c.myMeaning == fresh.myMeaning;
 }
 

@@ -38,11 +38,4 @@ void GZ_ResourceManager::ensureStatesExistForAllOperators(GZ_NetworkType type)
     addAutomaticStates(type);
 }
 
-// Not done yet: refreshing the states of a renamed or changed operator type.
-void GZ_ResourceManager::templatesUpdated(HostOperator *) {}
-
-// Not done yet: dropping the states and scripted bindings of a deleted operator type.
-void GZ_ResourceManager::operatorDeleted(HostOperator *op)
-{
-    HostTemplatesSink::operatorDeleted(op);
-}
+// templatesUpdated and operatorDeleted: gz_TableMonitoring.cpp.

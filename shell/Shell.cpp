@@ -3,6 +3,7 @@
 
 #include "shell/ShellCommand.h"
 #include "shell/ShellOperatorCatalog.h"
+#include "shell/ShellResourceManager.h"
 
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
@@ -90,7 +91,7 @@ void Shell::startLibrary()
     if (GZresourceManagerExists())
         return;
     // Warnings of the built-in tables are for library developers; later ones are printed.
-    GZ_ResourceManager *manager = GZcreateResourceManager(/*print_warnings=*/false);
+    GZ_ResourceManager *manager = ShellResourceManager::create(/*print_warnings=*/false);
     if (manager)
         manager->registerOpHandleBindings();
 }

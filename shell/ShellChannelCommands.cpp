@@ -186,7 +186,14 @@ void cmdChKeyRm(Shell &shell, HostCommandArgs &args)
            [&]()
            {
                for (int k = t.myFirst; k < t.myFirst + t.myCount; ++k)
-                   t.myParm->removeKey(k, time);
+               {
+                   // Removing the last key removes the channel; its value stays.
+                   const HostChannel *channel = t.myParm->getChannel(k);
+                   if (channel && channel->getNumKeys() == 1 && channel->isKeyAt(time))
+                       t.myParm->destroyChannel(k, time);
+                   else
+                       t.myParm->removeKey(k, time);
+               }
            });
 }
 

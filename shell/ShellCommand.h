@@ -34,3 +34,6 @@ std::vector<ShellCommand> shellHostCommands();
 
 /// Channel keys, channel copies and scopes (ShellChannelCommands.cpp).
 std::vector<ShellCommand> shellChannelCommands();
+
+/// Viewer states (ShellStateCommands.cpp).
+std::vector<ShellCommand> shellStateCommands();

@@ -7,6 +7,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
     static const std::vector<ShellCommandGroup> theGroups = {
         &shellHostCommands,
         &shellChannelCommands,
+        &shellStateCommands,
         &ShellPersistent::commands,
     };
     return theGroups;

@@ -5,14 +5,21 @@
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 
-ShellNodeSnapshot ShellNodeSnapshot::take(const HostNode &node)
+ShellNodeSnapshot ShellNodeSnapshot::take(const HostNode &node, bool keep_place)
 {
     ShellNodeSnapshot snapshot;
     snapshot.add(node);
-    if (const HostNetwork *siblings = node.getParentNetwork())
-        for (int i = 0; i < siblings->getNumNodes(); ++i)
-            if (siblings->getNode(i) == &node)
-                snapshot.myEntries.front().myPosition = i;
+    const HostNetwork *siblings = node.getParentNetwork();
+    if (!keep_place || !siblings)
+        return snapshot;
+    for (int i = 0; i < siblings->getNumNodes(); ++i)
+    {
+        if (siblings->getNode(i) == &node)
+        {
+            snapshot.myEntries.front().myPosition = i;
+            break;
+        }
+    }
     return snapshot;
 }
 
@@ -74,7 +81,7 @@ std::size_t ShellNodeSnapshot::memoryUsage() const
 }
 
 ShellUndoNodeCreate::ShellUndoNodeCreate(HostDirector &director, const HostNode &created)
-    : myDirector(&director), mySnapshot(ShellNodeSnapshot::take(created))
+    : myDirector(&director), mySnapshot(ShellNodeSnapshot::take(created, /*keep_place=*/false))
 {
     setMemoryUsage(mySnapshot.memoryUsage());
 }
@@ -90,7 +97,7 @@ void ShellUndoNodeCreate::redo()
 }
 
 ShellUndoNodeDelete::ShellUndoNodeDelete(HostDirector &director, const HostNode &doomed)
-    : myDirector(&director), mySnapshot(ShellNodeSnapshot::take(doomed))
+    : myDirector(&director), mySnapshot(ShellNodeSnapshot::take(doomed, /*keep_place=*/true))
 {
     setMemoryUsage(mySnapshot.memoryUsage());
 }

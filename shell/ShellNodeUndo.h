@@ -20,7 +20,9 @@ class HostNode;
 class ShellNodeSnapshot
 {
 public:
-    static ShellNodeSnapshot take(const HostNode &node);
+    /// Takes the snapshot; `keep_place` also records the node's place among its siblings,
+    /// which costs a walk over them (a node just created is last, so it needs none).
+    static ShellNodeSnapshot take(const HostNode &node, bool keep_place);
 
     /// Re-creates the nodes, parents first. False when one could not be made (the rest are
     /// still tried).

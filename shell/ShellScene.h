@@ -16,6 +16,7 @@ class HostParm;
 ///   nodeadd TYPE PATH                (every node, parents before children, in network order)
 ///   parmset PATH PARM VALUE...       (every parameter with a component off its default;
 ///                                     menu values as item tokens)
+///   parmset -e|-p ..., chkey ...     (its expressions and keys; ShellChannels::writeAnimation)
 ///
 /// then whatever the director's scene-save callback writes (the library's settings,
 /// bindings and persistent handles). Numbers are written with the fewest digits that read

@@ -159,6 +159,11 @@ TEST(HostExpressionEval, NestingAndRecursionAreBounded)
     EXPECT_EQ(errorOf("ch(\"a\")", context), "Expression recursion too deep");
     EXPECT_EQ(errorOf("chs(\"self\")", context), "Expression recursion too deep");
     EXPECT_EQ(num("ch(\"c\")", context), 42.0);
+    // The deepest parse inside the deepest chain of ch() calls still fits the stack.
+    const int depth = 120;
+    context.myChannels["deep"] = std::string(depth, '(') + "ch(\"deep\")" + std::string(depth, ')');
+    EXPECT_EQ(errorOf(context.myChannels["deep"], context), "Expression recursion too deep");
+
     // After a failed deep evaluation the nesting count is back to zero.
     EXPECT_EQ(num(deep, context), 1.0);
 }
