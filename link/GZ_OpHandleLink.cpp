@@ -8,6 +8,7 @@
 #include "host/HostParm.h"
 #include "link/GZ_SettingList.h"
 #include "link/gz_Binding.h"
+#include "link/gz_References.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
 
@@ -61,6 +62,9 @@ GZ_OpHandleLink::GZ_OpHandleLink(const GZ_GZTemplate &gz_template)
 
 GZ_OpHandleLink::~GZ_OpHandleLink()
 {
+    // The interest table may belong to the derived object, which is gone by now; the
+    // records say where every interest was registered.
+    myCurrentInterests = nullptr;
     detachAll();
     clearOpTypeParmNamesMap();
     // Whatever detachAll could not reach by opnum (interests registered before a node list
@@ -428,7 +432,7 @@ bool GZ_OpHandleLink::isOpParmLocked(const std::string &channel_name, HostNode &
     if (parm->isLocked(vi))
         return true;
 
-    HostParm::followChannelReferences(time, found_node, parm, vi);
+    gz::followReferences(time, found_node, parm, vi);
     if (out_parm)
         *out_parm = parm;
     if (out_node)
@@ -466,7 +470,7 @@ void GZ_OpHandleLink::updateParmLockStatus(HostNode &node)
         bool drivable = !parm->isLocked(vi);
         if (drivable)
         {
-            HostParm::followChannelReferences(getTime(), found_node, parm, vi);
+            gz::followReferences(getTime(), found_node, parm, vi);
             drivable = found_node && parm && parm->isVisible() &&
                        found_node->canAccess(HostNode::ACCESS_WRITE, *parm) && !parm->isLocked(vi);
         }
@@ -510,7 +514,7 @@ void GZ_OpHandleLink::setBindingState(bool active)
             int vi = -1;
             if (!myOps[k]->resolveChannel(channel, node, parm, vi))
                 continue;
-            HostParm::followChannelReferences(time, node, parm, vi);
+            gz::followReferences(time, node, parm, vi);
             if (parm)
                 parm->setActive(vi, active);
         }

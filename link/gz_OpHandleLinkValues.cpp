@@ -4,8 +4,10 @@
 #include "host/HostChannelManager.h"
 #include "host/HostDirector.h"
 #include "host/HostExpression.h"
+#include "host/HostNodeExprContext.h"
 #include "host/HostParm.h"
 #include "link/gz_Binding.h"
+#include "link/gz_References.h"
 
 #include <cmath>
 #include <cstdio>
@@ -56,49 +58,16 @@ private:
     bool myWasSet;
 };
 
-/// ch() and chs() in an expression binding read channels relative to the bound node.
-class BindingExprContext : public HostExprContext
-{
-public:
-    BindingExprContext(const HostNode *node, double time) : myNode(node), myTime(time) {}
-
-    double getTime() const override { return myTime; }
-
-    bool evaluateChannel(const std::string &path, bool as_string, HostExprValue &value,
-                         std::string &error) const override
-    {
-        HostNode *node = nullptr;
-        HostParm *parm = nullptr;
-        int vi = -1;
-        if (!myNode || !myNode->resolveChannel(path, node, parm, vi))
-        {
-            error = "Bad channel: " + path;
-            return false;
-        }
-        std::string inner;
-        if (as_string)
-            value = HostExprValue::string(parm->evalString(vi, myTime, inner));
-        else
-            value = HostExprValue::number(parm->evalFloat(vi, myTime, inner));
-        error = inner;
-        return inner.empty();
-    }
-
-private:
-    const HostNode *myNode;
-    double myTime;
-};
-
 double evaluateExpressionNumber(const std::string &text, const HostNode *node, double time)
 {
     std::string error;
-    return HostExpression(text).evaluateNumber(BindingExprContext(node, time), error);
+    return HostExpression(text).evaluateNumber(HostNodeExprContext(node, time), error);
 }
 
 std::string evaluateExpressionString(const std::string &text, const HostNode *node, double time)
 {
     std::string error;
-    return HostExpression(text).evaluateString(BindingExprContext(node, time), error);
+    return HostExpression(text).evaluateString(HostNodeExprContext(node, time), error);
 }
 
 /// Truncation toward zero that stays defined for values no int can hold.
@@ -129,24 +98,38 @@ bool GZ_OpHandleLink::resolve(int index, int opnum, const int *instances, int ne
         return false;
 
     out.myNode = getOpNode(opnum);
-    std::string binding = names[index];
+    const std::string *binding = &names[index];
+    std::string expanded;
     if (instances)
-        binding = HostParm::expandInstanceTokens(binding, instances, nesting);
-    if (gz::isExpressionBinding(binding))
+    {
+        expanded = HostParm::expandInstanceTokens(*binding, instances, nesting);
+        binding = &expanded;
+    }
+    if (gz::isExpressionBinding(*binding))
     {
         out.myIsExpression = true;
-        out.myExpression = binding.substr(1);
+        out.myExpression = binding->substr(1);
         return true;
     }
     if (!out.myNode)
         return false;
 
+    // Every write of a drag resolves its binding, so the usual plain channel name of the
+    // node itself is looked up without copies; projections and paths take the full road.
+    const std::string *name = binding;
     std::string channel;
-    if (project)
-        gz::parseBinding(binding, channel, out.myProjection);
-    else
-        channel.swap(binding);
-    return out.myNode->resolveChannel(channel, out.myParmNode, out.myParm, out.myVectorIndex);
+    if (project && (*binding)[0] == '{')
+    {
+        gz::parseBinding(*binding, channel, out.myProjection);
+        name = &channel;
+    }
+    if (name->find('/') != std::string::npos)
+        return out.myNode->resolveChannel(*name, out.myParmNode, out.myParm, out.myVectorIndex);
+    out.myParm = out.myNode->findChannel(*name, out.myVectorIndex);
+    if (!out.myParm || out.myVectorIndex < 0)
+        return false;
+    out.myParmNode = out.myNode;
+    return true;
 }
 
 // ---------------------------------------------------------------------------------------
@@ -164,7 +147,7 @@ int GZ_OpHandleLink::readNumber(int index, const int *instances, int nesting, bo
         value = evaluateExpressionNumber(r.myExpression, r.myNode, time);
         return 1;
     }
-    HostParm::followChannelReferences(time, r.myParmNode, r.myParm, r.myVectorIndex);
+    gz::followReferences(time, r.myParmNode, r.myParm, r.myVectorIndex);
     if (!r.myParmNode || !r.myParm)
         return 0;
 
@@ -193,7 +176,7 @@ int GZ_OpHandleLink::readString(int index, const int *instances, int nesting,
         value = evaluateExpressionString(r.myExpression, r.myNode, time);
         return 1;
     }
-    HostParm::followChannelReferences(time, r.myParmNode, r.myParm, r.myVectorIndex);
+    gz::followReferences(time, r.myParmNode, r.myParm, r.myVectorIndex);
     if (!r.myParmNode || !r.myParm)
         return 0;
     HandleReadScope reading(r.myParmNode);
@@ -285,7 +268,7 @@ bool GZ_OpHandleLink::readParm(int index,
         return false;
     if (r.myIsExpression)
         return true;
-    HostParm::followChannelReferences(getTime(), r.myParmNode, r.myParm, r.myVectorIndex);
+    gz::followReferences(getTime(), r.myParmNode, r.myParm, r.myVectorIndex);
     if (!r.myParmNode || !r.myParm)
         return false;
     HandleReadScope reading(r.myParmNode);
@@ -310,7 +293,7 @@ HostChannelState GZ_OpHandleLink::getParmState(int index, int opnum) const
     if (opnum < 0 || !resolve(index, opnum, nullptr, 0, /*project=*/true, r) || r.myIsExpression)
         return HOST_CHANNEL_STATE_NONE;
     const double time = HostChannelManager::get().getEvaluateTime();
-    HostParm::followChannelReferences(time, r.myParmNode, r.myParm, r.myVectorIndex);
+    gz::followReferences(time, r.myParmNode, r.myParm, r.myVectorIndex);
     if (!r.myParm)
         return HOST_CHANNEL_STATE_NONE;
     return r.myParm->getChannelState(r.myVectorIndex, time);
@@ -323,7 +306,7 @@ bool GZ_OpHandleLink::isParmEnabled(int index, int opnum) const
     Resolved r;
     if (opnum < 0 || !resolve(index, opnum, nullptr, 0, /*project=*/true, r) || r.myIsExpression)
         return false;
-    HostParm::followChannelReferences(getTime(), r.myParmNode, r.myParm, r.myVectorIndex);
+    gz::followReferences(getTime(), r.myParmNode, r.myParm, r.myVectorIndex);
     return r.myParm && r.myParm->isEnabled();
 }
 
@@ -440,7 +423,7 @@ bool GZ_OpHandleLink::modifyParm(int index, const std::function<void(HostParm &,
     Resolved r;
     if (!resolve(index, -1, nullptr, 0, /*project=*/true, r) || r.myIsExpression)
         return false;
-    HostParm::followChannelReferences(getTime(), r.myParmNode, r.myParm, r.myVectorIndex);
+    gz::followReferences(getTime(), r.myParmNode, r.myParm, r.myVectorIndex);
     HostNode *node = r.myParmNode;
     HostParm *parm = r.myParm;
     if (!node || !parm)
@@ -475,7 +458,7 @@ int GZ_OpHandleLink::setOpParmValue(HostNode *node, HostParm *parm, int vector_i
     const double time = getTime();
     value = HostChannelManager::get().applyLayerContribution(*parm, vector_index, time, value);
 
-    HostParm::followChannelReferences(time, node, parm, vector_index);
+    gz::followReferences(time, node, parm, vector_index);
     if (!node || !node->canModifyFromUI(*parm, vector_index))
         return 0;
 
@@ -499,7 +482,7 @@ int GZ_OpHandleLink::setOpParmValue(HostNode *node, HostParm *parm, int vector_i
     if (!parm)
         return 0;
     const double time = getTime();
-    HostParm::followChannelReferences(time, node, parm, vector_index);
+    gz::followReferences(time, node, parm, vector_index);
     if (!node || !node->canModifyFromUI(*parm, vector_index))
         return 0;
 
@@ -518,7 +501,7 @@ int GZ_OpHandleLink::setOpParmValue(HostNode *node, HostParm *parm, int vector_i
     if (!parm)
         return 0;
     const double time = getTime();
-    HostParm::followChannelReferences(time, node, parm, vector_index);
+    gz::followReferences(time, node, parm, vector_index);
     if (!node || !node->canModifyFromUI(*parm, vector_index))
         return 0;
 

@@ -89,20 +89,15 @@ TEST(OpGZKey, EqualityIgnoresTheTypeAndTheHashIsFixed)
     EXPECT_NE(a, Key("mover", "xform", 13));
     EXPECT_NE(a, Key("moved", "xform", 12));
     EXPECT_EQ(Key(nullptr, nullptr, 1).gzNameInSettingTable(), "");
-    EXPECT_EQ(a.gzType(), "xform");
-    EXPECT_EQ(a.opId(), 12);
 
     const std::uint64_t m = 0xc6a4a7935bd1e995ull;
-    for (int id : {0, 1, 12, -1, -2147483647 - 1})
+    for (int id : {0, 12, -1, -2147483647 - 1})
     {
         std::uint64_t k = static_cast<std::uint64_t>(static_cast<std::int64_t>(id)) * m;
         k = (k ^ (k >> 47)) * m;
-        const std::uint64_t expected = (k ^ HostStringHash("mover")) * m + 0xe6546b64ull;
-        EXPECT_EQ(Key("mover", "t", id).hash(), expected) << id;
+        EXPECT_EQ(Key("mover", "t", id).hash(), (k ^ HostStringHash("mover")) * m + 0xe6546b64ull);
     }
-    EXPECT_EQ(a.hash(), Key("mover", "other", 12).hash());
-    // The host's string hash is FNV-1a: fixed across platforms.
-    EXPECT_EQ(HostStringHash(""), 0xcbf29ce484222325ull);
+    // The host's string hash is FNV-1a, the same on every platform.
     EXPECT_EQ(HostStringHash("a"), 0xaf63dc4c8601ec8cull);
 }
 
@@ -117,7 +112,6 @@ TEST_F(SettingTables, DefaultsComeFromTheFirstMatchingBinding)
     defaults->generateSettingString(written);
     EXPECT_EQ(written, "showoppath(0)");
     EXPECT_EQ(myManager->getDefaultGZSettings(*myXform, myType.c_str(), "none"), nullptr);
-    EXPECT_EQ(myManager->getDefaultGZSettings(*myXform, "nosuchtype", "main"), nullptr);
     EXPECT_EQ(myManager->getDefaultGZSettings(*myBox, myType.c_str(), "main"), nullptr);
 
     // A handle with no stored settings loads the binding's defaults.
@@ -138,9 +132,6 @@ TEST_F(SettingTables, RecordedEntriesAreCompletedFromTheDefaults)
     myDirector.setLoading(true);
     myManager->recordGZSettings("rec", myType.c_str(), *myNode, "showoppath(0)");
     myDirector.setLoading(false);
-    auto key = GZ_ResourceManager::GZ_OpGZKey("rec", "", myNode->getUniqueId());
-    ASSERT_EQ(myManager->getOpGZSettingTable().count(key), 1u);
-    EXPECT_TRUE(myManager->getOpGZSettingTable().at(key).myRecorded);
 
     auto link = handle("rec");
     link->loadSettingsFromTables(false);
@@ -149,7 +140,6 @@ TEST_F(SettingTables, RecordedEntriesAreCompletedFromTheDefaults)
 
     // Recorded outside a scene load, the entry stands as it is.
     myManager->recordGZSettings("rec", myType.c_str(), *myNode, "showoppath(0)");
-    EXPECT_FALSE(myManager->getOpGZSettingTable().at(key).myRecorded);
     auto plain = handle("rec");
     plain->loadSettingsFromTables(false);
     EXPECT_FALSE(plain->getShowOpPath());
@@ -175,14 +165,6 @@ TEST_F(SettingTables, SavingWritesOmparmLinesUnlessAtDefaults)
     link->saveSettingsToAppropriateLocation();
     EXPECT_EQ(omparmLines("save"), "omparm save " + myType + " /obj/a \"color(0 0 1)\"\n");
 
-    // The per-node entry comes back for this node only.
-    HostNode *b = make("lxform", "/obj/b");
-    auto other = std::make_unique<TestLink>(*myGZ);
-    other->setRootDescription("save");
-    other->attach(*b);
-    other->setAllowUsingLastSettingsTable(false);
-    other->loadSettingsFromTables(true);
-    EXPECT_EQ(other->getActiveColor(), GZ_OpHandleLink::getDefaultColor());
     auto again = handle("save");
     again->loadSettingsFromTables(false);
     EXPECT_EQ(again->getActiveColor(), HostColor(HostColor::RGB, 0, 0, 1));
@@ -241,32 +223,19 @@ TEST_F(SettingTables, LastVisibilityIsTheDefaultOneWhenNotAllowed)
 {
     ASSERT_EQ(myManager->bind(myXform, myType.c_str(), "shown", "tx", "tx", ""), 1);
     ASSERT_EQ(myManager->bind(myXform, myType.c_str(), "hidden", "ty", "ty", "invisible(1)"), 1);
-    const std::string shown =
-        GZ_ResourceManager::lastGZSettingsKey(myType.c_str(), "shown", "lxform");
-    const std::string hidden =
-        GZ_ResourceManager::lastGZSettingsKey(myType.c_str(), "hidden", "lxform");
-    auto link = handle<VisibleLink>("shown");
-    link->setAllowUsingLastVisibilitySetting(false);
-    link->setActiveColor(HostColor(HostColor::RGB, 0, 0, 1));
-    link->myInvisible = true;
-    link->saveSettingsToAppropriateLocation();
     std::string stored;
-    myManager->getLastGZSettingTable().at(shown)->generateSettingString(stored);
-    EXPECT_EQ(stored, "color(0 0 1)");
-
-    auto quiet = handle<VisibleLink>("hidden");
-    quiet->setAllowUsingLastVisibilitySetting(false);
-    quiet->myInvisible = false;
-    quiet->setActiveColor(HostColor(HostColor::RGB, 0, 0, 1));
-    quiet->saveSettingsToAppropriateLocation();
-    myManager->getLastGZSettingTable().at(hidden)->generateSettingString(stored);
-    EXPECT_EQ(stored, "color(0 0 1) invisible(1)");
-
-    // Allowed, the user's visibility is kept.
-    link->setAllowUsingLastVisibilitySetting(true);
-    link->saveSettingsToAppropriateLocation();
-    myManager->getLastGZSettingTable().at(shown)->generateSettingString(stored);
-    EXPECT_EQ(stored, "color(0 0 1) invisible(1)");
+    for (const char *description : {"shown", "hidden"})
+    {
+        auto link = handle<VisibleLink>(description);
+        link->setAllowUsingLastVisibilitySetting(false);
+        link->setActiveColor(HostColor(HostColor::RGB, 0, 0, 1));
+        link->myInvisible = description[0] == 's'; // the user's choice is the other one
+        link->saveSettingsToAppropriateLocation();
+        myManager->getLastGZSettingTable()
+            .at(GZ_ResourceManager::lastGZSettingsKey(myType.c_str(), description, "lxform"))
+            ->generateSettingString(stored);
+        EXPECT_EQ(stored, description[0] == 's' ? "color(0 0 1)" : "color(0 0 1) invisible(1)");
+    }
 }
 
 TEST_F(SettingTables, RemovingAnOperatorTypesSettings)

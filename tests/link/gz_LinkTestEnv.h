@@ -24,7 +24,6 @@ namespace gztest
 class TestLink : public GZ_OpHandleLink
 {
 public:
-    using GZ_OpHandleLink::addParmNames;
     using GZ_OpHandleLink::beginDistributedUndoBlock;
     using GZ_OpHandleLink::endDistributedUndoBlock;
     using GZ_OpHandleLink::getDistributedUndoBlockId;
@@ -45,8 +44,6 @@ public:
     using GZ_OpHandleLink::setParmValue;
     using GZ_OpHandleLink::setParmVector3;
     using GZ_OpHandleLink::theUndoDebugFlag;
-
-    ~TestLink() override = default;
 
     int justLinked(int index) override
     {
