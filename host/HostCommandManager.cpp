@@ -221,6 +221,8 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
     gz_ExecScope scope(myCurrentOut, myCurrentErr, myDepth);
     if (!options.output)
         myCurrentOut = myNullStream.get();
+    if (!options.errors)
+        myCurrentErr = myNullStream.get();
 
     if (options.history && !isBlankText(text))
     {
@@ -239,7 +241,8 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
         if (!runCommand(cmd, options.source))
         {
             all_ran = false;
-            ++myFailedLines;
+            if (options.errors)
+                ++myFailedLines;
         }
     }
     return all_ran;

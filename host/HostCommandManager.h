@@ -21,8 +21,12 @@ struct HostExecOptions
     /// Remember the text in the history (what the interactive prompt typed).
     bool history = false;
     /// Send command output to the current output stream; when false it is discarded.
-    /// Errors always reach the error stream.
+    /// Errors reach the error stream unless `errors` is false.
     bool output = true;
+    /// Send error messages (the interpreter's and the commands') to the current error
+    /// stream; when false they are discarded and failed lines are not counted, so that
+    /// text the library runs on its own behalf (undo scripts) stays silent.
+    bool errors = true;
     /// Name of the file or source the text came from; when set, the interpreter's own
     /// messages begin with "SOURCE:LINE: ".
     std::string source;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 
 namespace
 {
@@ -92,16 +93,23 @@ HostNode *HostNetwork::createManager(const std::string &name, HostOperatorTable 
 
 bool HostNetwork::deleteNode(HostNode *node)
 {
-    auto it = std::find_if(myNodes.begin(), myNodes.end(),
-                           [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
+    // Searched from the back: clear() deletes the last node each time, which keeps
+    // emptying a large network linear.
+    auto find = [this, node]()
+    {
+        auto rit =
+            std::find_if(myNodes.rbegin(), myNodes.rend(),
+                         [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
+        return rit == myNodes.rend() ? myNodes.end() : std::prev(rit.base());
+    };
+    auto it = find();
     if (!node || it == myNodes.end())
         return false;
     if (node->myChildren)
         node->myChildren->clear();
     node->sendEvent(HOST_NODE_DELETED);
     // A callback may have deleted other nodes: look the node up again.
-    it = std::find_if(myNodes.begin(), myNodes.end(),
-                      [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
+    it = find();
     if (it == myNodes.end())
         return true;
     myByName.erase(node->getName());

@@ -5,6 +5,7 @@
 #include "host/HostTemplatesSink.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -92,9 +93,10 @@ void HostOperator::getRefreshGZCommands(HostNode * /*node*/, std::ostream & /*os
 
 void HostOperator::removeActiveNode(HostNode *node)
 {
-    auto it = std::find(myNodes.begin(), myNodes.end(), node);
-    if (it != myNodes.end())
-        myNodes.erase(it);
+    // From the back: a scene is cleared last node first, which keeps that linear.
+    auto it = std::find(myNodes.rbegin(), myNodes.rend(), node);
+    if (it != myNodes.rend())
+        myNodes.erase(std::prev(it.base()));
 }
 
 void HostOperator::notifyTemplatesUpdated()

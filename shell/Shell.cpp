@@ -8,6 +8,7 @@
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
+#include "persistent/GZ_Manager.h"
 #include "resource/GZ_ClassManager.h"
 #include "resource/GZ_ResourceManager.h"
 
@@ -85,6 +86,8 @@ void Shell::startLibrary()
     // has no classes of its own yet; the class manager is still made here so that the
     // order of start-up is the host's.
     GZgetClassManager();
+    // The persistent handle manager installs the pom* commands.
+    GZgetManager();
     if (GZresourceManagerExists())
         return;
     // Warnings of the built-in tables are for library developers; later ones are printed.

@@ -1,5 +1,6 @@
 // ShellCommandGroups: the list of gzsh's command groups.
 #include "shell/ShellCommand.h"
+#include "shell/ShellPersistent.h"
 
 const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
@@ -7,6 +8,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellHostCommands,
         &shellChannelCommands,
         &shellStateCommands,
+        &ShellPersistent::commands,
     };
     return theGroups;
 }

@@ -5,6 +5,7 @@
 #include "shell/ShellCommandSupport.h"
 #include "shell/ShellNodeUndo.h"
 #include "shell/ShellParmAccess.h"
+#include "shell/ShellPersistent.h"
 #include "shell/ShellScene.h"
 
 #include "host/HostChannelManager.h"
@@ -215,6 +216,7 @@ void cmdSceneNew(Shell &shell, HostCommandArgs &args)
 {
     if (!shellCheckCount(args, 1, 1))
         return;
+    ShellPersistent::clear(shell.director());
     shell.director().clearScene();
 }
 
@@ -240,6 +242,7 @@ void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
         return;
     HostDirector &director = shell.director();
     HostCommandManager &commands = shell.commands();
+    ShellPersistent::clear(director);
     director.clearScene();
     const bool was_loading = director.isLoading();
     const bool commands_loading = commands.isLoading();

@@ -1,0 +1,260 @@
+// GZ_Undo: the undo records of persistent handles and groups.
+#pragma once
+
+#include "host/HostColor.h"
+#include "host/HostUndo.h"
+
+#include <string>
+
+class GZ_Manager;
+class GZ_OHLGroup;
+class GZ_OHLPersistent;
+
+/// The records keep no pointer to a handle or group: they keep the manager, the object's
+/// name and either one old value or the pom* commands that re-create the object, and find
+/// the object again by name when played back. A record whose object is gone does nothing.
+/// Playback goes through the same setters and manager operations as the user's changes;
+/// the undo manager refuses additions meanwhile, so playback records nothing.
+///
+/// The record classes form one family, defined together here since only the persistent
+/// handle layer makes them.
+
+/// A record that keeps the commands that re-create its object, as one line of
+/// ';'-separated commands. Reports the script's length plus 64 bytes as its memory usage.
+class GZ_Undo : public HostUndo
+{
+public:
+    GZ_Undo(GZ_Manager *manager, const std::string &name);
+    const std::string &getScript() const { return myScript; }
+
+protected:
+    const std::string &getName() const { return myName; }
+    /// Stores `text` with every newline replaced by ';'.
+    void setScript(const std::string &text);
+    /// Runs the script through the host command interpreter: no history, no output, no
+    /// error messages.
+    void runScript() const;
+
+    GZ_Manager *myManager;
+
+private:
+    std::string myName;
+    std::string myScript;
+};
+
+/// Attaching, detaching or clearing the nodes of a handle: undo and redo both swap the
+/// handle's current form with the stored one (deleting the handle and re-running the
+/// script, so the handle moves to the end of the list).
+class GZ_UndoGZ : public GZ_Undo
+{
+public:
+    GZ_UndoGZ(GZ_Manager *manager, GZ_OHLPersistent *handle);
+    void undo() override { swap(); }
+    void redo() override { swap(); }
+
+protected:
+    void swap();
+    GZ_OHLPersistent *find() const;
+};
+
+/// Creating a handle: undo deletes it, redo re-creates it from the script.
+class GZ_UndoAddGZ : public GZ_UndoGZ
+{
+public:
+    using GZ_UndoGZ::GZ_UndoGZ;
+    void undo() override;
+    void redo() override;
+};
+
+/// Deleting a handle: undo re-creates it, redo deletes it again.
+class GZ_UndoRemoveGZ : public GZ_UndoGZ
+{
+public:
+    using GZ_UndoGZ::GZ_UndoGZ;
+    void undo() override;
+    void redo() override;
+};
+
+/// A change to a group's members: undo and redo swap the group's form with the stored one.
+class GZ_UndoGroup : public GZ_Undo
+{
+public:
+    GZ_UndoGroup(GZ_Manager *manager, GZ_OHLGroup *group);
+    void undo() override { swap(); }
+    void redo() override { swap(); }
+
+protected:
+    void swap();
+    GZ_OHLGroup *find() const;
+};
+
+class GZ_UndoAddGroup : public GZ_UndoGroup
+{
+public:
+    using GZ_UndoGroup::GZ_UndoGroup;
+    void undo() override;
+    void redo() override;
+};
+
+class GZ_UndoRemoveGroup : public GZ_UndoGroup
+{
+public:
+    using GZ_UndoGroup::GZ_UndoGroup;
+    void undo() override;
+    void redo() override;
+};
+
+/// Reordering two handles; undo and redo swap them again.
+class GZ_UndoSwapGZs : public HostUndo
+{
+public:
+    GZ_UndoSwapGZs(GZ_Manager *manager, int first, int second)
+        : myFirst(first), mySecond(second), myManager(manager)
+    {
+    }
+    void undo() override;
+    void redo() override { undo(); }
+
+private:
+    int myFirst;
+    int mySecond;
+    GZ_Manager *myManager;
+};
+
+class GZ_UndoSwapGroups : public HostUndo
+{
+public:
+    GZ_UndoSwapGroups(GZ_Manager *manager, int first, int second)
+        : myFirst(first), mySecond(second), myManager(manager)
+    {
+    }
+    void undo() override;
+    void redo() override { undo(); }
+
+private:
+    int myFirst;
+    int mySecond;
+    GZ_Manager *myManager;
+};
+
+/// A handle rename: keeps the old name and the name that was asked for. When the free-name
+/// rule gave a numbered variant instead, playback does nothing.
+class GZ_UndoNameGZ : public HostUndo
+{
+public:
+    GZ_UndoNameGZ(GZ_Manager *manager, const char *old_name, const char *new_name);
+    void undo() override;
+    void redo() override;
+    /// The name the rename actually gave, told once it happened.
+    void setGivenName(const std::string &name) { myGivenName = name; }
+
+private:
+    /// Whether the rename gave the requested name; when not, the requested name may belong
+    /// to another object, and playing the record back would rename that one.
+    bool gotRequestedName() const { return myGivenName == myNewName; }
+
+    std::string myOldName;
+    std::string myNewName;
+    GZ_Manager *myManager;
+    std::string myGivenName;
+};
+
+class GZ_UndoNameGroup : public HostUndo
+{
+public:
+    GZ_UndoNameGroup(GZ_Manager *manager, const char *old_name, const char *new_name);
+    void undo() override;
+    void redo() override;
+    /// The name the rename actually gave, told once it happened.
+    void setGivenName(const std::string &name) { myGivenName = name; }
+
+private:
+    /// Whether the rename gave the requested name; when not, the requested name may belong
+    /// to another object, and playing the record back would rename that one.
+    bool gotRequestedName() const { return myGivenName == myNewName; }
+
+    std::string myOldName;
+    std::string myNewName;
+    GZ_Manager *myManager;
+    std::string myGivenName;
+};
+
+/// A colour change: undo and redo exchange the stored colour with the handle's.
+class GZ_UndoColorGZ : public HostUndo
+{
+public:
+    GZ_UndoColorGZ(GZ_Manager *manager, GZ_OHLPersistent *handle);
+    void undo() override;
+    void redo() override { undo(); }
+
+private:
+    GZ_Manager *myManager;
+    std::string myName;
+    HostColor myColor;
+};
+
+/// A display flag change: undo and redo invert the handle's current flag.
+class GZ_UndoDisplay : public HostUndo
+{
+public:
+    GZ_UndoDisplay(GZ_Manager *manager, GZ_OHLPersistent *handle);
+    void undo() override;
+    void redo() override { undo(); }
+    virtual bool getDisplay(GZ_OHLPersistent *handle) const = 0;
+    virtual void setDisplay(GZ_OHLPersistent *handle, bool display) const = 0;
+
+private:
+    GZ_Manager *myManager;
+    std::string myName;
+};
+
+class GZ_UndoDisplayChild : public GZ_UndoDisplay
+{
+public:
+    using GZ_UndoDisplay::GZ_UndoDisplay;
+    bool getDisplay(GZ_OHLPersistent *handle) const override;
+    void setDisplay(GZ_OHLPersistent *handle, bool display) const override;
+};
+
+class GZ_UndoDisplayParent : public GZ_UndoDisplay
+{
+public:
+    using GZ_UndoDisplay::GZ_UndoDisplay;
+    bool getDisplay(GZ_OHLPersistent *handle) const override;
+    void setDisplay(GZ_OHLPersistent *handle, bool display) const override;
+};
+
+class GZ_UndoDisplaySibling : public GZ_UndoDisplay
+{
+public:
+    using GZ_UndoDisplay::GZ_UndoDisplay;
+    bool getDisplay(GZ_OHLPersistent *handle) const override;
+    void setDisplay(GZ_OHLPersistent *handle, bool display) const override;
+};
+
+/// Exposing or hiding: undo and redo invert the handle's current state.
+class GZ_UndoExposeGZ : public HostUndo
+{
+public:
+    GZ_UndoExposeGZ(GZ_Manager *manager, GZ_OHLPersistent *handle);
+    void undo() override;
+    void redo() override { undo(); }
+
+private:
+    GZ_Manager *myManager;
+    std::string myName;
+};
+
+/// A pane mask change: undo and redo exchange the stored mask with the handle's.
+class GZ_UndoPaneMaskGZ : public HostUndo
+{
+public:
+    GZ_UndoPaneMaskGZ(GZ_Manager *manager, GZ_OHLPersistent *handle);
+    void undo() override;
+    void redo() override { undo(); }
+
+private:
+    std::string myName;
+    std::string myMask;
+    GZ_Manager *myManager;
+};

@@ -1,0 +1,383 @@
+// GZ_Manager: the pom* commands that create, change, list and save persistent handles.
+#include "persistent/GZ_Manager.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostNode.h"
+#include "persistent/GZ_OHLPersistent.h"
+#include "persistent/GZ_Undo.h"
+#include "persistent/gz_UndoBlock.h"
+
+#include <cstdlib>
+#include <ostream>
+#include <strings.h>
+
+namespace
+{
+// Argument counts exclude the command name (argument 0).
+int numArgs(const HostCommandArgs &args)
+{
+    return args.argc() - 1;
+}
+
+GZ_OHLPersistent *findGZ(GZ_Manager &manager, const std::string &name)
+{
+    return manager.getGZ(manager.getGZIndex(name.c_str()));
+}
+
+GZ_OHLGroup *findGroup(GZ_Manager &manager, const std::string &name)
+{
+    return manager.getGroup(manager.getGroupIndex(name.c_str()));
+}
+
+GZ_OHLPersistent *findGZOrReport(GZ_Manager &manager, HostCommandArgs &args,
+                                 const std::string &name)
+{
+    GZ_OHLPersistent *handle = findGZ(manager, name);
+    if (!handle)
+        args.err() << "Unknown handle: " << name << "\n";
+    return handle;
+}
+
+GZ_OHLGroup *findGroupOrReport(GZ_Manager &manager, HostCommandArgs &args, const std::string &name,
+                               const char *message)
+{
+    GZ_OHLGroup *group = findGroup(manager, name);
+    if (!group)
+        args.err() << message << name << "\n";
+    return group;
+}
+
+const char *const theUnknownGroup = "Unknown handle group: ";
+
+/// An option's on/off value: missing or empty is off, "on" (any case) is on, anything else
+/// is on exactly when its leading decimal integer is not zero ("off", "no" and "0" are off).
+bool flagValue(const char *value)
+{
+    if (!value || !*value)
+        return false;
+    if (strcasecmp(value, "on") == 0)
+        return true;
+    return std::strtol(value, nullptr, 10) != 0;
+}
+
+const char *onOff(bool on)
+{
+    return on ? "on" : "off";
+}
+
+/// The options shared by pomadd and pomset, in their order of application. With `print`
+/// and none of them given, writes the handle's state as a pomset line.
+void applyOptions(GZ_OHLPersistent &handle, HostCommandArgs &args, bool print)
+{
+    if (args.found('e'))
+        handle.setExpose(flagValue(args.argp('e')));
+    if (args.found('p'))
+        handle.setDisplayInParent(flagValue(args.argp('p')));
+    if (args.found('c'))
+        handle.setDisplayInChild(flagValue(args.argp('c')));
+    if (args.found('s'))
+        handle.setDisplayInSibling(flagValue(args.argp('s')));
+    if (args.found('r'))
+        handle.setActiveColor(
+            HostColor(HostColor::RGB, args.fargp('r', 0), args.fargp('r', 1), args.fargp('r', 2)));
+    if (args.found('m'))
+        handle.setPaneMask(args.argp('m'));
+
+    if (!print)
+        return;
+    for (char option : {'e', 'p', 'c', 's', 'r', 'm'})
+        if (args.found(option))
+            return;
+    const HostColor &color = handle.getActiveColor();
+    std::ostream &os = args.out();
+    os << "pomset -e " << onOff(handle.getExpose()) << " -p " << onOff(handle.getDisplayInParent())
+       << " -c " << onOff(handle.getDisplayInChild()) << " -s "
+       << onOff(handle.getDisplayInSibling()) << " -r " << color.component(0) << " "
+       << color.component(1) << " " << color.component(2);
+    if (handle.getPaneMask() != "*")
+        os << " -m " << handle.getPaneMask();
+    os << " " << handle.getName() << "\n";
+}
+
+void pomadd(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (args.found('g'))
+    {
+        if (numArgs(args) != 1)
+            return args.showUsage();
+        const int index = manager.addGroup(args.argv(1));
+        if (args.found('v'))
+            args.out() << manager.getGroup(index)->getName() << "\n";
+        return;
+    }
+    if (numArgs(args) != 2)
+        return args.showUsage();
+    const int index = manager.addGZ(args.argv(1), args.argv(2));
+    if (index < 0)
+    {
+        args.err() << "Invalid handle type: " << args.arg(2) << "\n";
+        return;
+    }
+    applyOptions(*manager.getGZ(index), args, /*print=*/false);
+}
+
+void pomremove(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (numArgs(args) != 1)
+        return args.showUsage();
+    if (args.found('g'))
+    {
+        if (GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), theUnknownGroup))
+            manager.removeGroup(group);
+        return;
+    }
+    if (GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1)))
+        manager.removeGZ(handle);
+}
+
+void pomscript(GZ_Manager &manager, HostCommandArgs &args)
+{
+    const bool groups = args.found('g');
+    if (numArgs(args) == 0)
+    {
+        if (groups)
+            manager.savePersistentGroups(args.out(), -1);
+        else
+            manager.savePersistentGZs(args.out(), -1);
+        return;
+    }
+    if (numArgs(args) != 1)
+        return args.showUsage();
+    if (groups)
+    {
+        const int index = manager.getGroupIndex(args.argv(1));
+        if (index < 0)
+            args.err() << theUnknownGroup << args.arg(1) << "\n";
+        else
+            manager.savePersistentGroups(args.out(), index);
+        return;
+    }
+    const int index = manager.getGZIndex(args.argv(1));
+    if (index < 0)
+        args.err() << "Unknown handle: " << args.arg(1) << "\n";
+    else
+        manager.savePersistentGZs(args.out(), index);
+}
+
+void pomset(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (numArgs(args) != 1)
+        return args.showUsage();
+    if (args.found('g'))
+    {
+        GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), "Unknown group: ");
+        if (!group)
+            return;
+        for (GZ_OHLPersistent *handle : group->getGZs())
+            applyOptions(*handle, args, /*print=*/true);
+        return;
+    }
+    if (GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1)))
+        applyOptions(*handle, args, /*print=*/true);
+}
+
+// pomattach, pomdetach and pomclear change a handle's nodes the same way: one undo block
+// whose record keeps the handle's former lines, listeners told of a removal and a re-add.
+template <typename Change>
+void changeNodes(GZ_Manager &manager, GZ_OHLPersistent &handle, const char *label, Change change)
+{
+    gz_UndoBlock block(label);
+    block.add<GZ_UndoGZ>(&manager, &handle);
+    manager.gzChanged(&handle, GZ_CHANGE_REMOVE);
+    change();
+    manager.gzChanged(&handle, GZ_CHANGE_ADD);
+}
+
+// The -g forms of pomattach and pomdetach: the group, then each handle in turn.
+template <typename Change>
+void changeMembers(GZ_Manager &manager, HostCommandArgs &args, Change change)
+{
+    if (numArgs(args) < 2)
+        return args.showUsage();
+    const int group = manager.getGroupIndex(args.argv(1));
+    if (group < 0)
+    {
+        args.err() << theUnknownGroup << args.arg(1) << "\n";
+        return;
+    }
+    for (int a = 2; a < args.argc(); ++a)
+    {
+        const int handle = manager.getGZIndex(args.argv(a));
+        if (handle < 0)
+            args.err() << "Unknown handle: " << args.arg(a) << "\n";
+        else
+            change(handle, group);
+    }
+}
+
+void pomattach(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (args.found('g'))
+        return changeMembers(manager, args,
+                             [&manager](int handle, int group)
+                             { manager.addGZtoGroup(handle, group); });
+    if (numArgs(args) < 2)
+        return args.showUsage();
+    GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1));
+    if (!handle)
+        return;
+    changeNodes(manager, *handle, "Attach Op To Handle",
+                [&]()
+                {
+                    handle->id(args.found('i') ? args.iargp('i') : -1);
+                    handle->runBindCommand(args);
+                });
+}
+
+void pomdetach(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (args.found('g'))
+        return changeMembers(manager, args,
+                             [&manager](int handle, int group)
+                             { manager.removeGZfromGroup(handle, group); });
+    if (numArgs(args) < 1)
+        return args.showUsage();
+    GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1));
+    if (!handle)
+        return;
+    changeNodes(manager, *handle, "Detach Op From Handle",
+                [&]() { handle->runUnbindCommand(args); });
+}
+
+void pomclear(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (numArgs(args) != 1)
+        return args.showUsage();
+    if (args.found('g'))
+    {
+        const int index = manager.getGroupIndex(args.argv(1));
+        if (index < 0)
+            args.err() << theUnknownGroup << args.arg(1) << "\n";
+        else
+            manager.clearGroup(index);
+        return;
+    }
+    GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1));
+    if (!handle)
+        return;
+    changeNodes(manager, *handle, "Clear Ops From Handle",
+                [&]() { handle->runUnbindCommand(args); });
+}
+
+void pomls(GZ_Manager &manager, HostCommandArgs &args)
+{
+    std::ostream &os = args.out();
+    if (numArgs(args) > 1)
+        return args.showUsage();
+    if (args.found('g'))
+    {
+        if (numArgs(args) == 0)
+        {
+            for (int i = 0; i < manager.getNumGroups(); ++i)
+                os << manager.getGroup(i)->getName() << "\n";
+            return;
+        }
+        if (GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), theUnknownGroup))
+            for (GZ_OHLPersistent *handle : group->getGZs())
+                os << handle->getName() << "\n";
+        return;
+    }
+    if (numArgs(args) == 0)
+    {
+        for (GZ_OHLPersistent *handle : manager.getMasterGroup().getGZs())
+            os << handle->getName() << "\n";
+        return;
+    }
+    if (GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1)))
+        for (int i = 0; i < handle->getNumOps(); ++i)
+            os << handle->getOpNode(i)->getFullPath() << "\n";
+}
+
+void pomrename(GZ_Manager &manager, HostCommandArgs &args)
+{
+    if (numArgs(args) != 2)
+        return args.showUsage();
+    if (args.found('g'))
+    {
+        if (GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), theUnknownGroup))
+            group->setName(args.argv(2));
+        return;
+    }
+    if (GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1)))
+        handle->setName(args.argv(2));
+}
+
+void pomparm(GZ_Manager &manager, HostCommandArgs &args)
+{
+    const bool groups = args.found('g');
+    if (numArgs(args) != 2)
+    {
+        args.err() << (groups ? "Error: pomparm requires a handle group and handle settings.\n"
+                              : "Error: pomparm requires a handle name and handle settings.\n");
+        return;
+    }
+    if (groups)
+    {
+        GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), "Unknown group: ");
+        if (!group)
+            return;
+        for (GZ_OHLPersistent *handle : group->getGZs())
+            handle->setSettings(args.argv(2));
+        return;
+    }
+    if (GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1)))
+        handle->setSettings(args.argv(2));
+}
+
+struct gz_PomCommand
+{
+    const char *name;
+    const char *options;
+    const char *usage;
+    void (*handler)(GZ_Manager &, HostCommandArgs &);
+};
+
+const gz_PomCommand thePomCommands[] = {
+    {"pomadd", "gc:e:m:p:r:::s:v",
+     "pomadd [-e on|off] [-p on|off] [-c on|off] [-s on|off] [-r R G B] [-m MASK] NAME TYPE"
+     " | pomadd -g [-v] GROUP",
+     &pomadd},
+    {"pomremove", "g", "pomremove NAME | pomremove -g GROUP", &pomremove},
+    {"pomscript", "g", "pomscript [NAME] | pomscript -g [GROUP]", &pomscript},
+    {"pomset", "gc:e:m:p:r:::s:",
+     "pomset [-e on|off] [-p on|off] [-c on|off] [-s on|off] [-r R G B] [-m MASK] NAME"
+     " | pomset -g [OPTIONS] GROUP",
+     &pomset},
+    {"pomattach", "gi:",
+     "pomattach [-i ID] NAME NODEPATH [NODEPARM:HANDLEPARM...] | pomattach -g GROUP HANDLE...",
+     &pomattach},
+    {"pomdetach", "g", "pomdetach NAME [NODEPATH] | pomdetach -g GROUP HANDLE...", &pomdetach},
+    {"pomclear", "g", "pomclear NAME | pomclear -g GROUP", &pomclear},
+    {"pomls", "g", "pomls [NAME] | pomls -g [GROUP]", &pomls},
+    {"pomrename", "g", "pomrename OLD NEW | pomrename -g OLD NEW", &pomrename},
+    {"pomparm", "g", "pomparm NAME SETTINGS | pomparm -g GROUP SETTINGS", &pomparm},
+};
+} // namespace
+
+void GZ_Manager::installCommands()
+{
+    static bool theInstalled = false;
+    if (theInstalled)
+        return;
+    theInstalled = true;
+    HostCommandManager *commands = HostCommandManager::getInstance();
+    for (const gz_PomCommand &command : thePomCommands)
+    {
+        auto handler = command.handler;
+        // The manager outlives the interpreter's use of it: it is never destroyed.
+        commands->installCommand(
+            command.name, command.options,
+            [handler](HostCommandArgs &args) { handler(*GZgetManager(), args); },
+            /*allowed_while_loading=*/true, command.usage);
+    }
+}
