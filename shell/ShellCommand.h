@@ -37,3 +37,7 @@ std::vector<ShellCommand> shellChannelCommands();
 
 /// Viewer states (ShellStateCommands.cpp).
 std::vector<ShellCommand> shellStateCommands();
+
+/// Dragging and reading handles, bound ones by node and persistent ones by name
+/// (ShellHandleCommands.cpp).
+std::vector<ShellCommand> shellHandleCommands();

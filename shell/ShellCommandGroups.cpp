@@ -1,6 +1,5 @@
 // ShellCommandGroups: the list of gzsh's command groups.
 #include "shell/ShellCommand.h"
-#include "shell/ShellPersistent.h"
 
 const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
@@ -8,7 +7,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellHostCommands,
         &shellChannelCommands,
         &shellStateCommands,
-        &ShellPersistent::commands,
+        &shellHandleCommands,
     };
     return theGroups;
 }

@@ -11,6 +11,11 @@ bool shellCheckCount(const HostCommandArgs &args, int least, int most)
 {
     if (args.argc() >= least && (most < 0 || args.argc() <= most))
         return true;
+    return shellReportCount(args);
+}
+
+bool shellReportCount(const HostCommandArgs &args)
+{
     args.err() << args.commandName() << ": wrong number of arguments\n";
     args.showUsage();
     return false;

@@ -12,6 +12,8 @@ class Shell;
 /// Checks the argument count (command name included); `most` < 0 means no upper bound. On a
 /// wrong count it reports and shows the usage.
 bool shellCheckCount(const HostCommandArgs &args, int least, int most);
+/// Reports a wrong argument count and shows the usage; returns false.
+bool shellReportCount(const HostCommandArgs &args);
 
 /// The node at `path`, or null after reporting "COMMAND: unknown node PATH".
 HostNode *shellFindNode(Shell &shell, const HostCommandArgs &args, const std::string &path);

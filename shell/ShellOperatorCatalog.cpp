@@ -24,6 +24,7 @@ std::vector<ShellParmSpec> objectTransform()
         {"t", "Translate", ShellParmKind::Xyz, 3, {0, 0, 0}},
         {"r", "Rotate", ShellParmKind::Xyz, 3, {0, 0, 0}},
         {"s", "Scale", ShellParmKind::Xyz, 3, {1, 1, 1}},
+        {"shear", "Shear", ShellParmKind::Xyz, 3, {0, 0, 0}},
         {"p", "Pivot", ShellParmKind::Xyz, 3, {0, 0, 0}},
         {"scale", "Uniform Scale", ShellParmKind::Float, 1, {1}},
     };

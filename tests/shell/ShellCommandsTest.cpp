@@ -4,6 +4,8 @@
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
+#include "link/GZ_SettingList.h"
+#include "resource/GZ_ResourceManager.h"
 
 #include <gtest/gtest.h>
 
@@ -96,4 +98,31 @@ TEST_F(ShellFixture, QuietScriptsKeepErrorsAndSkipHistory)
     EXPECT_EQ(err.str(), "nodels: unknown node /nothing\n");
     EXPECT_EQ(commands.history().size(), history);
     EXPECT_NE(shell().director().findNode("/obj/geo1"), nullptr);
+}
+
+TEST_F(ShellFixture, DraggedHandleKeepsRecordedSettingsAndLeavesNoLink)
+{
+    run("nodeadd geo /obj/geo1");
+    HostNode *node = shell().director().findNode("/obj/geo1");
+    ASSERT_NE(node, nullptr);
+    const GZ_ResourceManager::GZ_OpGZKey key("xform", "xform", node->getUniqueId());
+    const auto &table = GZgetResourceManager()->getOpGZSettingTable();
+
+    // A drag remembers the handle's settings for the node, keeping those it took up.
+    run("handledrag /obj/geo1 xform tx 1");
+    ASSERT_EQ(table.count(key), 1u);
+    run("omparm xform xform /obj/geo1 \"color(0 1 0)\"");
+    run("handledrag /obj/geo1 xform tx 1.5");
+    EXPECT_EQ(err.str(), "");
+    ASSERT_EQ(table.count(key), 1u);
+    GZ_Vector3 color;
+    table.at(key).mySettings->getSetting("color", color, GZ_Vector3{});
+    EXPECT_EQ(color.y, 1.0);
+    EXPECT_EQ(color.x, 0.0);
+
+    // The drag's handle is gone with the command: deleting the node reaches no stale link.
+    run("noderm /obj/geo1");
+    EXPECT_EQ(err.str(), "");
+    run("undo; handleget /obj/geo1 xform tx");
+    EXPECT_EQ(out.str(), "1.5\n");
 }
