@@ -4,6 +4,7 @@
 #include "shell/ShellCommand.h"
 #include "shell/ShellOperatorCatalog.h"
 #include "shell/ShellResourceManager.h"
+#include "shell/ShellViewerClasses.h"
 
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
@@ -82,10 +83,8 @@ void Shell::startup(const std::vector<std::string> &dirs)
 void Shell::startLibrary()
 {
     // The viewer side of the host registers its handle and selector classes first, so that
-    // the resource manager can join them to its templates when it is created. The shell
-    // has no classes of its own yet; the class manager is still made here so that the
-    // order of start-up is the host's.
-    GZgetClassManager();
+    // the resource manager can join them to its templates when it is created.
+    ShellViewerClasses::registerAll();
     // The persistent handle manager installs the pom* commands.
     GZgetManager();
     if (GZresourceManagerExists())

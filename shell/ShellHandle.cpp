@@ -1,6 +1,8 @@
 // ShellHandle: finding a node's bound handle and building its live link.
 #include "shell/ShellHandle.h"
 
+#include "shell/ShellViewerClasses.h"
+
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
 #include "resource/GZ_BindingHandleInfo.h"
@@ -42,7 +44,14 @@ std::unique_ptr<ShellHandle> ShellHandle::create(HostNode &node, const std::stri
         err << command << ": no handle type " << info->getGZName() << "\n";
         return nullptr;
     }
-    auto handle = std::make_unique<ShellHandle>(*gz_template);
+    const ShellViewerClasses::HandleClass *handle_class =
+        ShellViewerClasses::handleClass(*gz_template);
+    if (!handle_class)
+    {
+        err << command << ": gzsh cannot show handles of type " << info->getGZName() << "\n";
+        return nullptr;
+    }
+    std::unique_ptr<ShellHandle> handle(handle_class->make(*gz_template));
     handle->setRootDescription(description.c_str());
     handle->id(info->getId());
     const std::string type = node.getOperatorName();

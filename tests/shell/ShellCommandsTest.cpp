@@ -5,7 +5,11 @@
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "link/GZ_SettingList.h"
+#include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
+#include "resource/GZ_SelectorTemplate.h"
+#include "shell/ShellHandle.h"
+#include "shell/ShellViewerClasses.h"
 
 #include <gtest/gtest.h>
 
@@ -125,4 +129,31 @@ TEST_F(ShellFixture, DraggedHandleKeepsRecordedSettingsAndLeavesNoLink)
     EXPECT_EQ(err.str(), "");
     run("undo; handleget /obj/geo1 xform tx");
     EXPECT_EQ(out.str(), "1.5\n");
+}
+
+TEST_F(ShellFixture, ViewerClassesAreJoinedToTheirTemplatesByName)
+{
+    GZ_ResourceManager *manager = GZgetResourceManager();
+    const GZ_GZTemplate *xform = manager->getOpHandleLinkTemplate("xform");
+    const GZ_GZTemplate *ladder = manager->getOpHandleLinkTemplate("ladder");
+    ASSERT_TRUE(xform && ladder);
+    ASSERT_NE(ShellViewerClasses::handleClass(*xform), nullptr);
+    EXPECT_EQ(ShellViewerClasses::handleClass(*ladder), nullptr);
+    std::unique_ptr<ShellHandle> made(ShellViewerClasses::handleClass(*xform)->make(*xform));
+    EXPECT_EQ(&made->getTemplate(), xform);
+
+    const GZ_SelectorTemplate *everything = manager->getSelectorTemplate("everything");
+    const GZ_SelectorTemplate *uvselect = manager->getSelectorTemplate("uvselect");
+    ASSERT_TRUE(everything && uvselect);
+    EXPECT_TRUE(everything->isGeneric());
+    EXPECT_EQ(everything->constructor(), everything->data());
+    EXPECT_FALSE(uvselect->isGeneric());
+    EXPECT_EQ(uvselect->constructor(), nullptr);
+
+    // A bound handle whose type has no class cannot be shown, so it cannot be dragged.
+    run("nodeadd geo /obj/geo1; ombind -t obj ladder geo:tx ladder:parm0");
+    err.str("");
+    run("handledrag /obj/geo1 ladder tx 1");
+    EXPECT_EQ(err.str(), "handledrag: gzsh cannot show handles of type ladder\n");
+    run("omunbind -t obj geo ladder");
 }
