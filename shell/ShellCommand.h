@@ -37,3 +37,6 @@ std::vector<ShellCommand> shellChannelCommands();
 
 /// Viewer states (ShellStateCommands.cpp).
 std::vector<ShellCommand> shellStateCommands();
+
+/// Handle menu operations and parameter cache periods (ShellHandleCommands.cpp).
+std::vector<ShellCommand> shellHandleCommands();

@@ -5,10 +5,8 @@
 const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
     static const std::vector<ShellCommandGroup> theGroups = {
-        &shellHostCommands,
-        &shellChannelCommands,
-        &shellStateCommands,
-        &ShellPersistent::commands,
+        &shellHostCommands,   &shellChannelCommands,      &shellStateCommands,
+        &shellHandleCommands, &ShellPersistent::commands,
     };
     return theGroups;
 }
