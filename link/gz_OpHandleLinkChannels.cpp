@@ -5,10 +5,10 @@
 #include "host/HostCommandManager.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
-#include "host/HostUndoManager.h"
 #include "link/gz_Binding.h"
 #include "link/gz_References.h"
 #include "link/gz_Resolved.h"
+#include "link/gz_UndoBlock.h"
 #include "resource/GZ_ResourceManager.h"
 
 #include <algorithm>
@@ -31,23 +31,6 @@ namespace
 /// Key times this close to the current time count as the current time when looking for the
 /// next or previous key (the host's single-precision tolerance).
 constexpr double theKeyTolerance = static_cast<double>(1e-5f);
-
-/// One named host undo block for the lifetime of the object.
-class UndoBlockScope
-{
-public:
-    explicit UndoBlockScope(const char *name)
-        : myUndo(HostUndoManager::current()), myId(myUndo.beginUndoBlock(name))
-    {
-    }
-    ~UndoBlockScope() { myUndo.endUndoBlock(myId); }
-    UndoBlockScope(const UndoBlockScope &) = delete;
-    UndoBlockScope &operator=(const UndoBlockScope &) = delete;
-
-private:
-    HostUndoManager &myUndo;
-    int myId;
-};
 
 /// Saves the parameter for undo and announces the change before `apply`, and notifies the
 /// node's listeners after it, as every user-visible change of a parameter does.
@@ -146,7 +129,7 @@ bool GZ_OpHandleLink::watchesParm(const HostParm &parm) const
 void GZ_OpHandleLink::changeBoundComponents(int opnum, const char *undo_name, bool on_attached,
                                             const ComponentFn &fn)
 {
-    UndoBlockScope block(undo_name);
+    gz_UndoBlock block(undo_name);
     forEachChannelNode(opnum, [&](int i) { walkBoundComponents(i, -1, -1, on_attached, fn); });
 }
 
@@ -157,7 +140,7 @@ void GZ_OpHandleLink::setKeys(int opnum, int first, int last, const char *undo_n
 {
     if (first > last)
         return;
-    UndoBlockScope block(undo_name ? undo_name : "Create Key(s)");
+    gz_UndoBlock block(undo_name ? undo_name : "Create Key(s)");
 
     const bool scope_on_key = GZ_ResourceManager::getScopeChannelsOnKey();
     const bool add_scoped = GZ_ResourceManager::getAddScopedChannels();
