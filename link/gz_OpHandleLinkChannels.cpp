@@ -2,6 +2,7 @@
 // scoping and key navigation over every bound component.
 #include "link/GZ_OpHandleLink.h"
 
+#include "host/HostChannel.h"
 #include "host/HostCommandManager.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
@@ -67,6 +68,18 @@ bool nearestKey(const HostParm &parm, int k, double time, int direction, double 
             return true;
         from = key_time;
     }
+}
+
+/// Removes the key of component k at `time`; a channel left without segments goes, and the
+/// component keeps the removed key's value rather than what an empty channel reads.
+void removeKeyAt(HostParm &parm, int k, double time)
+{
+    const double value = parm.getChannel(k)->evaluateKeys(time);
+    parm.removeKey(k, time);
+    if (parm.getNumSegments(k) != 0)
+        return;
+    parm.destroyChannel(k, time);
+    parm.setValue(k, value);
 }
 
 } // namespace
@@ -182,26 +195,15 @@ void GZ_OpHandleLink::setKeys(int opnum, int first, int last, const char *undo_n
 void GZ_OpHandleLink::removeKeys(int opnum)
 {
     const double time = getTime();
-    changeBoundComponents(opnum, "Remove Key(s)", /*on_attached=*/true,
-                          [time](const BoundComponent &c)
-                          {
-                              HostParm &parm = *c.myParm;
-                              const int k = c.myVectorIndex;
-                              if (!c.myNode->canModifyFromUI(parm, k) || !parm.isKeyAt(k, time))
-                                  return;
-                              changeParm(*c.myNode, parm,
-                                         [&]()
-                                         {
-                                             // The value the last key gave stays when the
-                                             // emptied channel goes.
-                                             const double value = parm.evalFloat(k, time);
-                                             parm.removeKey(k, time);
-                                             if (parm.getNumSegments(k) != 0)
-                                                 return;
-                                             parm.destroyChannel(k, time);
-                                             parm.setValue(k, value);
-                                         });
-                          });
+    changeBoundComponents(
+        opnum, "Remove Key(s)", /*on_attached=*/true,
+        [time](const BoundComponent &c)
+        {
+            const int k = c.myVectorIndex;
+            if (!c.myNode->canModifyFromUI(*c.myParm, k) || !c.myParm->isKeyAt(k, time))
+                return;
+            changeParm(*c.myNode, *c.myParm, [&]() { removeKeyAt(*c.myParm, k, time); });
+        });
 }
 
 void GZ_OpHandleLink::deleteChannels(int opnum)
