@@ -257,6 +257,34 @@ public:
     int iterateParms(int opnum, const std::function<void(HostParm &, int)> &fn, bool access_check);
     bool isParmEnabled(int index, int opnum) const;
 
+    // Channel operations of the handle's menu and hotkeys. Each works on the bound
+    // components of keyframe node `opnum`, or of every keyframe node when `opnum` is
+    // negative, walking each node's bindings from the last to the first. Refused and
+    // unresolvable components are skipped silently. While the resource manager's parameter
+    // cache is open, keying and scoping hand the components to the cache instead.
+
+    /// Keys handle parameters `first` to `last` (every binding when either is negative) at
+    /// getTime(), in one undo block ("Create Key(s)" unless named), and scopes the keyed
+    /// channels with one scope command when the preferences ask for it.
+    void setKeys(int opnum, int first, int last, const char *undo_name = nullptr);
+    /// Removes the keys at getTime(); a channel left without segments goes.
+    void removeKeys(int opnum);
+    void deleteChannels(int opnum);
+    /// Toggles the locked flag of every lockable component.
+    void lockParms(int opnum);
+    /// These three leave alone the parameters this link watches through input-group
+    /// interests: they hold the handle's input, not a value to reset.
+    void revertToDefaults(int opnum);
+    void revertToFactoryDefaults(int opnum);
+    /// Makes the current values the defaults; records no undo.
+    void overwriteDefaults(int opnum);
+    /// Scopes the bound channels (added to the scope when `add_mode` is non-zero) and
+    /// names their motion-channel overrides with "chopscope".
+    void editChannels(int add_mode, int opnum);
+    /// Moves the scene time to the nearest key of a bound channel before (direction < 0)
+    /// or after (direction >= 0) getTime(), when there is one.
+    void findKey(int direction, int opnum);
+
 protected:
     // Reading values.
     int getParmValue(int index, double &value, double dflt) const;
@@ -286,6 +314,9 @@ protected:
     void setParmVector3(int index, const GZ_Vector3 &value);
     void setParmInstVector3(int index, const int *instances, const GZ_Vector3 &value);
     bool modifyParm(int index, const std::function<void(HostParm &, int)> &fn, bool access_check);
+    /// Gives the component of handle parameter `to` the channel of handle parameter `from`
+    /// (or removes its channel when `from` has none), keeping its current value as constant.
+    void copyKeyStructure(int from, int to);
 
     /// Writes one number through the animation layer and channel references, with the
     /// change tolerance, the zero snap, undo and (for animatable types) a key.
@@ -315,6 +346,21 @@ protected:
 private:
     struct Resolved;
     struct InterestRecord;
+    struct BoundComponent;
+    using ComponentFn = std::function<void(const BoundComponent &)>;
+
+    /// Calls `fn` with each keyframe node index that an operation on `opnum` visits.
+    void forEachChannelNode(int opnum, const std::function<void(int)> &fn) const;
+    /// The per-node walk: bindings `first` to `last` of node `opnum` (all when either is
+    /// negative), from the last to the first, resolved on the keyframe node (the attached
+    /// node when `on_attached`) and followed through channel references.
+    void walkBoundComponents(int opnum, int first, int last, bool on_attached,
+                             const ComponentFn &fn) const;
+    /// Whether this link has an input-group interest on the parameter.
+    bool watchesParm(const HostParm &parm) const;
+    /// forEachChannelNode and walkBoundComponents over every binding, inside one undo block.
+    void changeBoundComponents(int opnum, const char *undo_name, bool on_attached,
+                               const ComponentFn &fn);
 
     /// Resolves handle parameter `index` through its op number (or `opnum` when it is 0 or
     /// more) to a node, parameter and component; see Resolved for what is filled.

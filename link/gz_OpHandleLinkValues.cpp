@@ -8,23 +8,11 @@
 #include "host/HostParm.h"
 #include "link/gz_Binding.h"
 #include "link/gz_References.h"
+#include "link/gz_Resolved.h"
 
 #include <cmath>
 #include <cstdio>
 #include <limits>
-
-/// What resolving a handle parameter yields: either an expression binding (with the node it
-/// belongs to, which may be null) or a node parameter component with the binding's mapping.
-struct GZ_OpHandleLink::Resolved
-{
-    HostNode *myNode = nullptr; ///< the attached node the binding belongs to
-    HostNode *myParmNode = nullptr;
-    HostParm *myParm = nullptr;
-    int myVectorIndex = -1;
-    gz::Projection myProjection;
-    bool myIsExpression = false;
-    std::string myExpression; ///< the text after "!"
-};
 
 int GZ_OpHandleLink::theUndoDebugFlag = -1;
 

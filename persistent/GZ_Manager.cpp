@@ -1,9 +1,9 @@
 // GZ_Manager: the process-wide owner of persistent handles and handle groups.
 #include "persistent/GZ_Manager.h"
 
+#include "link/gz_UndoBlock.h"
 #include "persistent/GZ_OHLPersistent.h"
 #include "persistent/GZ_Undo.h"
-#include "persistent/gz_UndoBlock.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
 

@@ -1,10 +1,10 @@
 // GZ_OHLGroup: a named, ordered set of persistent handles.
 #include "persistent/GZ_OHLGroup.h"
 
+#include "link/gz_UndoBlock.h"
 #include "persistent/GZ_Manager.h"
 #include "persistent/GZ_OHLPersistent.h"
 #include "persistent/GZ_Undo.h"
-#include "persistent/gz_UndoBlock.h"
 
 #include <algorithm>
 

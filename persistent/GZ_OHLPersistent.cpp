@@ -2,9 +2,9 @@
 #include "persistent/GZ_OHLPersistent.h"
 
 #include "host/HostNode.h"
+#include "link/gz_UndoBlock.h"
 #include "persistent/GZ_Manager.h"
 #include "persistent/GZ_Undo.h"
-#include "persistent/gz_UndoBlock.h"
 #include "resource/GZ_GZTemplate.h"
 
 namespace

@@ -3,9 +3,9 @@
 
 #include "host/HostCommandManager.h"
 #include "host/HostNode.h"
+#include "link/gz_UndoBlock.h"
 #include "persistent/GZ_OHLPersistent.h"
 #include "persistent/GZ_Undo.h"
-#include "persistent/gz_UndoBlock.h"
 
 #include <cstdlib>
 #include <ostream>

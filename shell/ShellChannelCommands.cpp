@@ -13,6 +13,7 @@
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 
+#include <algorithm>
 #include <functional>
 #include <ostream>
 
@@ -316,13 +317,16 @@ void cmdChRename(Shell &shell, HostCommandArgs &args)
 
 // chscope [-w] [-a] [PATTERN...]: "+path" adds, "-path" removes, a plain path replaces the
 // scope (the first plain pattern clears it). A pattern is NODEPATH/CHANNEL[,CHANNEL...].
-// Without -a only channels that are animated are scoped. Without patterns, lists the scope.
+// Without -a only channels that are animated are scoped. Without patterns, lists the scope,
+// sorted.
 void cmdChScope(Shell &shell, HostCommandArgs &args)
 {
     HostChannelManager &manager = HostChannelManager::get();
     if (args.argc() == 1)
     {
-        for (const std::string &path : manager.getScopedChannels())
+        std::vector<std::string> paths = manager.getScopedChannels();
+        std::sort(paths.begin(), paths.end());
+        for (const std::string &path : paths)
             args.out() << path << "\n";
         return;
     }

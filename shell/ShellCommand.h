@@ -41,3 +41,6 @@ std::vector<ShellCommand> shellStateCommands();
 /// Dragging and reading handles, bound ones by node and persistent ones by name
 /// (ShellHandleCommands.cpp).
 std::vector<ShellCommand> shellHandleCommands();
+
+/// Handle menu operations and parameter cache periods (ShellHandleOpCommands.cpp).
+std::vector<ShellCommand> shellHandleOpCommands();

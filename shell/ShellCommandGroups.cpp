@@ -8,6 +8,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellChannelCommands,
         &shellStateCommands,
         &shellHandleCommands,
+        &shellHandleOpCommands,
     };
     return theGroups;
 }

@@ -1,11 +1,39 @@
-// ShellResourceManager: gzsh's resource manager, which gives every operator type a viewer state.
+// ShellResourceManager: gzsh's resource manager, which gives every operator type a viewer state
+// and opens and closes parameter cache periods.
 #include "shell/ShellResourceManager.h"
 
+#include "host/HostChannelManager.h"
+#include "host/HostDirector.h"
+#include "host/HostNetwork.h"
+#include "host/HostNode.h"
 #include "host/HostOperator.h"
 #include "host/HostOperatorTable.h"
+#include "host/HostParm.h"
+#include "host/HostParmList.h"
 #include "resource/GZ_StateTemplate.h"
 
+#include <set>
+#include <utility>
 #include <vector>
+
+namespace
+{
+
+using LiveParms = std::set<std::pair<const HostNode *, const HostParm *>>;
+
+/// Every (node, parameter) pair of the scene below `node`. The cache holds bare pointers,
+/// so they are compared with this set, never followed, until they are known to be live.
+void collectLiveParms(const HostNode &node, LiveParms &live)
+{
+    const HostParmList &parms = node.getParmList();
+    for (int i = 0; i < parms.getEntries(); ++i)
+        live.emplace(&node, parms.getParm(i));
+    const HostNetwork *children = node.getChildNetwork();
+    for (int i = 0; children && i < children->getNumNodes(); ++i)
+        collectLiveParms(*children->getNode(i), live);
+}
+
+} // namespace
 
 GZ_ResourceManager *ShellResourceManager::create(bool print_warnings)
 {
@@ -79,5 +107,53 @@ void ShellResourceManager::addAutomaticStates(GZ_NetworkType type)
         }
         myAutomaticStates.insert(state);
         addTemplatesInterest(op);
+    }
+}
+
+bool ShellResourceManager::endParmsCache(HostDirector &director)
+{
+    if (cacheParms() <= 0)
+        return false;
+    if (cacheParms() == 1)
+        applyParmsCache(director);
+    stopParmsCache();
+    return true;
+}
+
+void ShellResourceManager::applyParmsCache(HostDirector &director)
+{
+    std::vector<HostNode *> *nodes = nullptr;
+    std::vector<HostParm *> *parms = nullptr;
+    std::vector<int> *indices = nullptr;
+    getParmsCache(nodes, parms, indices);
+    bool set_key = false, scope = false, append = false;
+    getParmsCacheBehaviour(set_key, scope, append);
+    if (!set_key && !scope)
+        return;
+
+    LiveParms live;
+    collectLiveParms(*director.getRoot(), live);
+    HostChannelManager &channels = HostChannelManager::get();
+    if (scope && !append)
+        channels.clearScope();
+    const double time = director.getTime();
+    // The cache keeps duplicates; each component is keyed once.
+    std::set<std::pair<const HostParm *, int>> keyed;
+    for (size_t i = 0; i < nodes->size(); ++i)
+    {
+        HostNode *node = (*nodes)[i];
+        HostParm *parm = (*parms)[i];
+        const int k = (*indices)[i];
+        if (!live.count({node, parm}) || k < 0 || k >= parm->getVectorSize())
+            continue;
+        if (set_key && keyed.emplace(parm, k).second)
+        {
+            node->saveParmForUndo(*parm);
+            node->parmChanging(*parm);
+            parm->setKey(k, time);
+            node->parmChanged(*parm);
+        }
+        if (scope)
+            channels.addToScope(node->getFullPath() + "/" + parm->getChannelName(k));
     }
 }

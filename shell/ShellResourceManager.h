@@ -1,9 +1,12 @@
-// ShellResourceManager: gzsh's resource manager, which gives every operator type a viewer state.
+// ShellResourceManager: gzsh's resource manager, which gives every operator type a viewer state
+// and opens and closes parameter cache periods.
 #pragma once
 
 #include "resource/GZ_ResourceManager.h"
 
 #include <unordered_set>
+
+class HostDirector;
 
 /// The host's derived resource manager. It watches every standard operator table and gives
 /// each operator type a state for the scene viewer, named after the type and bound to it.
@@ -23,10 +26,21 @@ public:
 
     void operatorDeleted(HostOperator *op) override;
 
+    /// Opens a parameter cache period: until the matching close, handle links hand the
+    /// components they would key or scope to the cache. Periods nest.
+    static void beginParmsCache() { startParmsCache(); }
+    /// Closes a period; false when none is open. Closing the outermost one first keys (at
+    /// the director's time) and scopes every cached component, as the links asked, once for
+    /// all of them. Components of nodes deleted meanwhile are dropped.
+    static bool endParmsCache(HostDirector &director);
+
 protected:
     /// Gives every operator type of the network's table that has no scene-viewer state one.
     void addAutomaticStates(GZ_NetworkType type) override;
 
 private:
+    /// Keys and scopes the cached components of the director's live nodes.
+    static void applyParmsCache(HostDirector &director);
+
     std::unordered_set<GZ_StateTemplate *> myAutomaticStates;
 };

@@ -25,6 +25,7 @@ class TestLink : public GZ_OpHandleLink
 {
 public:
     using GZ_OpHandleLink::beginDistributedUndoBlock;
+    using GZ_OpHandleLink::copyKeyStructure;
     using GZ_OpHandleLink::endDistributedUndoBlock;
     using GZ_OpHandleLink::getDistributedUndoBlockId;
     using GZ_OpHandleLink::getOpParmLabel;
