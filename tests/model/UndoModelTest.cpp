@@ -1,0 +1,142 @@
+// Randomized undo: every step of a random sequence of scene changes undoes and redoes back
+// to exactly the scene it left.
+#include "ModelSeeds.h"
+#include "ModelShell.h"
+#include "SceneGenerator.h"
+#include "SceneText.h"
+
+#include "host/HostDirector.h"
+#include "host/HostUndoManager.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+
+namespace
+{
+constexpr int theSteps = 250;
+
+/// The scene after a step: the time it was saved at and the saved text.
+struct Checkpoint
+{
+    double time = 0.0;
+    std::string text;
+    std::string command;
+};
+
+/// One seed's sequence: runs it, then undoes and redoes it all, comparing the saved scene
+/// at every undo depth a command left behind.
+class UndoRun
+{
+public:
+    explicit UndoRun(unsigned seed) : mySeed(seed) {}
+
+    /// Runs the first `steps` lines; returns the first fault found, or "".
+    std::string check(int steps)
+    {
+        ModelShell &shell = ModelShell::get();
+        shell.reset();
+        myLines.clear();
+        myCheckpoints.clear();
+        myCheckpoints[0] = {0.0, scene(), "(the empty scene)"};
+        SceneGenerator generate(mySeed, shell.director(), /*with_settings=*/false);
+        for (int i = 0; i < steps; ++i)
+        {
+            myLines.push_back(generate.next());
+            std::string fault = runStep(myLines.back());
+            if (!fault.empty())
+                return fault;
+        }
+        const int top = undo().getUndoCount();
+        for (int depth = top - 1; depth >= 0; --depth)
+        {
+            std::string fault = moveTo("undo", depth);
+            if (!fault.empty())
+                return fault;
+        }
+        for (int depth = 1; depth <= top; ++depth)
+        {
+            std::string fault = moveTo("redo", depth);
+            if (!fault.empty())
+                return fault;
+        }
+        return "";
+    }
+
+    /// The lines that ran, as a script.
+    std::string script() const
+    {
+        std::string text;
+        for (const std::string &line : myLines)
+            text += line + "\n";
+        return text;
+    }
+
+private:
+    static HostUndoManager &undo() { return ModelShell::get().director().getUndoManager(); }
+    static std::string scene() { return SceneText::withHandlesSorted(ModelShell::get().saved()); }
+
+    std::string runStep(const std::string &line)
+    {
+        ModelShell &shell = ModelShell::get();
+        const int depth_before = undo().getUndoCount();
+        const std::string before = scene();
+        shell.run(line);
+        shell.takeErrors();
+        const int depth = undo().getUndoCount();
+        const std::string after = scene();
+        if (depth < depth_before)
+            return "`" + line + "` dropped undo steps";
+        if (depth == depth_before)
+        {
+            // Only the time may change without an undo step; it is no scene change.
+            if (after != before && line.rfind("tcur ", 0) != 0)
+                return "`" + line + "` changed the scene without an undo step: " +
+                       SceneText::firstDifference(before, after);
+            return "";
+        }
+        myCheckpoints[depth] = {shell.director().getTime(), after, line};
+        return "";
+    }
+
+    /// Runs undo or redo once; at a depth that a command left, the scene must be the one
+    /// saved then (at the time it was saved).
+    std::string moveTo(const std::string &command, int depth)
+    {
+        ModelShell &shell = ModelShell::get();
+        shell.run(command);
+        const std::string errors = shell.takeErrors();
+        if (!errors.empty() || undo().getUndoCount() != depth)
+            return command + " to depth " + std::to_string(depth) + " failed: " + errors;
+        const auto found = myCheckpoints.find(depth);
+        if (found == myCheckpoints.end())
+            return "";
+        shell.director().setTime(found->second.time);
+        const std::string text = scene();
+        if (text != found->second.text)
+            return command + " to the scene after `" + found->second.command +
+                   "` gave another scene: " + SceneText::firstDifference(found->second.text, text);
+        return "";
+    }
+
+    unsigned mySeed;
+    std::vector<std::string> myLines;
+    std::map<int, Checkpoint> myCheckpoints;
+};
+} // namespace
+
+TEST(UndoModel, EveryStepUndoesAndRedoesToTheSceneItLeft)
+{
+    for (unsigned seed : ModelSeeds::get(/*first=*/1000, /*count=*/24))
+    {
+        UndoRun run(seed);
+        if (run.check(theSteps).empty())
+            continue;
+        const auto [length, fault] =
+            ModelSeeds::shortestFailure(theSteps, [&run](int steps) { return run.check(steps); });
+        ADD_FAILURE() << "seed " << seed << " (GZ_MODEL_SEED=" << seed
+                      << "), shortest failing prefix " << length << " lines: " << fault << "\n"
+                      << run.script();
+    }
+}
