@@ -155,7 +155,7 @@ TEST(FormatModel, RandomBindingsReadBackFromTheirFileEqual)
     // Bindings are the process's, so each seed goes on from the bindings of the last; the
     // file of every seed must still read back equal.
     ScratchDir dir;
-    for (unsigned seed : ModelSeeds::get(/*first=*/3000, /*count=*/12))
+    for (unsigned seed : ModelSeeds::get(/*first=*/3000, /*count=*/24))
     {
         const std::string fault = checkBindings(seed, 60, dir.path);
         EXPECT_EQ(fault, "") << "seed " << seed << " (GZ_MODEL_SEED=" << seed << ")";
@@ -165,7 +165,7 @@ TEST(FormatModel, RandomBindingsReadBackFromTheirFileEqual)
 TEST(FormatModel, SavedHandlesAndGroupsRunAgainGiveTheSameLines)
 {
     ModelShell &shell = ModelShell::get();
-    for (unsigned seed : ModelSeeds::get(/*first=*/4000, /*count=*/24))
+    for (unsigned seed : ModelSeeds::get(/*first=*/4000, /*count=*/48))
     {
         shell.reset();
         SceneGenerator generate(seed, shell.director(), /*with_settings=*/true);

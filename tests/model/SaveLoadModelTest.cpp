@@ -106,7 +106,7 @@ struct ScratchDir
 TEST(SaveLoadModel, RandomScenesLoadAndSaveToTheSameBytes)
 {
     ScratchDir dir;
-    for (unsigned seed : ModelSeeds::get(/*first=*/2000, /*count=*/32))
+    for (unsigned seed : ModelSeeds::get(/*first=*/2000, /*count=*/48))
     {
         SaveLoadRun run(seed, dir.path);
         if (run.check(theSteps).empty())

@@ -321,12 +321,13 @@ std::string SceneGenerator::bindingPair()
 
 std::string SceneGenerator::settings()
 {
+    // Each setting name once: duplicates only exercise the parser's messages.
     std::string text;
-    for (int n = below(4); n > 0; --n)
+    for (int n = below(4), kind = below(4); n > 0; --n, kind = (kind + 1) % 4)
     {
         if (!text.empty())
             text += " ";
-        switch (below(4))
+        switch (kind)
         {
         case 0:
             text += "color(" + number() + " " + number() + " " + number() + ")";

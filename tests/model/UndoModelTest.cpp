@@ -128,7 +128,7 @@ private:
 
 TEST(UndoModel, EveryStepUndoesAndRedoesToTheSceneItLeft)
 {
-    for (unsigned seed : ModelSeeds::get(/*first=*/1000, /*count=*/24))
+    for (unsigned seed : ModelSeeds::get(/*first=*/1000, /*count=*/64))
     {
         UndoRun run(seed);
         if (run.check(theSteps).empty())
