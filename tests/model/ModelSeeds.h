@@ -2,14 +2,12 @@
 #pragma once
 
 #include <cstdlib>
-#include <functional>
 #include <string>
 #include <vector>
 
 /// The seeds of a randomized test: `count` fixed seeds from `first`, so every run checks the
 /// same sequences. GZ_MODEL_SEED=N runs only seed N (to reproduce a reported failure) and
-/// GZ_MODEL_SEEDS=COUNT changes the count (to search longer). A failing seed is reported
-/// with its shortest failing prefix.
+/// GZ_MODEL_SEEDS=COUNT changes the count (to search longer).
 class ModelSeeds
 {
 public:
@@ -23,23 +21,5 @@ public:
         for (int i = 0; i < count; ++i)
             seeds.push_back(first + static_cast<unsigned>(i));
         return seeds;
-    }
-
-    /// The length of the shortest failing prefix of a sequence whose first `steps` lines
-    /// fail, and that prefix's fault. `check(n)` runs the first n lines and returns the fault
-    /// or "". Bisects, assuming that a prefix longer than a failing one fails too.
-    static std::pair<int, std::string> shortestFailure(int steps,
-                                                       const std::function<std::string(int)> &check)
-    {
-        int lo = 1, hi = steps;
-        while (lo < hi)
-        {
-            const int mid = (lo + hi) / 2;
-            if (check(mid).empty())
-                lo = mid + 1;
-            else
-                hi = mid;
-        }
-        return {hi, check(hi)};
     }
 };

@@ -226,6 +226,38 @@ std::string SceneGenerator::readCommand()
     }
 }
 
+std::string SceneGenerator::bindingCommand()
+{
+    const bool object = chance(33);
+    const std::string table = object ? "-t obj " : "-t sop ";
+    const std::string op =
+        object ? pick({"geo", "null", "cam"}) : pick({"xform", "box", "sphere", "null"});
+    switch (below(8))
+    {
+    case 0:
+        return "omunbind " + table + op +
+               (chance(50) ? std::string(":") + pick({"tx", "t", "ry"}) : "") +
+               (chance(50) ? std::string(" ") + pick({"d1", "d2", "d3"}) : "");
+    case 1:
+        return "omsunbind " + table + op +
+               (chance(50) ? std::string(" ") + pick({"s1", "s2"}) : "");
+    case 2:
+        // Prompts with blanks, and empty parameters and menus, need quoting in the file.
+        return "omsbind " + table + op + ":" + pick({"group", ""}) + " " +
+               pick({"everything", "prims", "objselect", "edges"}) + " " +
+               pick({"s1", "s2", "'s 3'"}) + " " + pick({"Select", "'Pick it'"}) + " " +
+               std::to_string(below(3)) + " " + std::to_string(below(2)) + " " +
+               pick({"all", "poly", "''"}) + " " + std::to_string(below(2)) + " " +
+               pick({"''", "menu"}) + " " + std::to_string(below(2));
+    default:
+        return "ombind " + table + (chance(50) ? "-d " + quoted(settings()) + " " : "") +
+               pick({"d1", "d2", "d3", "'d 4'"}) + " " + op + ":" +
+               pick({"tx", "ty", "tz", "rx", "t", "r", "scale"}) + " " +
+               pick({"xform", "translate", "rotate"}) + ":" +
+               pick({"tx", "ty", "tz", "rx", "ry", "sx", "uniform_scale"});
+    }
+}
+
 std::vector<std::string> SceneGenerator::nodePaths() const
 {
     std::vector<std::string> paths;
@@ -336,7 +368,8 @@ std::string SceneGenerator::settings()
             text += std::string("showoppath(") + pick({"0", "1"}) + ")";
             break;
         case 2:
-            text += std::string("ownerop('") + pick({"xform1", "a b", "it\\'s"}) + "')";
+            text += std::string("ownerop('") + pick({"xform1", "a b", "it\\'s", "back\\\\slash"}) +
+                    "')";
             break;
         default:
             text += "scale(" + number() + ")";

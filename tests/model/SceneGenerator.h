@@ -21,6 +21,9 @@ public:
 
     /// The next command line.
     std::string next();
+    /// A random binding command (ombind, omunbind, omsbind, omsunbind) on the gzsh operator
+    /// types. Bindings belong to the process, not the scene, so next() makes none.
+    std::string bindingCommand();
 
 private:
     std::string nodeCommand();

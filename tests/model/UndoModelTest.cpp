@@ -1,5 +1,6 @@
 // Randomized undo: every step of a random sequence of scene changes undoes and redoes back
 // to exactly the scene it left.
+#include "ModelRun.h"
 #include "ModelSeeds.h"
 #include "ModelShell.h"
 #include "SceneGenerator.h"
@@ -27,20 +28,19 @@ struct Checkpoint
 
 /// One seed's sequence: runs it, then undoes and redoes it all, comparing the saved scene
 /// at every undo depth a command left behind.
-class UndoRun
+class UndoRun : public ModelRun
 {
 public:
-    explicit UndoRun(unsigned seed) : mySeed(seed) {}
+    using ModelRun::ModelRun;
 
-    /// Runs the first `steps` lines; returns the first fault found, or "".
-    std::string check(int steps)
+    std::string check(int steps) override
     {
         ModelShell &shell = ModelShell::get();
         shell.reset();
         myLines.clear();
         myCheckpoints.clear();
         myCheckpoints[0] = {0.0, scene(), "(the empty scene)"};
-        SceneGenerator generate(mySeed, shell.director(), /*with_settings=*/false);
+        SceneGenerator generate(seed(), shell.director(), /*with_settings=*/false);
         for (int i = 0; i < steps; ++i)
         {
             myLines.push_back(generate.next());
@@ -62,15 +62,6 @@ public:
                 return fault;
         }
         return "";
-    }
-
-    /// The lines that ran, as a script.
-    std::string script() const
-    {
-        std::string text;
-        for (const std::string &line : myLines)
-            text += line + "\n";
-        return text;
     }
 
 private:
@@ -120,8 +111,6 @@ private:
         return "";
     }
 
-    unsigned mySeed;
-    std::vector<std::string> myLines;
     std::map<int, Checkpoint> myCheckpoints;
 };
 } // namespace
@@ -129,14 +118,5 @@ private:
 TEST(UndoModel, EveryStepUndoesAndRedoesToTheSceneItLeft)
 {
     for (unsigned seed : ModelSeeds::get(/*first=*/1000, /*count=*/64))
-    {
-        UndoRun run(seed);
-        if (run.check(theSteps).empty())
-            continue;
-        const auto [length, fault] =
-            ModelSeeds::shortestFailure(theSteps, [&run](int steps) { return run.check(steps); });
-        ADD_FAILURE() << "seed " << seed << " (GZ_MODEL_SEED=" << seed
-                      << "), shortest failing prefix " << length << " lines: " << fault << "\n"
-                      << run.script();
-    }
+        UndoRun(seed).expectNoFault(theSteps);
 }
