@@ -157,7 +157,8 @@ int GZ_Manager::getGZIndex(const char *name) const
 {
     if (!name)
         return -1;
-    // Names are unique unless a node rename made two alike; the last one wins.
+    // Every rename goes through the free-name rule, so names are unique; should two be
+    // alike all the same, the last one wins.
     int best = -1;
     myGZNames.forEachHolder(
         name, [this, &best](const void *holder)

@@ -214,10 +214,7 @@ void GZ_OHLPersistent::nodeRenamed(HostNode &node, const char *old_name)
     std::string name = myName;
     if (!replaceWord(name, old_name, node.getName()))
         return;
-    gz_UndoBlock block("Change Handle Name");
-    GZ_UndoNameGZ *record = block.add<GZ_UndoNameGZ>(myManager, myName.c_str(), name.c_str());
-    myManager->renameGZ(this, name);
-    if (record)
-        record->setGivenName(myName);
-    myManager->gzChanged(this, GZ_CHANGE_NAME);
+    // Under the free-name rule, as any rename: two handles of one name could not be told
+    // apart by the undo records (which find handles by name) nor by a loaded scene.
+    setName(name.c_str());
 }

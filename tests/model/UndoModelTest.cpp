@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <random>
 #include <sstream>
 
 namespace
@@ -26,8 +27,8 @@ struct Checkpoint
     std::string command;
 };
 
-/// One seed's sequence: runs it, then undoes and redoes it all, comparing the saved scene
-/// at every undo depth a command left behind.
+/// One seed's sequence: runs it (with an occasional undo or redo among the changes), then
+/// undoes and redoes it all, comparing the saved scene at every undo depth a command left.
 class UndoRun : public ModelRun
 {
 public:
@@ -41,15 +42,19 @@ public:
         myCheckpoints.clear();
         myCheckpoints[0] = {0.0, scene(), "(the empty scene)"};
         SceneGenerator generate(seed(), shell.director(), /*with_settings=*/false);
+        std::mt19937 chooser(seed());
         for (int i = 0; i < steps; ++i)
         {
-            myLines.push_back(generate.next());
-            std::string fault = runStep(myLines.back());
+            const unsigned roll = chooser() % 100;
+            myLines.push_back(roll < 5 ? "undo" : roll < 8 ? "redo" : generate.next());
+            const std::string &line = myLines.back();
+            std::string fault = line == "undo" || line == "redo" ? moveBy(line) : runStep(line);
             if (!fault.empty())
                 return fault;
         }
-        const int top = undo().getUndoCount();
-        for (int depth = top - 1; depth >= 0; --depth)
+        // Whatever the sequence left to redo is redone at the end too.
+        const int top = undo().getUndoCount() + undo().getRedoCount();
+        for (int depth = undo().getUndoCount() - 1; depth >= 0; --depth)
         {
             std::string fault = moveTo("undo", depth);
             if (!fault.empty())
@@ -79,6 +84,8 @@ private:
         const std::string after = scene();
         if (depth < depth_before)
             return "`" + line + "` dropped undo steps";
+        // A change after an undo discards what could have been redone.
+        myCheckpoints.erase(myCheckpoints.upper_bound(depth_before), myCheckpoints.end());
         if (depth == depth_before)
         {
             // Only the time may change without an undo step; it is no scene change.
@@ -100,6 +107,22 @@ private:
         const std::string errors = shell.takeErrors();
         if (!errors.empty() || undo().getUndoCount() != depth)
             return command + " to depth " + std::to_string(depth) + " failed: " + errors;
+        return compareAt(depth, command);
+    }
+
+    /// An undo or redo in the sequence; with nothing to undo or redo it does nothing.
+    std::string moveBy(const std::string &command)
+    {
+        const bool possible =
+            command == "undo" ? undo().getUndoCount() > 0 : undo().getRedoCount() > 0;
+        if (!possible)
+            return "";
+        return moveTo(command, undo().getUndoCount() + (command == "undo" ? -1 : 1));
+    }
+
+    std::string compareAt(int depth, const std::string &command)
+    {
+        ModelShell &shell = ModelShell::get();
         const auto found = myCheckpoints.find(depth);
         if (found == myCheckpoints.end())
             return "";

@@ -240,13 +240,13 @@ TEST_F(PersistentManager, NodeRenameReplacesTheOldNameAsAWord)
     EXPECT_EQ(undo().getUndoCount(), steps + 2);
     EXPECT_EQ(myManager->getGZIndex("geo1"), -1);
     EXPECT_EQ(myManager->getGZIndex("geo2"), 0);
-    // The rename bypasses the free-name rule, so two handles may share a name; lookups
-    // then find the last.
+    // The new name goes through the free-name rule, so no two handles share a name (undo
+    // records and loaded scenes find handles by name).
     run("pomadd geo3 ptest; pomattach geo3 /obj/geo2");
     myDirector.renameNode(geo, "geo3");
-    EXPECT_EQ(run("pomls"), "geo3\n/obj/geo3 mover\ngeo10\ngeo1_x\nother\ngeo3\n");
+    EXPECT_EQ(run("pomls"), "geo4\n/obj/geo3 mover\ngeo10\ngeo1_x\nother\ngeo3\n");
     EXPECT_EQ(myManager->getGZIndex("geo3"), 5);
-    EXPECT_EQ(myManager->getFreeGZName("geo3"), "geo4");
+    EXPECT_EQ(myManager->getGZIndex("geo4"), 0);
 }
 
 TEST_F(PersistentManager, RemoveAllIsOneStepThatRestoresHandlesAndTheirGroups)
