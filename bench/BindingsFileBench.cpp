@@ -136,6 +136,23 @@ void BM_ReadBindingsFile(benchmark::State &state)
     state.SetComplexityN(blocks);
 }
 
+// Writing a registry read from a file of that many blocks back as a bindings file, as
+// "omwrite" does.
+void BM_WriteBindingsFile(benchmark::State &state)
+{
+    instance();
+    const int blocks = static_cast<int>(state.range(0));
+    HostReader::setSearchPath({bindingsFileDir(blocks)});
+    ReaderManager manager;
+    manager.registerOpHandleBindings();
+    const fs::path out = fs::temp_directory_path() / "gz_bench_bindings_written";
+    for (auto _ : state)
+        if (!manager.writeBindingsFile(out.c_str()))
+            state.SkipWithError("the bindings file could not be written");
+    fs::remove(out);
+    state.SetItemsProcessed(state.iterations() * blocks);
+}
+
 /// A stream buffer that only counts what is written, so that the benchmarks time the
 /// commands rather than the growth of an output buffer.
 class CountingBuffer : public std::streambuf
@@ -227,5 +244,6 @@ void sizes(benchmark::internal::Benchmark *bench)
 }
 
 BENCHMARK(BM_ReadBindingsFile)->Apply(sizes)->MinTime(3.0);
+BENCHMARK(BM_WriteBindingsFile)->Arg(theN)->Arg(10 * theN)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_WhereOverLargeTable)->Apply(sizes)->MinTime(1.0);
 BENCHMARK(BM_ListHandlesOfLargeRegistry)->Apply(sizes)->MinTime(1.0);

@@ -58,6 +58,24 @@ void writeOnly(benchmark::State &state, const char *line)
                             static_cast<int64_t>(out.size()));
 }
 
+/// A line of `count` settings of every value form, each name once.
+std::string settingsLine(int count)
+{
+    static const char *const theValues[] = {
+        "(0.5)", "(1 2 3)", "('text \\'quoted\\'')", "(0.25 0.5 0.75 1)", "(7)", "(0 1)"};
+    std::string line;
+    for (int i = 0; i < count; ++i)
+        line += (i ? " s" : "s") + std::to_string(i) + theValues[i % 6];
+    return line;
+}
+
+// The same work over lines of N settings, at two sizes so that the growth can be read off.
+void BM_SettingParseWriteN(benchmark::State &state)
+{
+    const std::string line = settingsLine(static_cast<int>(state.range(0)));
+    parseAndWrite(state, line.c_str());
+}
+
 void BM_SettingParseWriteTypical(benchmark::State &state)
 {
     parseAndWrite(state, theTypicalLine);
@@ -80,3 +98,4 @@ BENCHMARK(BM_SettingParseWriteTypical);
 BENCHMARK(BM_SettingParseWrite20);
 BENCHMARK(BM_SettingParseTypical);
 BENCHMARK(BM_SettingWriteTypical);
+BENCHMARK(BM_SettingParseWriteN)->Arg(10)->Arg(100);

@@ -3,6 +3,7 @@
 
 #include "host/HostChannelManager.h"
 #include "host/HostCommandArgs.h"
+#include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostOperator.h"
 #include "host/HostParm.h"
@@ -805,7 +806,12 @@ int GZ_OpHandleLink::writeOptions(std::ostream &os, const char *prefix) const
         const StringArray &names = allParmNames(k);
         for (int j = 0; j < static_cast<int>(names.size()) && j < getNumHandleParms(); ++j)
             if (!names[j].empty() && myHandleParmOpnums[j] == k)
-                os << " " << names[j] << ":" << parms[j];
+            {
+                // An expression binding holds quotes and blanks; protected, the pair reads
+                // back as one word.
+                os << " ";
+                HostCommandManager::protectString(os, names[j] + ":" + parms[j]);
+            }
         os << "\n";
     }
     return 1;

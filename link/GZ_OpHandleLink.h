@@ -234,7 +234,8 @@ public:
     void removeInputGroupInterest(int handle_parm_index, InterestCallback callback, int opnum);
 
     // Command operations and their text form.
-    /// One line per attached node: prefix, the node path and "binding:handleparm" pairs.
+    /// One line per attached node: prefix, the node path and "binding:handleparm" pairs,
+    /// each in the command language's protected form.
     int writeOptions(std::ostream &os, const char *prefix) const;
     /// Reads the words writeOptions wrote (argument 2 the node path, then the pairs).
     int runBindCommand(HostCommandArgs &args);

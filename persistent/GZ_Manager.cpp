@@ -127,6 +127,16 @@ void GZ_Manager::removeGZ(GZ_OHLPersistent *handle)
     deleteGZ(handle);
 }
 
+void GZ_Manager::changeGZNodes(GZ_OHLPersistent &handle, const char *label,
+                               const std::function<void()> &change)
+{
+    gz_UndoBlock block(label);
+    block.add<GZ_UndoGZ>(this, &handle);
+    gzChanged(&handle, GZ_CHANGE_REMOVE);
+    change();
+    gzChanged(&handle, GZ_CHANGE_ADD);
+}
+
 void GZ_Manager::removeAllGZs()
 {
     gz_UndoBlock block("Remove All Handles");
@@ -147,7 +157,8 @@ int GZ_Manager::getGZIndex(const char *name) const
 {
     if (!name)
         return -1;
-    // Names are unique unless a node rename made two alike; the last one wins.
+    // Every rename goes through the free-name rule, so names are unique; should two be
+    // alike all the same, the last one wins.
     int best = -1;
     myGZNames.forEachHolder(
         name, [this, &best](const void *holder)
@@ -321,6 +332,16 @@ void GZ_Manager::removeGZfromGroup(int gz_index, int group_index)
     gz_UndoBlock block("Remove From Handle Group");
     block.add<GZ_UndoGroup>(this, group);
     group->eraseMember(handle);
+    groupChanged(group, GZ_CHANGE_MEMBERS);
+}
+
+void GZ_Manager::insertGZinGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group, int member_index)
+{
+    if (!handle || !group || !group->appendMember(handle))
+        return;
+    // Undo only: moving it into place one swap at a time is fine for one handle.
+    for (int i = group->getNumGZs() - 1; i > member_index && i > 0; --i)
+        group->swapGZs(i, i - 1);
     groupChanged(group, GZ_CHANGE_MEMBERS);
 }
 

@@ -6,6 +6,7 @@
 #include "persistent/gz_NameIndex.h"
 #include "persistent/gz_OrderedList.h"
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <unordered_map>
@@ -60,7 +61,12 @@ public:
     /// Creates a handle that copies a live link (template, nodes, bindings, settings).
     int addGZ(const char *name, const GZ_OpHandleLink &link);
     void removeGZ(GZ_OHLPersistent *handle);
-    /// Deletes every handle; undoing it restores the handles but not their groups.
+    /// Changes the nodes of a handle (attach, detach, clear) in one undo block labelled
+    /// `label`, whose record keeps the handle's former lines; listeners hear a removal
+    /// before and an addition after.
+    void changeGZNodes(GZ_OHLPersistent &handle, const char *label,
+                       const std::function<void()> &change);
+    /// Deletes every handle; undoing it restores the handles and their places in groups.
     void removeAllGZs();
     int getNumGZs() const { return myMasterGroup.getNumGZs(); }
     GZ_OHLPersistent *getGZ(int index) const { return myMasterGroup.getGZ(index); }
@@ -85,6 +91,9 @@ public:
     void addGZtoGroup(int gz_index, int group_index);
     void removeGZfromGroup(int gz_index, int group_index);
     void clearGroup(int group_index);
+    /// Puts a handle into a group at a member index (at the end when the index is past it)
+    /// without an undo record, as undo does when it re-creates a handle that was a member.
+    void insertGZinGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group, int member_index);
     void swapGroups(int i, int j);
     std::string getFreeGroupName(const char *name) const;
     /// The group of all handles ("Handles"), in their user-visible order.

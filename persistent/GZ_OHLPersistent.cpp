@@ -191,9 +191,10 @@ void GZ_OHLPersistent::handleOpChange(HostNode *node, HostNodeEvent event, void 
         }
         if (getNumOps() > 1)
         {
-            myManager->gzChanged(this, GZ_CHANGE_REMOVE);
-            detach(*node);
-            myManager->gzChanged(this, GZ_CHANGE_ADD);
+            // Recorded as pomdetach is: the node's deletion is recorded after this (its
+            // snapshot is added once it is gone), so undo brings the node back first and
+            // then attaches it again.
+            myManager->changeGZNodes(*this, "Detach Op From Handle", [&]() { detach(*node); });
             return;
         }
         myManager->removeGZ(this); // deletes this handle
@@ -205,9 +206,15 @@ void GZ_OHLPersistent::handleOpChange(HostNode *node, HostNodeEvent event, void 
 
 void GZ_OHLPersistent::nodeRenamed(HostNode &node, const char *old_name)
 {
+    // The rename is recorded, and undo or redo of the node rename plays the record back.
+    // Following the node again then would rename by the reverse word replacement, which
+    // also matches names that the forward one left alone ("b c" when "c" becomes "geo2").
+    if (HostUndoManager::current().isPlayingBack())
+        return;
     std::string name = myName;
     if (!replaceWord(name, old_name, node.getName()))
         return;
-    myManager->renameGZ(this, name);
-    myManager->gzChanged(this, GZ_CHANGE_NAME);
+    // Under the free-name rule, as any rename: two handles of one name could not be told
+    // apart by the undo records (which find handles by name) nor by a loaded scene.
+    setName(name.c_str());
 }

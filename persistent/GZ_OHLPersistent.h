@@ -36,6 +36,8 @@ public:
     const GZ_SettingList &getSettingList() const { return mySettingList; }
     GZ_OpHandleLink *getGZOwner() const { return myOwner; }
     GZ_Manager *getManager() const { return myManager; }
+    /// The groups that hold this handle (the master group is not among them).
+    const std::vector<GZ_OHLGroup *> &getGroups() const { return myGroups; }
 
     /// Renames under the free-name rule ("Change Handle Name").
     void setName(const char *name);

@@ -58,9 +58,31 @@ void GZ_Undo::runScript() const
 }
 
 GZ_UndoGZ::GZ_UndoGZ(GZ_Manager *manager, GZ_OHLPersistent *handle)
-    : GZ_Undo(manager, handle->getName())
+    : GZ_Undo(manager, handle->getName()), myMemberships(membershipsOf(*handle))
 {
     setScript(gzScript(manager, manager->getGZIndex(handle)));
+}
+
+std::vector<GZ_UndoGZ::Membership> GZ_UndoGZ::membershipsOf(const GZ_OHLPersistent &handle)
+{
+    std::vector<Membership> memberships;
+    for (const GZ_OHLGroup *group : handle.getGroups())
+        memberships.push_back({group->getName(), group->getGZIndex(&handle)});
+    return memberships;
+}
+
+void GZ_UndoGZ::recreate(const std::vector<Membership> &memberships) const
+{
+    const int count = myManager->getNumGZs();
+    runScript();
+    // The script appends the handle; finding it by name could find another one that the
+    // free-name rule let keep the name.
+    if (myManager->getNumGZs() != count + 1)
+        return;
+    GZ_OHLPersistent *handle = myManager->getGZ(count);
+    for (const Membership &membership : memberships)
+        myManager->insertGZinGroup(handle, findGroup(myManager, membership.group),
+                                   membership.index);
 }
 
 GZ_OHLPersistent *GZ_UndoGZ::find() const
@@ -77,8 +99,9 @@ void GZ_UndoGZ::swap()
     if (!handle)
         return;
     const std::string current = gzScript(myManager, index);
+    const std::vector<Membership> groups = membershipsOf(*handle);
     myManager->removeGZ(handle);
-    runScript();
+    recreate(groups);
     setScript(current);
 }
 
@@ -90,12 +113,12 @@ void GZ_UndoAddGZ::undo()
 
 void GZ_UndoAddGZ::redo()
 {
-    runScript();
+    recreate(memberships());
 }
 
 void GZ_UndoRemoveGZ::undo()
 {
-    runScript();
+    recreate(memberships());
 }
 
 void GZ_UndoRemoveGZ::redo()
@@ -169,16 +192,13 @@ GZ_UndoNameGZ::GZ_UndoNameGZ(GZ_Manager *manager, const char *old_name, const ch
 
 void GZ_UndoNameGZ::undo()
 {
-    if (!gotRequestedName())
-        return;
-    if (GZ_OHLPersistent *handle = findGZ(myManager, myNewName))
+    if (GZ_OHLPersistent *handle = findGZ(myManager, givenName()))
         handle->setName(myOldName.c_str());
 }
 
+// The scene is as it was before the rename, so the requested name gives the same name.
 void GZ_UndoNameGZ::redo()
 {
-    if (!gotRequestedName())
-        return;
     if (GZ_OHLPersistent *handle = findGZ(myManager, myOldName))
         handle->setName(myNewName.c_str());
 }
@@ -190,16 +210,13 @@ GZ_UndoNameGroup::GZ_UndoNameGroup(GZ_Manager *manager, const char *old_name, co
 
 void GZ_UndoNameGroup::undo()
 {
-    if (!gotRequestedName())
-        return;
-    if (GZ_OHLGroup *group = findGroup(myManager, myNewName))
+    if (GZ_OHLGroup *group = findGroup(myManager, givenName()))
         group->setName(myOldName.c_str());
 }
 
+// The scene is as it was before the rename, so the requested name gives the same name.
 void GZ_UndoNameGroup::redo()
 {
-    if (!gotRequestedName())
-        return;
     if (GZ_OHLGroup *group = findGroup(myManager, myOldName))
         group->setName(myNewName.c_str());
 }

@@ -5,6 +5,7 @@
 #include "host/HostUndo.h"
 
 #include <string>
+#include <vector>
 
 class GZ_Manager;
 class GZ_OHLGroup;
@@ -44,7 +45,9 @@ private:
 
 /// Attaching, detaching or clearing the nodes of a handle: undo and redo both swap the
 /// handle's current form with the stored one (deleting the handle and re-running the
-/// script, so the handle moves to the end of the list).
+/// script, so the handle moves to the end of the list). The script does not hold group
+/// membership, so the record also keeps the handle's place in each group that held it and
+/// puts the re-created handle back there.
 class GZ_UndoGZ : public GZ_Undo
 {
 public:
@@ -53,8 +56,24 @@ public:
     void redo() override { swap(); }
 
 protected:
+    /// A group that held the handle, and the handle's index among its members.
+    struct Membership
+    {
+        std::string group;
+        int index;
+    };
+
     void swap();
     GZ_OHLPersistent *find() const;
+    /// Runs the script and puts the handle it made into the groups of `memberships`.
+    void recreate(const std::vector<Membership> &memberships) const;
+    const std::vector<Membership> &memberships() const { return myMemberships; }
+
+private:
+    static std::vector<Membership> membershipsOf(const GZ_OHLPersistent &handle);
+
+    /// The handle's groups when the record was made.
+    std::vector<Membership> myMemberships;
 };
 
 /// Creating a handle: undo deletes it, redo re-creates it from the script.
@@ -137,8 +156,9 @@ private:
     GZ_Manager *myManager;
 };
 
-/// A handle rename: keeps the old name and the name that was asked for. When the free-name
-/// rule gave a numbered variant instead, playback does nothing.
+/// A handle rename: keeps the old name, the name that was asked for and the name given (a
+/// numbered variant when the requested one was taken). Undo renames the object of the
+/// given name back; redo asks for the requested name again.
 class GZ_UndoNameGZ : public HostUndo
 {
 public:
@@ -149,9 +169,9 @@ public:
     void setGivenName(const std::string &name) { myGivenName = name; }
 
 private:
-    /// Whether the rename gave the requested name; when not, the requested name may belong
-    /// to another object, and playing the record back would rename that one.
-    bool gotRequestedName() const { return myGivenName == myNewName; }
+    /// The name the rename gave, which may be a numbered variant of the requested one: undo
+    /// looks the object up by it, as the requested name may belong to another object.
+    const std::string &givenName() const { return myGivenName.empty() ? myNewName : myGivenName; }
 
     std::string myOldName;
     std::string myNewName;
@@ -169,9 +189,9 @@ public:
     void setGivenName(const std::string &name) { myGivenName = name; }
 
 private:
-    /// Whether the rename gave the requested name; when not, the requested name may belong
-    /// to another object, and playing the record back would rename that one.
-    bool gotRequestedName() const { return myGivenName == myNewName; }
+    /// The name the rename gave, which may be a numbered variant of the requested one: undo
+    /// looks the object up by it, as the requested name may belong to another object.
+    const std::string &givenName() const { return myGivenName.empty() ? myNewName : myGivenName; }
 
     std::string myOldName;
     std::string myNewName;

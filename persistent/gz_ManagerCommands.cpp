@@ -181,18 +181,6 @@ void pomset(GZ_Manager &manager, HostCommandArgs &args)
         applyOptions(*handle, args, /*print=*/true);
 }
 
-// pomattach, pomdetach and pomclear change a handle's nodes the same way: one undo block
-// whose record keeps the handle's former lines, listeners told of a removal and a re-add.
-template <typename Change>
-void changeNodes(GZ_Manager &manager, GZ_OHLPersistent &handle, const char *label, Change change)
-{
-    gz_UndoBlock block(label);
-    block.add<GZ_UndoGZ>(&manager, &handle);
-    manager.gzChanged(&handle, GZ_CHANGE_REMOVE);
-    change();
-    manager.gzChanged(&handle, GZ_CHANGE_ADD);
-}
-
 // The -g forms of pomattach and pomdetach: the group, then each handle in turn.
 template <typename Change>
 void changeMembers(GZ_Manager &manager, HostCommandArgs &args, Change change)
@@ -226,12 +214,12 @@ void pomattach(GZ_Manager &manager, HostCommandArgs &args)
     GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1));
     if (!handle)
         return;
-    changeNodes(manager, *handle, "Attach Op To Handle",
-                [&]()
-                {
-                    handle->id(args.found('i') ? args.iargp('i') : -1);
-                    handle->runBindCommand(args);
-                });
+    manager.changeGZNodes(*handle, "Attach Op To Handle",
+                          [&]()
+                          {
+                              handle->id(args.found('i') ? args.iargp('i') : -1);
+                              handle->runBindCommand(args);
+                          });
 }
 
 void pomdetach(GZ_Manager &manager, HostCommandArgs &args)
@@ -245,8 +233,8 @@ void pomdetach(GZ_Manager &manager, HostCommandArgs &args)
     GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1));
     if (!handle)
         return;
-    changeNodes(manager, *handle, "Detach Op From Handle",
-                [&]() { handle->runUnbindCommand(args); });
+    manager.changeGZNodes(*handle, "Detach Op From Handle",
+                          [&]() { handle->runUnbindCommand(args); });
 }
 
 void pomclear(GZ_Manager &manager, HostCommandArgs &args)
@@ -265,8 +253,8 @@ void pomclear(GZ_Manager &manager, HostCommandArgs &args)
     GZ_OHLPersistent *handle = findGZOrReport(manager, args, args.arg(1));
     if (!handle)
         return;
-    changeNodes(manager, *handle, "Clear Ops From Handle",
-                [&]() { handle->runUnbindCommand(args); });
+    manager.changeGZNodes(*handle, "Clear Ops From Handle",
+                          [&]() { handle->runUnbindCommand(args); });
 }
 
 void pomls(GZ_Manager &manager, HostCommandArgs &args)

@@ -100,9 +100,7 @@ GZ_ResourceManager::~GZ_ResourceManager()
     mySelectors.clear();
     myHandleBindings.clear();
     mySelectorBindings.clear();
-    for (auto &entry : myOpGZSettingTable)
-        delete entry.second.mySettings;
-    myOpGZSettingTable.clear();
+    clearOpGZSettings();
     myLastGZSettingTable.clear();
     // A second manager (made after the first was destroyed) never became the instance and
     // must not clear it.

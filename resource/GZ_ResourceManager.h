@@ -149,6 +149,9 @@ public:
     void saveGZSettingsToTables(GZ_OpHandleLink &link);
     void loadGZSettingsFromTables(GZ_OpHandleLink &link, bool use_last_table) const;
     void removeGZSettingsFromTables(const GZ_OpHandleLink &link);
+    /// Forgets the settings of every handle on every node (the per-operator table), as a
+    /// new or loaded scene starts without them; the last table belongs to the session.
+    void clearOpGZSettings();
     /// The default settings of the first binding of `op` with that handle type and
     /// description; null when there is none.
     const GZ_SettingList *getDefaultGZSettings(HostOperator &op, const char *type,

@@ -12,6 +12,7 @@
 #include "resource/gz_OpHandleEntry.h"
 #include "resource/gz_OpSelectorEntry.h"
 
+#include <algorithm>
 #include <cctype>
 #include <climits>
 #include <cstdio>
@@ -559,18 +560,57 @@ void GZ_ResourceManager::loadSelector(HostPreprocessor &pp, const std::string &n
 namespace
 {
 
+/// Writes text in double quotes, with a backslash before each backslash and double quote,
+/// which the reader's quoted strings take as escapes.
+void writeQuoted(std::ostream &os, const std::string &text)
+{
+    os << '"';
+    for (char c : text)
+    {
+        if (c == '\\' || c == '"')
+            os << '\\';
+        os << c;
+    }
+    os << '"';
+}
+
+/// Writes a string so that the reader reads it back as one token equal to it: as it is when
+/// it is one word that cannot be taken for a quote, comment or brace, else quoted. (Prompts
+/// hold blanks, and menus and operator parameters may be empty.)
+void writeToken(std::ostream &os, const std::string &text)
+{
+    const bool plain = !text.empty() && std::string("\"'#{}").find(text[0]) == std::string::npos &&
+                       std::none_of(text.begin(), text.end(),
+                                    [](char c) { return static_cast<unsigned char>(c) <= ' '; });
+    if (plain)
+        os << text;
+    else
+        writeQuoted(os, text);
+}
+
 void writeSelectors(std::ostream &os, const gz_OpSelectorEntry &entry)
 {
     for (const GZ_BindingSelectorInfo &selector : entry.selectors())
     {
-        os << "    bindselector " << selector.getName() << " " << selector.getDescription()
-           << "\n    {\n"
-           << "\t" << selector.getPrompt() << "\n\t" << selector.getOpParm() << " "
-           << selector.getOpInput() << " " << (selector.getOpInputReq() ? 1 : 0) << " "
-           << selector.getPrimMask() << " " << (selector.getAllowDrag() ? 1 : 0) << " "
-           << selector.getMenu() << " " << (selector.getAstSelAll() ? 1 : 0) << "\n";
+        os << "    bindselector ";
+        writeToken(os, selector.getName());
+        os << " ";
+        writeToken(os, selector.getDescription());
+        os << "\n    {\n\t";
+        writeToken(os, selector.getPrompt());
+        os << "\n\t";
+        writeToken(os, selector.getOpParm());
+        os << " " << selector.getOpInput() << " " << (selector.getOpInputReq() ? 1 : 0) << " ";
+        writeToken(os, selector.getPrimMask());
+        os << " " << (selector.getAllowDrag() ? 1 : 0) << " ";
+        writeToken(os, selector.getMenu());
+        os << " " << (selector.getAstSelAll() ? 1 : 0) << "\n";
         if (!selector.getExtraInfo().empty())
-            os << "\t" << selector.getExtraInfo() << "\n";
+        {
+            os << "\t";
+            writeToken(os, selector.getExtraInfo());
+            os << "\n";
+        }
         os << "    }\n";
     }
 }
@@ -600,8 +640,13 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
         for (const GZ_BindingHandleInfo &handle : item.second->handles())
         {
             handle.getDefaultSettings().generateSettingString(settings);
-            os << "    bindhandle " << handle.getGZName() << " " << handle.getGZDescription()
-               << " \"" << settings << "\"\n    {\n";
+            os << "    bindhandle ";
+            writeToken(os, handle.getGZName());
+            os << " ";
+            writeToken(os, handle.getGZDescription());
+            os << " ";
+            writeQuoted(os, settings);
+            os << "\n    {\n";
             for (const GZ_BindingParmInfo &link : handle.getBindings())
                 os << "\t" << link.getOpParm() << " " << link.getGZParm() << "\n";
             os << "    }\n";

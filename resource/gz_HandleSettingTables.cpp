@@ -10,7 +10,11 @@
 #include "resource/GZ_GZTemplate.h"
 #include "resource/gz_Strings.h"
 
+#include <algorithm>
 #include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
 
 GZ_ResourceManager::GZ_OpGZKey::GZ_OpGZKey(const char *name, const char *type, int op_id)
     : myGZNameInSettingTable(gz::str(name)), myGZType(gz::str(type)), myOpId(op_id)
@@ -278,6 +282,13 @@ void GZ_ResourceManager::removeGZSettingsFromTables(HostOperator &op)
 // ---------------------------------------------------------------------------------------
 // Saved scenes
 
+void GZ_ResourceManager::clearOpGZSettings()
+{
+    for (auto &entry : myOpGZSettingTable)
+        delete entry.second.mySettings;
+    myOpGZSettingTable.clear();
+}
+
 HostErrorSeverity GZ_ResourceManager::saveSettings(std::ostream &os)
 {
     // Copy first: a callback may add or remove callbacks while the scene is saved.
@@ -285,14 +296,21 @@ HostErrorSeverity GZ_ResourceManager::saveSettings(std::ostream &os)
     for (const auto &callback : callbacks)
         callback.first(callback.second);
 
+    // In node path and handle name order: the table's own order depends on its history, and
+    // a loaded scene must save the same bytes.
     const HostDirector *director = HostDirector::instance();
+    using Entry = decltype(myOpGZSettingTable)::value_type;
+    std::vector<std::pair<std::string, const Entry *>> entries;
     for (const auto &entry : myOpGZSettingTable)
+        if (HostNode *node = director->findNodeById(entry.first.opId()))
+            entries.emplace_back(node->getFullPath() + '\0' + entry.first.gzNameInSettingTable(),
+                                 &entry);
+    std::sort(entries.begin(), entries.end());
+    for (const auto &sorted : entries)
     {
-        const GZ_OpGZKey &key = entry.first;
-        const GZ_SettingList &settings = *entry.second.mySettings;
+        const GZ_OpGZKey &key = sorted.second->first;
+        const GZ_SettingList &settings = *sorted.second->second.mySettings;
         HostNode *node = director->findNodeById(key.opId());
-        if (!node)
-            continue;
         const GZ_SettingList *defaults =
             node->getOperator() ? getDefaultGZSettings(*node->getOperator(), key.gzType().c_str(),
                                                        key.gzNameInSettingTable().c_str())

@@ -216,8 +216,7 @@ void cmdSceneNew(Shell &shell, HostCommandArgs &args)
 {
     if (!shellCheckCount(args, 1, 1))
         return;
-    ShellPersistent::clear(shell.director());
-    shell.director().clearScene();
+    ShellScene::clear(shell.director());
 }
 
 void cmdSceneSave(Shell &shell, HostCommandArgs &args)
@@ -242,8 +241,7 @@ void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
         return;
     HostDirector &director = shell.director();
     HostCommandManager &commands = shell.commands();
-    ShellPersistent::clear(director);
-    director.clearScene();
+    ShellScene::clear(director);
     const bool was_loading = director.isLoading();
     const bool commands_loading = commands.isLoading();
     director.setLoading(true);

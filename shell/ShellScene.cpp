@@ -3,6 +3,7 @@
 
 #include "shell/ShellChannels.h"
 #include "shell/ShellParmAccess.h"
+#include "shell/ShellPersistent.h"
 
 #include "host/HostChoiceList.h"
 #include "host/HostCommandManager.h"
@@ -10,10 +11,19 @@
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
+#include "resource/GZ_ResourceManager.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <ostream>
+
+void ShellScene::clear(HostDirector &director)
+{
+    ShellPersistent::clear(director);
+    if (GZ_ResourceManager *resources = GZgetResourceManager())
+        resources->clearOpGZSettings();
+    director.clearScene();
+}
 
 std::string ShellScene::formatNumber(double value)
 {

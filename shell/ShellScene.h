@@ -33,6 +33,9 @@ public:
     /// Writes the parmset line of one parameter (nothing when every component is at its
     /// default).
     static void writeParm(std::ostream &os, const std::string &path, const HostParm &parm);
+    /// Empties the scene as scenenew does: nodes, time, undo history, persistent handles and
+    /// the handle settings recorded per node, so that nothing of it reaches the next scene.
+    static void clear(HostDirector &director);
     /// The shortest decimal text that reads back as exactly `value`.
     static std::string formatNumber(double value);
 };

@@ -151,3 +151,31 @@ TEST(BindingCommands, SettingsCommandChecksItsArguments)
                                 "an op name, and op settings.\n");
     EXPECT_EQ(short_of_one.out, "");
 }
+
+TEST(BindingCommands, SavedSettingsAreInNodeAndHandleOrderAndGoWithTheScene)
+{
+    // The table's own order depends on its history; a loaded scene must save the same bytes.
+    SceneScope scene;
+    HostOperator *op =
+        gztest::addOperator(HOST_NETWORK_OBJECT, "bc_order", gztest::transformTemplates());
+    for (const char *name : {"z", "m", "a"})
+        ASSERT_NE(scene.director().createNode(op->getName(), std::string("/obj/") + name), nullptr);
+    EXPECT_EQ(run("omparm h2 xform /obj/z 'scale(2)'; omparm h1 xform /obj/a 'scale(1)'\n"
+                  "omparm h1 xform /obj/m 'scale(3)'; omparm h0 xform /obj/a 'scale(4)'\n"
+                  "omparm h3 xform /obj 'scale(5)'")
+                  .err,
+              "");
+    std::ostringstream os;
+    EXPECT_EQ(saveGZResourceManagerCallback(os), HOST_ERR_NONE);
+    EXPECT_EQ(os.str(), "omparm h3 xform /obj \"scale(5)\"\n"
+                        "omparm h0 xform /obj/a \"scale(4)\"\n"
+                        "omparm h1 xform /obj/a \"scale(1)\"\n"
+                        "omparm h1 xform /obj/m \"scale(3)\"\n"
+                        "omparm h2 xform /obj/z \"scale(2)\"\n");
+
+    // /obj outlives every scene, so its settings would reach the next one.
+    gztest::instance().clearOpGZSettings();
+    std::ostringstream after;
+    EXPECT_EQ(saveGZResourceManagerCallback(after), HOST_ERR_NONE);
+    EXPECT_EQ(after.str(), "");
+}

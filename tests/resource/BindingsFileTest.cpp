@@ -214,11 +214,15 @@ TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
     ASSERT_EQ(made.bindSelector(box, "everything", "f", "Pick", "group", 0, 1, "all", 0, "m", 0, "",
                                 false),
               1);
+    // Prompts with blanks, and empty parameters and menus, are quoted.
+    ASSERT_EQ(made.bindSelector(box, "everything", "two words", "Pick \"one\"", "", 0, 1, "all", 0,
+                                "", 0, "#not a comment", false),
+              1);
     const std::string from_bindings = made.written();
     EXPECT_EQ(from_bindings, "Sop/bf_box\n"
                              "{\n"
                              "    bindhandle xform b \"color(1 0 0) scale(0.10000000000000001) "
-                             "name('a\\'b')\"\n"
+                             "name('a\\\\'b')\"\n"
                              "    {\n"
                              "\ttx tx\n"
                              "\t{ t } sx\n"
@@ -227,6 +231,12 @@ TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
                              "    {\n"
                              "\tPick\n"
                              "\tgroup 0 1 all 0 m 0\n"
+                             "    }\n"
+                             "    bindselector everything \"two words\"\n"
+                             "    {\n"
+                             "\t\"Pick \\\"one\\\"\"\n"
+                             "\t\"\" 0 1 all 0 \"\" 0\n"
+                             "\t\"#not a comment\"\n"
                              "    }\n"
                              "}\n"
                              "\n"
@@ -250,12 +260,9 @@ TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
                              "\n");
     std::ofstream(dir / "OPbindings", std::ios::binary) << from_bindings;
     FileManager reread;
-    // A quote inside a settings string is the one thing the file form cannot carry: the
-    // reader takes the backslash before it as its own escape.
-    EXPECT_NE(reread.readFrom(dir.string()), "");
-    std::string expected = from_bindings;
-    replaceAll(expected, " name('a\\'b')", "");
-    EXPECT_EQ(reread.written(), expected);
+    // Settings escapes, blanks, empty fields and '#' all read back.
+    EXPECT_EQ(reread.readFrom(dir.string()), "");
+    EXPECT_EQ(reread.written(), from_bindings);
     fs::remove_all(dir);
 }
 

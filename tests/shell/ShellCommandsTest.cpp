@@ -1,5 +1,6 @@
 // Host commands seen from the library's side: node events and the undo steps they make.
 #include "shell/Shell.h"
+#include "shell/ShellScene.h"
 
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
@@ -156,4 +157,18 @@ TEST_F(ShellFixture, ViewerClassesAreJoinedToTheirTemplatesByName)
     run("handledrag /obj/geo1 ladder tx 1");
     EXPECT_EQ(err.str(), "handledrag: gzsh cannot show handles of type ladder\n");
     run("omunbind -t obj geo ladder");
+}
+
+TEST_F(ShellFixture, NewAndLoadedScenesStartWithoutTheLastScenesHandleSettings)
+{
+    // /obj outlives every scene; settings recorded on it must not.
+    run("omparm hud xform /obj 'scale(2)'; pomadd h xform");
+    std::ostringstream before;
+    ShellScene::write(before, shell().director());
+    EXPECT_NE(before.str().find("omparm hud xform /obj"), std::string::npos);
+    run("scenenew");
+    std::ostringstream after;
+    ShellScene::write(after, shell().director());
+    EXPECT_EQ(after.str(), "");
+    EXPECT_EQ(err.str(), "");
 }

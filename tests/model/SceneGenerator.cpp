@@ -1,0 +1,398 @@
+// SceneGenerator: random gzsh command lines that change a scene, for the model tests.
+#include "SceneGenerator.h"
+
+#include "host/HostCommandParser.h"
+#include "host/HostDirector.h"
+#include "host/HostNetwork.h"
+#include "host/HostNode.h"
+#include "persistent/GZ_Manager.h"
+#include "persistent/GZ_OHLGroup.h"
+#include "persistent/GZ_OHLPersistent.h"
+
+#include <cstdio>
+
+namespace
+{
+std::string quoted(const std::string &word)
+{
+    return HostCommandParser::protect(word);
+}
+
+void collectNodes(const HostNode &node, std::vector<std::string> &paths)
+{
+    paths.push_back(node.getFullPath());
+    if (const HostNetwork *children = node.getChildNetwork())
+        for (int i = 0; i < children->getNumNodes(); ++i)
+            collectNodes(*children->getNode(i), paths);
+}
+} // namespace
+
+SceneGenerator::SceneGenerator(unsigned seed, const HostDirector &director, bool with_settings)
+    : myRng(seed), myDirector(director), myWithSettings(with_settings)
+{
+}
+
+std::string SceneGenerator::next()
+{
+    // Weights favour the commands that build and change the scene, so that sequences reach
+    // scenes with many handles, keys and attachments.
+    using Maker = std::string (SceneGenerator::*)();
+    static const std::vector<std::pair<int, Maker>> theMakers = {
+        {14, &SceneGenerator::nodeCommand},    {14, &SceneGenerator::parmCommand},
+        {12, &SceneGenerator::channelCommand}, {24, &SceneGenerator::handleCommand},
+        {12, &SceneGenerator::groupCommand},   {12, &SceneGenerator::dragCommand},
+        {5, &SceneGenerator::settingsCommand}, {7, &SceneGenerator::readCommand}};
+    for (;;)
+    {
+        int roll = below(100);
+        for (const auto &[weight, maker] : theMakers)
+        {
+            if (roll < weight)
+            {
+                std::string line = (this->*maker)();
+                if (!line.empty())
+                    return line;
+                break;
+            }
+            roll -= weight;
+        }
+    }
+}
+
+std::string SceneGenerator::nodeCommand()
+{
+    const int kind = below(10);
+    if (kind < 5)
+    {
+        // Objects under /obj, operators inside a geometry object (also with a free name).
+        std::vector<std::string> geos;
+        for (const std::string &path : nodePaths())
+            if (path.rfind("/obj/", 0) == 0 && path.find('/', 5) == std::string::npos)
+                geos.push_back(path);
+        if (!geos.empty() && chance(40))
+            return std::string("nodeadd ") + pick({"xform", "box", "sphere", "null"}) + " " +
+                   geos[below(static_cast<int>(geos.size()))] + "/" +
+                   (chance(50) ? "" : pick({"xform1", "n-2", "sop.a"}));
+        return std::string("nodeadd ") + pick({"geo", "geo", "null", "cam"}) + " /obj/" +
+               (chance(30) ? "" : pick({"geo1", "geo2", "a", "b_1", "n.3"}));
+    }
+    if (kind < 8)
+        return "nodemv " + nodePath() + " " + pick({"geo1", "geo2", "a", "c", "renamed", "xform1"});
+    return "noderm " + nodePath() + (chance(20) ? " " + nodePath() : "");
+}
+
+std::string SceneGenerator::parmCommand()
+{
+    const std::string path = nodePath();
+    switch (below(6))
+    {
+    case 0:
+        return "parmset " + path + " " + pick({"t", "r", "s", "p"}) + " " + number() + " " +
+               number() + (chance(50) ? " " + number() : "");
+    case 1:
+        return "parmset " + path + " rOrd " + pick({"zyx", "xzy", "1", "bogus"});
+    case 2:
+        return "parmset " + path + " group " + quoted(pick({"", "a b", "it's \"q\"", "@x"}));
+    case 3:
+        return "parmset -e " + path + " " + channel() + " " +
+               quoted(pick({"$T*2", "ch(\"tx\")+1", "sin($F)*3", "1/0", "ch(\"../a/ty\")"}));
+    case 4:
+        return "parmset -p " + path + " " + channel() + " " + quoted("frame() * 2");
+    default:
+        return "parmset " + path + " " + channel() + " " + number();
+    }
+}
+
+std::string SceneGenerator::channelCommand()
+{
+    const std::string path = nodePath();
+    switch (below(6))
+    {
+    case 0:
+        return "chkey " + path + " " + channel() + " " + number() +
+               (chance(70) ? " " + number() : "");
+    case 1:
+        return "chkey " + path + " " + pick({"t", "r"});
+    case 2:
+        return "chkeyrm " + path + " " + channel() + " " + pick({"0", "1", "0.5"});
+    case 3:
+        return "chrm " + path + " " + channel();
+    case 4:
+        return "chcp " + path + "/" + channel() + " " + nodePath() + "/" + channel();
+    default:
+        return std::string("tcur ") + pick({"0", "0.5", "1", "2.25"});
+    }
+}
+
+std::string SceneGenerator::handleCommand()
+{
+    const std::string name = handleName();
+    switch (below(9))
+    {
+    case 0:
+    case 1:
+        return "pomadd " + (chance(40) ? options() : "") +
+               quoted(pick({"h", "h1", "Handle", "", "x9", "a b", "it's"})) + " " +
+               pick({"xform", "xform", "translate", "rotate", "nosuch"});
+    case 2:
+    case 3:
+    {
+        std::string line = "pomattach " +
+                           (chance(50) ? "-i " + std::to_string(below(9)) + " " : "") + name + " " +
+                           nodePath();
+        for (int n = below(4); n > 0; --n)
+            line += " " + bindingPair();
+        return line;
+    }
+    case 4:
+        return "pomdetach " + name + (chance(60) ? " " + nodePath() : "");
+    case 5:
+        return "pomclear " + name;
+    case 6:
+        return "pomremove " + name;
+    case 7:
+        return "pomset " + options() + name;
+    default:
+        return "pomrename " + name + " " + quoted(pick({"h", "renamed", "x9", "Handle", "b c"}));
+    }
+}
+
+std::string SceneGenerator::groupCommand()
+{
+    const std::string group = groupName();
+    switch (below(8))
+    {
+    case 0:
+        return std::string("pomadd -g ") + (chance(30) ? "-v " : "") +
+               quoted(pick({"g", "g1", "", "all of them"}));
+    case 1:
+    case 2:
+    {
+        std::string line = "pomattach -g " + group;
+        for (int n = 1 + below(3); n > 0; --n)
+            line += " " + handleName();
+        return line;
+    }
+    case 3:
+        return "pomdetach -g " + group + " " + handleName();
+    case 4:
+        return "pomclear -g " + group;
+    case 5:
+        return "pomremove -g " + group;
+    case 6:
+        return "pomset -g " + options() + group;
+    default:
+        return "pomrename -g " + group + " " + quoted(pick({"g", "grp", "Group", "x y"}));
+    }
+}
+
+std::string SceneGenerator::dragCommand()
+{
+    std::string line = std::string("handledrag ") + (chance(50) ? "-k " : "") + "-P " +
+                       handleName() + " " +
+                       pick({"tx", "ty", "tz", "rx", "ry", "sx", "uniform_scale"});
+    for (int n = 1 + below(3); n > 0; --n)
+        line += " " + number();
+    return line;
+}
+
+std::string SceneGenerator::settingsCommand()
+{
+    if (!myWithSettings)
+        return "";
+    if (chance(50))
+        return "pomparm " + (chance(20) ? "-g " + groupName() : handleName()) + " " +
+               quoted(settings());
+    return std::string("omparm ") + pick({"xform", "hud"}) + " xform " + nodePath() + " " +
+           quoted(settings());
+}
+
+std::string SceneGenerator::readCommand()
+{
+    switch (below(6))
+    {
+    case 0:
+        return "pomls" + (chance(50) ? " " + handleName() : "");
+    case 1:
+        return "pomls -g" + (chance(50) ? " " + groupName() : "");
+    case 2:
+        return chance(50) ? "pomscript -g" : "pomscript";
+    case 3:
+        return "pomset " + handleName();
+    case 4:
+        return "handleget -P " + handleName() + " " + pick({"tx", "ty", "rx"});
+    default:
+        return "chkeyls " + nodePath() + " " + pick({"t", "tx", "r"});
+    }
+}
+
+std::string SceneGenerator::bindingCommand()
+{
+    const bool object = chance(33);
+    const std::string table = object ? "-t obj " : "-t sop ";
+    const std::string op =
+        object ? pick({"geo", "null", "cam"}) : pick({"xform", "box", "sphere", "null"});
+    switch (below(8))
+    {
+    case 0:
+        return "omunbind " + table + op +
+               (chance(50) ? std::string(":") + pick({"tx", "t", "ry"}) : "") +
+               (chance(50) ? std::string(" ") + pick({"d1", "d2", "d3"}) : "");
+    case 1:
+        return "omsunbind " + table + op +
+               (chance(50) ? std::string(" ") + pick({"s1", "s2"}) : "");
+    case 2:
+        // Prompts with blanks, and empty parameters and menus, need quoting in the file.
+        return "omsbind " + table + op + ":" + pick({"group", ""}) + " " +
+               pick({"everything", "prims", "objselect", "edges"}) + " " +
+               pick({"s1", "s2", "'s 3'"}) + " " + pick({"Select", "'Pick it'"}) + " " +
+               std::to_string(below(3)) + " " + std::to_string(below(2)) + " " +
+               pick({"all", "poly", "''"}) + " " + std::to_string(below(2)) + " " +
+               pick({"''", "menu"}) + " " + std::to_string(below(2));
+    default:
+        return "ombind " + table + (chance(50) ? "-d " + quoted(settings()) + " " : "") +
+               pick({"d1", "d2", "d3", "'d 4'"}) + " " + op + ":" +
+               pick({"tx", "ty", "tz", "rx", "t", "r", "scale"}) + " " +
+               pick({"xform", "translate", "rotate"}) + ":" +
+               pick({"tx", "ty", "tz", "rx", "ry", "sx", "uniform_scale"});
+    }
+}
+
+std::vector<std::string> SceneGenerator::nodePaths() const
+{
+    std::vector<std::string> paths;
+    if (const HostNode *obj = myDirector.findNode("/obj"))
+        if (const HostNetwork *children = obj->getChildNetwork())
+            for (int i = 0; i < children->getNumNodes(); ++i)
+                collectNodes(*children->getNode(i), paths);
+    return paths;
+}
+
+std::vector<std::string> SceneGenerator::handleNames() const
+{
+    std::vector<std::string> names;
+    const GZ_Manager *manager = GZgetManager();
+    for (int i = 0; i < manager->getNumGZs(); ++i)
+        names.push_back(manager->getGZ(i)->getName());
+    return names;
+}
+
+std::vector<std::string> SceneGenerator::groupNames() const
+{
+    std::vector<std::string> names;
+    const GZ_Manager *manager = GZgetManager();
+    for (int i = 0; i < manager->getNumGroups(); ++i)
+        names.push_back(manager->getGroup(i)->getName());
+    return names;
+}
+
+std::string SceneGenerator::nodePath()
+{
+    return nameFrom(nodePaths(), {"/obj/nosuch", "/obj", "/obj/geo1/xform1"});
+}
+
+std::string SceneGenerator::handleName()
+{
+    return nameFrom(handleNames(), {"h", "nosuch", "Handle1"});
+}
+
+std::string SceneGenerator::groupName()
+{
+    return nameFrom(groupNames(), {"g", "nosuch"});
+}
+
+std::string SceneGenerator::channel()
+{
+    return pick({"tx", "ty", "tz", "rx", "ry", "rz", "sx", "scale", "px"});
+}
+
+std::string SceneGenerator::number()
+{
+    if (chance(70))
+        return pick({"0", "1", "-1", "0.5", "2.25", "3", "-0.125", "10"});
+    // Values with every digit in use, to catch numbers that do not read back exactly.
+    std::uniform_real_distribution<double> any(-1000.0, 1000.0);
+    char text[40];
+    std::snprintf(text, sizeof(text), "%.17g", any(myRng));
+    return text;
+}
+
+std::string SceneGenerator::options()
+{
+    std::string text;
+    if (chance(40))
+        text += std::string("-e ") + pick({"on", "off", "0", "2", "no"}) + " ";
+    if (chance(30))
+        text += std::string("-p ") + pick({"on", "off"}) + " ";
+    if (chance(30))
+        text += std::string("-c ") + pick({"1", "0"}) + " ";
+    if (chance(30))
+        text += std::string("-s ") + pick({"ON", "off"}) + " ";
+    if (chance(40))
+        text += "-r " + number() + " " + number() + " " + number() + " ";
+    if (chance(30))
+        text += std::string("-m ") + pick({"*", "1", "6"}) + " ";
+    return text;
+}
+
+std::string SceneGenerator::bindingPair()
+{
+    const std::string handle_parm = pick({"tx", "ty", "tz", "rx", "ry", "sx", "uniform_scale"});
+    switch (below(5))
+    {
+    case 0:
+        return quoted(std::string("{2,0,0,1,") + channel() + "}:" + handle_parm);
+    case 1:
+        return quoted("!ch(\"ty\")*2:" + handle_parm);
+    case 2:
+        return std::string("t:") + handle_parm;
+    default:
+        return channel() + ":" + handle_parm;
+    }
+}
+
+std::string SceneGenerator::settings()
+{
+    // Each setting name once: duplicates only exercise the parser's messages.
+    std::string text;
+    for (int n = below(4), kind = below(4); n > 0; --n, kind = (kind + 1) % 4)
+    {
+        if (!text.empty())
+            text += " ";
+        switch (kind)
+        {
+        case 0:
+            text += "color(" + number() + " " + number() + " " + number() + ")";
+            break;
+        case 1:
+            text += std::string("showoppath(") + pick({"0", "1"}) + ")";
+            break;
+        case 2:
+            text += std::string("ownerop('") + pick({"xform1", "a b", "it\\'s", "back\\\\slash"}) +
+                    "')";
+            break;
+        default:
+            text += "scale(" + number() + ")";
+            break;
+        }
+    }
+    return text;
+}
+
+int SceneGenerator::below(int n)
+{
+    return std::uniform_int_distribution<int>(0, n - 1)(myRng);
+}
+
+const char *SceneGenerator::pick(std::initializer_list<const char *> words)
+{
+    return words.begin()[below(static_cast<int>(words.size()))];
+}
+
+std::string SceneGenerator::nameFrom(const std::vector<std::string> &live,
+                                     std::initializer_list<const char *> fresh)
+{
+    if (!live.empty() && chance(85))
+        return quoted(live[below(static_cast<int>(live.size()))]);
+    return quoted(pick(fresh));
+}
