@@ -559,18 +559,77 @@ void GZ_ResourceManager::loadSelector(HostPreprocessor &pp, const std::string &n
 namespace
 {
 
+/// Writes `text` in double quotes, escaping the characters the reader takes a backslash before.
+void writeQuoted(std::ostream &os, const std::string &text)
+{
+    os << '"';
+    for (char c : text)
+    {
+        if (c == '"' || c == '\\')
+            os << '\\';
+        os << c;
+    }
+    os << '"';
+}
+
+/// Writes one token of the file so that the reader reads it back as it is: plain when it is a
+/// word the reader would take whole, else quoted. A plain word may not be empty, hold a blank,
+/// a quote or a backslash, start a comment, or start a line as a directive or a brace would.
+void writeToken(std::ostream &os, const std::string &text)
+{
+    bool plain = !text.empty() && text[0] != '#' && text[0] != '{' && text[0] != '}';
+    for (size_t i = 0; plain && i < text.size(); ++i)
+    {
+        const char c = text[i];
+        const char next = i + 1 < text.size() ? text[i + 1] : '\0';
+        if (c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v' || c == '\n' || c == '"' ||
+            c == '\'' || c == '\\' || (c == '/' && (next == '/' || next == '*')))
+            plain = false;
+    }
+    if (plain)
+        os << text;
+    else
+        writeQuoted(os, text);
+}
+
+/// Writes an operator parameter: the "{ ... }" form as the reader makes it, when the reader
+/// would make it again from the same text, else as a token.
+void writeOpParm(std::ostream &os, const std::string &text)
+{
+    const bool braced = text.size() >= 3 && text.compare(0, 2, "{ ") == 0 && text.back() == '}' &&
+                        (text.size() == 3 || (text[2] != ' ' && text[2] != '\t')) &&
+                        text.find_first_of("}\"'\\\t\r\f\v\n") == text.size() - 1 &&
+                        text.find("//") == std::string::npos &&
+                        text.find("/*") == std::string::npos;
+    if (braced)
+        os << text;
+    else
+        writeToken(os, text);
+}
+
 void writeSelectors(std::ostream &os, const gz_OpSelectorEntry &entry)
 {
     for (const GZ_BindingSelectorInfo &selector : entry.selectors())
     {
-        os << "    bindselector " << selector.getName() << " " << selector.getDescription()
-           << "\n    {\n"
-           << "\t" << selector.getPrompt() << "\n\t" << selector.getOpParm() << " "
-           << selector.getOpInput() << " " << (selector.getOpInputReq() ? 1 : 0) << " "
-           << selector.getPrimMask() << " " << (selector.getAllowDrag() ? 1 : 0) << " "
-           << selector.getMenu() << " " << (selector.getAstSelAll() ? 1 : 0) << "\n";
+        os << "    bindselector ";
+        writeToken(os, selector.getName());
+        os << " ";
+        writeToken(os, selector.getDescription());
+        os << "\n    {\n\t";
+        writeToken(os, selector.getPrompt());
+        os << "\n\t";
+        writeToken(os, selector.getOpParm());
+        os << " " << selector.getOpInput() << " " << (selector.getOpInputReq() ? 1 : 0) << " ";
+        writeToken(os, selector.getPrimMask());
+        os << " " << (selector.getAllowDrag() ? 1 : 0) << " ";
+        writeToken(os, selector.getMenu());
+        os << " " << (selector.getAstSelAll() ? 1 : 0) << "\n";
         if (!selector.getExtraInfo().empty())
-            os << "\t" << selector.getExtraInfo() << "\n";
+        {
+            os << "\t";
+            writeToken(os, selector.getExtraInfo());
+            os << "\n";
+        }
         os << "    }\n";
     }
 }
@@ -596,14 +655,26 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
         const std::string &key = item.first;
         if (item.second->empty() || keepsOwnBindings(key))
             continue;
-        os << key << "\n{\n";
+        writeToken(os, key);
+        os << "\n{\n";
         for (const GZ_BindingHandleInfo &handle : item.second->handles())
         {
             handle.getDefaultSettings().generateSettingString(settings);
-            os << "    bindhandle " << handle.getGZName() << " " << handle.getGZDescription()
-               << " \"" << settings << "\"\n    {\n";
+            os << "    bindhandle ";
+            writeToken(os, handle.getGZName());
+            os << " ";
+            writeToken(os, handle.getGZDescription());
+            os << " ";
+            writeQuoted(os, settings);
+            os << "\n    {\n";
             for (const GZ_BindingParmInfo &link : handle.getBindings())
-                os << "\t" << link.getOpParm() << " " << link.getGZParm() << "\n";
+            {
+                os << "\t";
+                writeOpParm(os, link.getOpParm());
+                os << " ";
+                writeToken(os, link.getGZParm());
+                os << "\n";
+            }
             os << "    }\n";
         }
         if (const gz_OpSelectorEntry *selectors = findSelectorEntry(key))
@@ -617,7 +688,8 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
         const gz_OpHandleEntry *handles = findHandleEntry(key);
         if (item.second->empty() || (handles && !handles->empty()) || keepsOwnBindings(key))
             continue;
-        os << key << "\n{\n";
+        writeToken(os, key);
+        os << "\n{\n";
         writeSelectors(os, *item.second);
         os << "}\n\n";
     }
