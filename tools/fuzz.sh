@@ -61,8 +61,9 @@ for name in "${names[@]}"; do
     failed+=("$name")
     tail -n 60 "$scratch/$name.log"
   fi
-  grep -E '^stat::(number_of_executed_units|new_units_added)' "$scratch/$name.log" | sed "s/^/fuzz: $name /"
+  grep -E '^stat::(number_of_executed_units|new_units_added)' "$scratch/$name.log" | sed "s/^/fuzz: $name /" || true
 done
+echo "fuzz: ran for ${SECONDS}s in all"
 if [ ${#failed[@]} -gt 0 ]; then
   echo "fuzz: findings in: ${failed[*]} (inputs in $scratch/artifacts)"
   exit 1
