@@ -3,7 +3,8 @@
 # (default 30), one after the other, starting from fuzz/corpus/<name>/ and with
 # fuzz/<name>.dict when there is one. New inputs go to a scratch copy of the corpus, so the
 # committed corpus does not grow. Fails when any target finds a crash, a leak or a timeout;
-# the input that did it is kept in the scratch directory, whose path is printed.
+# the input that did it is kept in the scratch directory, whose path is printed (it is
+# removed after a clean run unless GZ_FUZZ_DIR chose it).
 #   tools/fuzz.sh [SECONDS] [NAME...]      e.g. tools/fuzz.sh 600 script settings
 # GZ_FUZZ_DIR sets the scratch directory (default: a new one under /tmp).
 set -euo pipefail
@@ -69,3 +70,5 @@ if [ ${#failed[@]} -gt 0 ]; then
   exit 1
 fi
 echo "fuzz: no findings"
+# A scratch directory of our own choosing is of no further use.
+[ -n "${GZ_FUZZ_DIR:-}" ] || rm -rf "$scratch"
