@@ -169,6 +169,12 @@ bool HostCommandManager::allowedWhileLoading(const std::string &name) const
     return it != myCommands.end() && it->second.allowedWhileLoading;
 }
 
+HostCommandCallback HostCommandManager::handler(const std::string &name) const
+{
+    auto it = myCommands.find(name);
+    return it == myCommands.end() ? HostCommandCallback() : it->second.callback;
+}
+
 std::vector<std::string> HostCommandManager::commandNames() const
 {
     std::vector<std::string> names;

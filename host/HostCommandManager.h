@@ -81,6 +81,9 @@ public:
     /// The option string a command was installed with.
     std::string optionString(const std::string &name) const;
     bool allowedWhileLoading(const std::string &name) const;
+    /// The handler of a command (empty when it is not installed), so that a caller can
+    /// reinstall the command wrapped in one of its own.
+    HostCommandCallback handler(const std::string &name) const;
     /// Every installed command name, sorted.
     std::vector<std::string> commandNames() const;
 

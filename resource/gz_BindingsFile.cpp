@@ -12,7 +12,6 @@
 #include "resource/gz_OpHandleEntry.h"
 #include "resource/gz_OpSelectorEntry.h"
 
-#include <algorithm>
 #include <cctype>
 #include <climits>
 #include <cstdio>
@@ -560,32 +559,52 @@ void GZ_ResourceManager::loadSelector(HostPreprocessor &pp, const std::string &n
 namespace
 {
 
-/// Writes text in double quotes, with a backslash before each backslash and double quote,
-/// which the reader's quoted strings take as escapes.
+/// Writes `text` in double quotes, escaping the characters the reader takes a backslash before.
 void writeQuoted(std::ostream &os, const std::string &text)
 {
     os << '"';
     for (char c : text)
     {
-        if (c == '\\' || c == '"')
+        if (c == '"' || c == '\\')
             os << '\\';
         os << c;
     }
     os << '"';
 }
 
-/// Writes a string so that the reader reads it back as one token equal to it: as it is when
-/// it is one word that cannot be taken for a quote, comment or brace, else quoted. (Prompts
-/// hold blanks, and menus and operator parameters may be empty.)
+/// Writes one token of the file so that the reader reads it back as it is: plain when it is a
+/// word the reader would take whole, else quoted. A plain word may not be empty, hold a blank,
+/// a quote or a backslash, start a comment, or start a line as a directive or a brace would.
 void writeToken(std::ostream &os, const std::string &text)
 {
-    const bool plain = !text.empty() && std::string("\"'#{}").find(text[0]) == std::string::npos &&
-                       std::none_of(text.begin(), text.end(),
-                                    [](char c) { return static_cast<unsigned char>(c) <= ' '; });
+    bool plain = !text.empty() && text[0] != '#' && text[0] != '{' && text[0] != '}';
+    for (size_t i = 0; plain && i < text.size(); ++i)
+    {
+        const char c = text[i];
+        const char next = i + 1 < text.size() ? text[i + 1] : '\0';
+        if (c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v' || c == '\n' || c == '"' ||
+            c == '\'' || c == '\\' || (c == '/' && (next == '/' || next == '*')))
+            plain = false;
+    }
     if (plain)
         os << text;
     else
         writeQuoted(os, text);
+}
+
+/// Writes an operator parameter: the "{ ... }" form as the reader makes it, when the reader
+/// would make it again from the same text, else as a token.
+void writeOpParm(std::ostream &os, const std::string &text)
+{
+    const bool braced = text.size() >= 3 && text.compare(0, 2, "{ ") == 0 && text.back() == '}' &&
+                        (text.size() == 3 || (text[2] != ' ' && text[2] != '\t')) &&
+                        text.find_first_of("}\"'\\\t\r\f\v\n") == text.size() - 1 &&
+                        text.find("//") == std::string::npos &&
+                        text.find("/*") == std::string::npos;
+    if (braced)
+        os << text;
+    else
+        writeToken(os, text);
 }
 
 void writeSelectors(std::ostream &os, const gz_OpSelectorEntry &entry)
@@ -636,7 +655,8 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
         const std::string &key = item.first;
         if (item.second->empty() || keepsOwnBindings(key))
             continue;
-        os << key << "\n{\n";
+        writeToken(os, key);
+        os << "\n{\n";
         for (const GZ_BindingHandleInfo &handle : item.second->handles())
         {
             handle.getDefaultSettings().generateSettingString(settings);
@@ -648,7 +668,13 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
             writeQuoted(os, settings);
             os << "\n    {\n";
             for (const GZ_BindingParmInfo &link : handle.getBindings())
-                os << "\t" << link.getOpParm() << " " << link.getGZParm() << "\n";
+            {
+                os << "\t";
+                writeOpParm(os, link.getOpParm());
+                os << " ";
+                writeToken(os, link.getGZParm());
+                os << "\n";
+            }
             os << "    }\n";
         }
         if (const gz_OpSelectorEntry *selectors = findSelectorEntry(key))
@@ -662,7 +688,8 @@ int GZ_ResourceManager::writeBindingsFile(const char *path) const
         const gz_OpHandleEntry *handles = findHandleEntry(key);
         if (item.second->empty() || (handles && !handles->empty()) || keepsOwnBindings(key))
             continue;
-        os << key << "\n{\n";
+        writeToken(os, key);
+        os << "\n{\n";
         writeSelectors(os, *item.second);
         os << "}\n\n";
     }

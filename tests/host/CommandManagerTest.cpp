@@ -107,6 +107,22 @@ TEST(CommandOptions, RejectsMalformedOptionStringsAndDuplicates)
     EXPECT_EQ(mgr.usage("nothing"), "");
 }
 
+TEST(CommandOptions, InstalledHandlerCanBeWrapped)
+{
+    Interp interp;
+    EXPECT_FALSE(interp.mgr.handler("nothing"));
+    HostCommandCallback original = interp.mgr.handler("show");
+    ASSERT_TRUE(original);
+    ASSERT_TRUE(interp.mgr.uninstallCommand("show"));
+    ASSERT_TRUE(interp.mgr.installCommand("show", "r:::",
+                                          [original](HostCommandArgs &args)
+                                          {
+                                              args.out() << "wrapped ";
+                                              original(args);
+                                          }));
+    EXPECT_EQ(interp.run("show -r 1 2 3 a"), "wrapped [show] [a] -r=1=2=3\n");
+}
+
 TEST(CommandExecution, FailingLinesAreReportedAndTheRestRuns)
 {
     Interp in;

@@ -260,9 +260,48 @@ TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
                              "\n");
     std::ofstream(dir / "OPbindings", std::ios::binary) << from_bindings;
     FileManager reread;
-    // Settings escapes, blanks, empty fields and '#' all read back.
     EXPECT_EQ(reread.readFrom(dir.string()), "");
     EXPECT_EQ(reread.written(), from_bindings);
+    fs::remove_all(dir);
+}
+
+TEST(BindingsFileWrite, AnyWordsReadBackAsWritten)
+{
+    // Words with blanks, quotes, backslashes, comment marks and braces, and empty words, in
+    // every place a word is written (the shipped file's empty menu and prompt with blanks
+    // once came back as other fields).
+    const fs::path dir = fs::temp_directory_path() / "gz_bindings_words";
+    fs::create_directories(dir);
+    FileManager made;
+    HostOperatorTable *sop = HostOperatorTable::getTable(HOST_NETWORK_SOP);
+    HostOperator *box = sop->getOperator("bf_box");
+    HostOperator *xform = sop->getOperator("bf_xform");
+    ASSERT_EQ(made.bind(box, "xform", "two words", "a\"b", "tx", "label('x \\\\ \"y\"')"), 1);
+    ASSERT_EQ(made.bind(box, "xform", "two words", "#t", "ty", ""), 1);
+    ASSERT_EQ(made.bind(box, "xform", "two words", "}t", "tz", ""), 1);
+    ASSERT_EQ(made.bind(box, "xform", "two words", "{x", "rx", ""), 1);
+    ASSERT_EQ(made.bind(box, "xform", "two words", "a//b", "ry", ""), 1);
+    ASSERT_EQ(made.bind(box, "xform", "two words", "{ a\tb }", "rz", ""), 1);
+    ASSERT_EQ(made.bindSelector(xform, "everything", "#d", "Select the geometry, then Enter.",
+                                "group", 0, 1, "", 0, "", 0, "}more info", false),
+              1);
+    ASSERT_EQ(made.bindSelector(box, "everything", "/*d", "{", "a b", 0, 1, "'m'", 0, "x\\", 0,
+                                "// i", /*skip_parm_check=*/true),
+              1);
+    const std::string first = made.written();
+    std::ofstream(dir / "OPbindings", std::ios::binary) << first;
+    FileManager reread;
+    EXPECT_EQ(reread.readFrom(dir.string()), "");
+    EXPECT_EQ(reread.written(), first);
+    const std::vector<GZ_BindingHandleInfo> *handles = reread.getBindingHandles(box);
+    ASSERT_NE(handles, nullptr);
+    ASSERT_EQ(handles->size(), 1u);
+    EXPECT_EQ((*handles)[0].getGZDescription(), "two words");
+    ASSERT_EQ((*handles)[0].getBindings().size(), 6u);
+    EXPECT_EQ((*handles)[0].getBindings()[0].getOpParm(), "a\"b");
+    std::string label;
+    (*handles)[0].getDefaultSettings().getSetting("label", label, "");
+    EXPECT_EQ(label, "x \\ \"y\"");
     fs::remove_all(dir);
 }
 

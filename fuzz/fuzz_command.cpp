@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -37,17 +38,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     mgr->execute(text);
     mgr->clearExitRequest();
 
-    std::string seen;
-    int count = 0;
+    // Protected words read back as themselves, each as one argument, whatever they hold.
+    const std::string first = text.substr(0, text.size() / 2);
+    const std::string second = text.substr(text.size() / 2);
+    std::vector<std::string> seen;
     mgr->installCommand("one", "",
-                        [&seen, &count](HostCommandArgs &args)
-                        {
-                            count = args.argc();
-                            seen = args.arg(1);
-                        });
+                        [&seen](HostCommandArgs &args)
+                        { seen.assign(args.args().begin() + 1, args.args().end()); });
     mgr->execute("one " + HostCommandManager::protectString(text));
+    const bool whole = seen.size() == 1 && seen[0] == text;
+    seen.clear();
+    mgr->execute("one " + HostCommandManager::protectString(first) + " " +
+                 HostCommandManager::protectString(second));
     mgr->uninstallCommand("one");
-    if (count != 2 || seen != text)
+    if (!whole || seen.size() != 2 || seen[0] != first || seen[1] != second)
         std::abort();
     return 0;
 }
