@@ -76,7 +76,7 @@ TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
         gztest::addOperator(HOST_NETWORK_SOP, "bc_write", gztest::transformTemplates());
     ASSERT_EQ(manager.bind(op, "xform", "w", "tx", "tx", "color(1 0 0)"), 1);
 
-    const fs::path dir = fs::temp_directory_path() / "gz_binding_commands_user";
+    const fs::path dir = gztest::scratchPath("gz_binding_commands_user");
     fs::create_directories(dir);
     const std::string saved_user = HostReader::getUserDirectory();
     HostReader::setUserDirectory(dir.string());

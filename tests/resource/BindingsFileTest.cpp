@@ -87,7 +87,7 @@ public:
     /// The bindings as the writer writes them.
     std::string written()
     {
-        const fs::path path = fs::temp_directory_path() / "gz_bindings_file_test.out";
+        const fs::path path = gztest::scratchPath("gz_bindings_file_test.out");
         EXPECT_NE(writeBindingsFile(path.c_str()), 0);
         std::string text = readText(path.string());
         fs::remove(path);
@@ -169,7 +169,7 @@ TEST(BindingsFileRead, WarningsFollowThePrintFlag)
 TEST(BindingsFileRead, FirstFileOnTheSearchPathWinsAndNoFileIsNoError)
 {
     FileManager manager;
-    const fs::path empty = fs::temp_directory_path() / "gz_bindings_no_file";
+    const fs::path empty = gztest::scratchPath("gz_bindings_no_file");
     fs::create_directories(empty);
     EXPECT_EQ(manager.readFrom(empty.string()), "");
     EXPECT_EQ(manager.written(), "");
@@ -187,7 +187,7 @@ TEST(BindingsFileRead, FirstFileOnTheSearchPathWinsAndNoFileIsNoError)
 TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
 {
     // From a file, and from bindings made through the binding operations.
-    const fs::path dir = fs::temp_directory_path() / "gz_bindings_round_trip";
+    const fs::path dir = gztest::scratchPath("gz_bindings_round_trip");
     fs::create_directories(dir);
     std::string first;
     {
@@ -270,7 +270,7 @@ TEST(BindingsFileWrite, AnyWordsReadBackAsWritten)
     // Words with blanks, quotes, backslashes, comment marks and braces, and empty words, in
     // every place a word is written (the shipped file's empty menu and prompt with blanks
     // once came back as other fields).
-    const fs::path dir = fs::temp_directory_path() / "gz_bindings_words";
+    const fs::path dir = gztest::scratchPath("gz_bindings_words");
     fs::create_directories(dir);
     FileManager made;
     HostOperatorTable *sop = HostOperatorTable::getTable(HOST_NETWORK_SOP);

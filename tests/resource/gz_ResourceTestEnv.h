@@ -8,7 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+
+#include <unistd.h>
 
 namespace gztest
 {
@@ -55,5 +58,12 @@ struct EnsureInstance
 class ScratchManager : private EnsureInstance, public GZ_ResourceManager
 {
 };
+
+/// A path in the temporary directory private to this process: CTest runs the cases of one
+/// executable in parallel processes, which must not share files.
+inline std::filesystem::path scratchPath(const std::string &name)
+{
+    return std::filesystem::temp_directory_path() / (name + "." + std::to_string(::getpid()));
+}
 
 } // namespace gztest
