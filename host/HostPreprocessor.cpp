@@ -445,10 +445,10 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
     return true;
 }
 
-void HostPreprocessor::pushInclude(const std::string &spec, const std::string &file, int number,
+void HostPreprocessor::pushInclude(const std::string &included, const std::string &file, int number,
                                    std::string &emitted)
 {
-    std::string name = spec;
+    std::string name = included;
     if (name.size() >= 2 && ((name.front() == '"' && name.back() == '"') ||
                              (name.front() == '<' && name.back() == '>')))
         name = name.substr(1, name.size() - 2);

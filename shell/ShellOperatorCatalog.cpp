@@ -148,10 +148,10 @@ const std::vector<ShellOperatorSpec> &ShellOperatorCatalog::entries()
     return theEntries;
 }
 
-HostParmTemplateList ShellOperatorCatalog::buildTemplates(const ShellOperatorSpec &spec)
+HostParmTemplateList ShellOperatorCatalog::buildTemplates(const ShellOperatorSpec &row)
 {
     HostParmTemplateList list;
-    for (const ShellParmSpec &parm : spec.parms)
+    for (const ShellParmSpec &parm : row.parms)
     {
         HostParmTemplate tmpl(typeOf(parm.kind), parm.name, parm.label, parm.size);
         if (parm.kind == ShellParmKind::String)
@@ -176,13 +176,13 @@ HostParmTemplateList ShellOperatorCatalog::buildTemplates(const ShellOperatorSpe
 int ShellOperatorCatalog::install()
 {
     int added = 0;
-    for (const ShellOperatorSpec &spec : entries())
+    for (const ShellOperatorSpec &row : entries())
     {
-        HostOperatorTable *table = HostOperatorTable::getTable(spec.table);
-        if (!table || table->getOperator(spec.name))
+        HostOperatorTable *table = HostOperatorTable::getTable(row.table);
+        if (!table || table->getOperator(row.name))
             continue;
-        auto op = std::make_unique<HostOperator>(spec.name, spec.label, buildTemplates(spec),
-                                                 spec.childTable, 0, 1, 0u, spec.icon);
+        auto op = std::make_unique<HostOperator>(row.name, row.label, buildTemplates(row),
+                                                 row.childTable, 0, 1, 0u, row.icon);
         if (table->addOperator(std::move(op)))
             ++added;
     }

@@ -50,7 +50,7 @@ public:
     /// Every entry, in installation order.
     static const std::vector<ShellOperatorSpec> &entries();
     /// The parameter templates of one entry.
-    static HostParmTemplateList buildTemplates(const ShellOperatorSpec &spec);
+    static HostParmTemplateList buildTemplates(const ShellOperatorSpec &row);
     /// Adds every entry to its host table; entries whose name is already taken are left
     /// alone, so calling it again does nothing. Returns the number of types added.
     static int install();

@@ -66,16 +66,16 @@ TEST(ShellArguments, BadUsageExitsWithTwo)
 TEST(ShellCatalogue, NumericParametersAreAnimatableAndNamedPerComponent)
 {
     int vectors = 0;
-    for (const ShellOperatorSpec &spec : ShellOperatorCatalog::entries())
+    for (const ShellOperatorSpec &row : ShellOperatorCatalog::entries())
     {
-        HostParmTemplateList templates = ShellOperatorCatalog::buildTemplates(spec);
-        ASSERT_EQ(templates.size(), static_cast<int>(spec.parms.size())) << spec.name;
+        HostParmTemplateList templates = ShellOperatorCatalog::buildTemplates(row);
+        ASSERT_EQ(templates.size(), static_cast<int>(row.parms.size())) << row.name;
         for (int i = 0; i < templates.size(); ++i)
         {
             const HostParmTemplate &tmpl = templates[i];
             if (tmpl.getType().isNumeric())
             {
-                EXPECT_TRUE(tmpl.getType().isAnimatable()) << spec.name << " " << tmpl.getName();
+                EXPECT_TRUE(tmpl.getType().isAnimatable()) << row.name << " " << tmpl.getName();
             }
             if (tmpl.getVectorSize() == 3)
             {
