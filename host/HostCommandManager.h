@@ -32,6 +32,10 @@ struct HostExecOptions
     std::string source;
     /// Line number of the first line of the text.
     int firstLine = 1;
+    /// Streams that take this text's output and errors instead of the current ones, so that
+    /// a caller (a script) gets them back; null keeps the current ones. Not owned.
+    std::ostream *out = nullptr;
+    std::ostream *err = nullptr;
 };
 
 /// The host's command interpreter. Commands are installed by name with an option string (a

@@ -44,3 +44,6 @@ std::vector<ShellCommand> shellHandleCommands();
 
 /// Handle menu operations and parameter cache periods (ShellHandleOpCommands.cpp).
 std::vector<ShellCommand> shellHandleOpCommands();
+
+/// The python command (ShellPythonCommands.cpp).
+std::vector<ShellCommand> shellPythonCommands();
