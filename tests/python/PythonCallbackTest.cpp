@@ -9,6 +9,16 @@
 
 namespace
 {
+/// The interpreter starts with the first test and is finalized once, after the last, as
+/// gzsh finalizes it at exit.
+class PythonEnvironment : public ::testing::Environment
+{
+public:
+    void TearDown() override { HostPython::stop(); }
+};
+const auto *const thePythonEnvironment =
+    ::testing::AddGlobalTestEnvironment(new PythonEnvironment);
+
 class PythonCallback : public HostFixture
 {
 protected:
