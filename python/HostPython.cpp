@@ -123,7 +123,8 @@ std::string exceptionLine(py::error_already_set &error)
 std::string exceptionTraceback(py::error_already_set &error)
 {
     py::object format = py::module_::import("traceback").attr("format_exception");
-    py::object trace = error.trace() ? py::reinterpret_borrow<py::object>(error.trace()) : py::none();
+    py::object trace =
+        error.trace() ? py::reinterpret_borrow<py::object>(error.trace()) : py::none();
     py::object lines = format(error.type(), error.value(), trace);
     return py::str("").attr("join")(lines).cast<std::string>();
 }
@@ -289,11 +290,21 @@ std::string HostPython::literal(const HostExprValue &value)
     {
         switch (c)
         {
-        case '\\': quoted += "\\\\"; break;
-        case '\'': quoted += "\\'"; break;
-        case '\n': quoted += "\\n"; break;
-        case '\r': quoted += "\\r"; break;
-        case '\t': quoted += "\\t"; break;
+        case '\\':
+            quoted += "\\\\";
+            break;
+        case '\'':
+            quoted += "\\'";
+            break;
+        case '\n':
+            quoted += "\\n";
+            break;
+        case '\r':
+            quoted += "\\r";
+            break;
+        case '\t':
+            quoted += "\\t";
+            break;
         default:
             if (c < 0x20 || c == 0x7f)
             {
@@ -314,7 +325,8 @@ std::string HostPython::kwargsStatement(const HostNode &node, const std::string 
     const std::string path = node.getFullPath();
     std::string text = "kwargs = {'node': zum.node(" + literal(HostExprValue::string(path)) + ")";
     if (!parm_name.empty())
-        text += ", 'parm': zum.parm(" + literal(HostExprValue::string(path + "/" + parm_name)) + ")";
+        text +=
+            ", 'parm': zum.parm(" + literal(HostExprValue::string(path + "/" + parm_name)) + ")";
     for (const Option &option : options)
         text += ", " + literal(HostExprValue::string(option.first)) + ": " + literal(option.second);
     return text + "}";
@@ -408,7 +420,8 @@ int HostPython::registerSearchPathResources()
         const char *subdir = is_state ? "viewer_states" : "viewer_handles";
         for (const std::string &file : searchPathFiles(subdir))
         {
-            const std::string label = std::string(subdir) + "/" + fs::path(file).filename().string();
+            const std::string label =
+                std::string(subdir) + "/" + fs::path(file).filename().string();
             registered += registerResourceFile(file, label, is_state) ? 1 : 0;
         }
     }

@@ -37,8 +37,8 @@ public:
             myGlobals[name] = zum.attr(name);
     }
 
-    bool evaluate(const HostParm &parm, const std::string &text, double time,
-                  HostExprValue &value, std::string &error) override
+    bool evaluate(const HostParm &parm, const std::string &text, double time, HostExprValue &value,
+                  std::string &error) override
     {
         if (myDepth >= theMaxNesting)
         {

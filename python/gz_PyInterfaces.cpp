@@ -109,8 +109,8 @@ public:
 
     /// Declares a handle parameter of 1 to 4 float components; one of n >= 2 components
     /// gives the handle parameters NAMEx, NAMEy, NAMEz (and NAME for a fourth).
-    HandleTemplate &bindParameter(const std::string &name, int components,
-                                  const std::string &label, const py::object &value)
+    HandleTemplate &bindParameter(const std::string &name, int components, const std::string &label,
+                                  const py::object &value)
     {
         checkOpen();
         myParms.add(HOST_PARM_FLOAT, name, label, components,
@@ -171,10 +171,12 @@ std::shared_ptr<void> holdPython(const py::object &object)
 {
     PyObject *ref = object.ptr();
     Py_INCREF(ref);
-    return std::shared_ptr<void>(ref, [](void *p) {
-        if (Py_IsInitialized())
-            Py_DECREF(static_cast<PyObject *>(p));
-    });
+    return std::shared_ptr<void>(ref,
+                                 [](void *p)
+                                 {
+                                     if (Py_IsInitialized())
+                                         Py_DECREF(static_cast<PyObject *>(p));
+                                 });
 }
 
 /// viewerstate.interface.ViewerStateTemplate: the description of one state.
@@ -250,8 +252,8 @@ public:
         if (rm.isRegisteredViewerState(myInfo.name.c_str()))
             throw Error("a viewer state named " + myInfo.name + " is registered already");
         myInfo.parmTemplates = std::make_shared<const HostParmTemplateList>(myParms.list);
-        auto state = std::make_unique<GZ_PythonState::Template>(
-            myInfo, nullptr, GZ_VIEWER_SCENE, GZnetworkMaskBit(myNetwork));
+        auto state = std::make_unique<GZ_PythonState::Template>(myInfo, nullptr, GZ_VIEWER_SCENE,
+                                                                GZnetworkMaskBit(myNetwork));
         if (!rm.registerState(state.get()))
             throw Error("cannot register viewer state " + myInfo.name);
         // States belong to whoever registers them; these live as long as the process (the
@@ -308,11 +310,10 @@ void defineResourceInterfaces()
     handles.def(
         GZ_PythonResource::theHandleTemplateFactory,
         [](const std::string &name, const std::string &label, const py::object &types,
-           const std::string &icon, const std::string &help) {
-            return HandleTemplate(name, label, types, icon, help);
-        },
-        py::arg("name"), py::arg("label"), py::arg("network_types") = "sop",
-        py::arg("icon") = "", py::arg("help") = "");
+           const std::string &icon, const std::string &help)
+        { return HandleTemplate(name, label, types, icon, help); },
+        py::arg("name"), py::arg("label"), py::arg("network_types") = "sop", py::arg("icon") = "",
+        py::arg("help") = "");
 
     py::module_ states = makeInterfaceModule(
         "viewerstate", "Describes viewer states written in Python and registers them.");
@@ -330,9 +331,8 @@ void defineResourceInterfaces()
     states.def(
         GZ_PythonResource::theStateTemplateFactory,
         [](const std::string &name, const std::string &label, const std::string &category,
-           const py::object &factory, const std::string &icon, const std::string &help) {
-            return StateTemplate(name, label, category, factory, icon, help);
-        },
+           const py::object &factory, const std::string &icon, const std::string &help)
+        { return StateTemplate(name, label, category, factory, icon, help); },
         py::arg("name"), py::arg("label"), py::arg("category") = "Sop",
         py::arg("factory") = py::none(), py::arg("icon") = "", py::arg("help") = "");
 }

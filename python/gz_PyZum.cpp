@@ -474,21 +474,23 @@ void defineZum(py::module_ &m)
     m.doc() = "The host's nodes, parameters, time, commands and undo.";
     static py::exception<Error> error(m, "Error");
     static py::exception<ObjectWasDeleted> deleted(m, "ObjectWasDeleted", error.ptr());
-    py::register_exception_translator([](std::exception_ptr p) {
-        try
+    py::register_exception_translator(
+        [](std::exception_ptr p)
         {
-            if (p)
-                std::rethrow_exception(p);
-        }
-        catch (const ObjectWasDeleted &e)
-        {
-            deleted(e.what());
-        }
-        catch (const Error &e)
-        {
-            error(e.what());
-        }
-    });
+            try
+            {
+                if (p)
+                    std::rethrow_exception(p);
+            }
+            catch (const ObjectWasDeleted &e)
+            {
+                deleted(e.what());
+            }
+            catch (const Error &e)
+            {
+                error(e.what());
+            }
+        });
 
     py::class_<Node>(m, "Node")
         .def("path", &Node::path)
@@ -530,7 +532,8 @@ void defineZum(py::module_ &m)
     py::class_<UndoGroup>(m, "UndoGroup")
         .def("__enter__", &UndoGroup::enter, py::return_value_policy::reference_internal)
         .def("__exit__", &UndoGroup::exit);
-    m.def("undo_group", [](const std::string &name) { return UndoGroup(name); }, py::arg("name"));
+    m.def(
+        "undo_group", [](const std::string &name) { return UndoGroup(name); }, py::arg("name"));
 
     py::class_<HostStream>(m, "_HostStream")
         .def(py::init<bool>())
@@ -544,7 +547,8 @@ void defineZum(py::module_ &m)
     m.def("time", &Parm::currentTime);
     m.def(
         "set_time",
-        [](double seconds) {
+        [](double seconds)
+        {
             checkNotEvaluating("change the time");
             director().setTime(seconds);
         },
@@ -552,7 +556,8 @@ void defineZum(py::module_ &m)
     m.def("frame", [] { return director().timeToFrame(Parm::currentTime()); });
     m.def(
         "set_frame",
-        [](double frame) {
+        [](double frame)
+        {
             checkNotEvaluating("change the time");
             director().setTime(director().frameToTime(frame));
         },

@@ -16,8 +16,7 @@ class PythonEnvironment : public ::testing::Environment
 public:
     void TearDown() override { HostPython::stop(); }
 };
-const auto *const thePythonEnvironment =
-    ::testing::AddGlobalTestEnvironment(new PythonEnvironment);
+const auto *const thePythonEnvironment = ::testing::AddGlobalTestEnvironment(new PythonEnvironment);
 
 class PythonCallback : public HostFixture
 {
@@ -57,11 +56,10 @@ TEST_F(PythonCallback, RunsWithItsKwargsAndTheNodeCurrent)
     HostNode *other = make("tnull", "/obj/null1");
     myDirector.setCurrentNode(other);
     std::string errors;
-    ASSERT_TRUE(HostPython::runCallback(
-        *myNode, "tx", {{"script_value", HostExprValue::number(2)}},
-        "assert zum.pwd() == kwargs['node'], zum.pwd()\n"
-        "kwargs['parm'].set(kwargs['script_value'] * 3)\n",
-        "Object/tgeo/tx", errors))
+    ASSERT_TRUE(HostPython::runCallback(*myNode, "tx", {{"script_value", HostExprValue::number(2)}},
+                                        "assert zum.pwd() == kwargs['node'], zum.pwd()\n"
+                                        "kwargs['parm'].set(kwargs['script_value'] * 3)\n",
+                                        "Object/tgeo/tx", errors))
         << errors;
     EXPECT_EQ(tx(), 6.0);
     EXPECT_EQ(myDirector.getCurrentNode(), other);
@@ -81,8 +79,8 @@ TEST_F(PythonCallback, FailuresLeaveNoUndoBlockOpenAndTheHostWhole)
     std::string errors;
     EXPECT_FALSE(HostPython::runCallback(
         *myNode, "tx", {},
-        "zum.undo_group('left open').__enter__()\nkwargs['parm'].set(4)\nraise KeyError('x')",
-        "cb", errors));
+        "zum.undo_group('left open').__enter__()\nkwargs['parm'].set(4)\nraise KeyError('x')", "cb",
+        errors));
     EXPECT_EQ(undo.getBlockDepth(), depth);
     EXPECT_NE(errors.find("KeyError: 'x'"), std::string::npos) << errors;
     EXPECT_EQ(tx(), 4.0);
