@@ -343,7 +343,9 @@ bool HostPython::runCallback(HostNode &node, const std::string &parm_name,
         return false;
     }
     HostDirector *director = node.getDirector();
+    // Kept by id: the callback may delete the previous current node (its own, say).
     HostNode *previous = director->getCurrentNode();
+    const int previous_id = previous ? previous->getUniqueId() : -1;
     director->setCurrentNode(&node);
     const std::string kwargs = kwargsStatement(node, parm_name, options);
     bool ok = false;
@@ -363,10 +365,7 @@ bool HostPython::runCallback(HostNode &node, const std::string &parm_name,
             errors = stage + gz_py::exceptionTraceback(e);
         }
     }
-    // The callback may have deleted its own node, and the previous current node with it.
-    if (previous && director->findNodeById(previous->getUniqueId()) != previous)
-        previous = nullptr;
-    director->setCurrentNode(previous);
+    director->setCurrentNode(previous_id >= 0 ? director->findNodeById(previous_id) : nullptr);
     return ok;
 }
 

@@ -3,6 +3,7 @@
 
 #include "tests/host/HostFixture.h"
 
+#include "host/HostCommandManager.h"
 #include "host/HostUndoManager.h"
 
 #include <cmath>
@@ -86,6 +87,21 @@ TEST_F(PythonCallback, FailuresLeaveNoUndoBlockOpenAndTheHostWhole)
     EXPECT_EQ(tx(), 4.0);
     undo.undo();
     EXPECT_EQ(tx(), 0.0);
+
+    // A callback that deletes its own node, the current one before it ran: the host's node
+    // deletion stands in for gzsh's noderm.
+    HostCommandManager &commands = *HostCommandManager::getInstance();
+    commands.installCommand("noderm", "", [this](HostCommandArgs &args) {
+        myDirector.deleteNode(myDirector.findNode(args.arg(1)));
+    });
+    myDirector.setCurrentNode(myNode);
+    EXPECT_TRUE(HostPython::runCallback(*myNode, "tx", {}, "kwargs['node'].destroy()", "cb",
+                                        errors))
+        << errors;
+    commands.uninstallCommand("noderm");
+    EXPECT_EQ(myDirector.findNode("/obj/geo1"), nullptr);
+    EXPECT_EQ(myDirector.getCurrentNode(), nullptr);
+    myNode = make("tgeo", "/obj/geo1");
 
     EXPECT_FALSE(HostPython::runCallback(*myNode, "tx", {}, "def f(:", "cb", errors));
     EXPECT_NE(errors.find("SyntaxError"), std::string::npos) << errors;
