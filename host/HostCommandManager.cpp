@@ -378,3 +378,8 @@ std::string HostCommandManager::protectString(const std::string &text)
 {
     return HostCommandParser::protect(text);
 }
+
+void HostCommandManager::protectQuotedString(std::ostream &os, const std::string &text)
+{
+    HostCommandParser::protectQuoted(os, text);
+}

@@ -135,6 +135,8 @@ public:
     /// word as it is, anything else quoted.
     static void protectString(std::ostream &os, const std::string &text);
     static std::string protectString(const std::string &text);
+    /// The same, but always inside double quotes (settings text in saved lines).
+    static void protectQuotedString(std::ostream &os, const std::string &text);
 
 private:
     struct Command

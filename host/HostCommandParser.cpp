@@ -256,6 +256,11 @@ void HostCommandParser::protect(std::ostream &os, const std::string &text)
         os << '\'' << text << '\'';
         return;
     }
+    protectQuoted(os, text);
+}
+
+void HostCommandParser::protectQuoted(std::ostream &os, const std::string &text)
+{
     // Double quotes: only '"' and '$' need a backslash. A backslash right before the closing
     // quote would escape it, so trailing backslashes are written after the quotes.
     size_t body = text.size();

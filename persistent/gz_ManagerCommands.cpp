@@ -49,6 +49,22 @@ GZ_OHLGroup *findGroupOrReport(GZ_Manager &manager, HostCommandArgs &args, const
 
 const char *const theUnknownGroup = "Unknown handle group: ";
 
+/// Names with control characters are refused: undo keeps a handle's lines as one
+/// ';'-separated command line, in which a newline inside a name would become a ';'.
+bool acceptName(HostCommandArgs &args, const std::string &name)
+{
+    for (char ch : name)
+    {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c < ' ' || c == 0x7f)
+        {
+            args.err() << args.arg(0) << ": a name cannot hold control characters\n";
+            return false;
+        }
+    }
+    return true;
+}
+
 /// An option's on/off value: missing or empty is off, "on" (any case) is on, anything else
 /// is on exactly when its leading decimal integer is not zero ("off", "no" and "0" are off).
 bool flagValue(const char *value)
@@ -105,6 +121,8 @@ void pomadd(GZ_Manager &manager, HostCommandArgs &args)
     {
         if (numArgs(args) != 1)
             return args.showUsage();
+        if (!acceptName(args, args.arg(1)))
+            return;
         const int index = manager.addGroup(args.argv(1));
         if (args.found('v'))
             args.out() << manager.getGroup(index)->getName() << "\n";
@@ -112,6 +130,8 @@ void pomadd(GZ_Manager &manager, HostCommandArgs &args)
     }
     if (numArgs(args) != 2)
         return args.showUsage();
+    if (!acceptName(args, args.arg(1)))
+        return;
     const int index = manager.addGZ(args.argv(1), args.argv(2));
     if (index < 0)
     {
@@ -290,6 +310,8 @@ void pomrename(GZ_Manager &manager, HostCommandArgs &args)
 {
     if (numArgs(args) != 2)
         return args.showUsage();
+    if (!acceptName(args, args.arg(2)))
+        return;
     if (args.found('g'))
     {
         if (GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), theUnknownGroup))

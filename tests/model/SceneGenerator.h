@@ -47,6 +47,8 @@ private:
     std::string options();
     std::string bindingPair();
     std::string settings();
+    /// A name meant to break saved lines: blanks, both quotes, "$", ";", "#", backslashes.
+    std::string hostile();
 
     int below(int n);
     bool chance(int percent) { return below(100) < percent; }
