@@ -1,6 +1,7 @@
 // HostNetwork: creating, deleting and renaming the nodes of one network.
 #include "host/HostNetwork.h"
 
+#include "host/HostChannelManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -112,6 +113,9 @@ bool HostNetwork::deleteNode(HostNode *node)
     it = find();
     if (it == myNodes.end())
         return true;
+    if (!HostChannelManager::get().getScopedChannels().empty())
+        HostChannelManager::get().unscopeNode(node->getFullPath());
+    releaseName(node->getName());
     myByName.erase(node->getName());
     std::unique_ptr<HostNode> doomed = std::move(*it);
     myNodes.erase(it);
@@ -145,9 +149,13 @@ bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::s
         return false;
     }
     const std::string old_name = node->getName();
+    const std::string old_path = node->getFullPath();
     myByName.erase(old_name);
+    releaseName(old_name);
     node->myName = new_name;
     myByName.emplace(new_name, node);
+    if (!HostChannelManager::get().getScopedChannels().empty())
+        HostChannelManager::get().renameScopedNode(old_path, node->getFullPath());
     node->sendEvent(HOST_NODE_RENAMED, const_cast<char *>(old_name.c_str()));
     return true;
 }
@@ -164,12 +172,33 @@ std::string HostNetwork::getFreeName(const std::string &base) const
     long long n = 0;
     if (digits < base.size() && base.size() - digits < 18)
         n = std::stoll(base.substr(digits));
+    // Numbers below the stem's mark are all taken: a search that would start below it
+    // starts at it and moves the mark, so naming many nodes from one base stays linear.
+    long long &mark = myTakenBelow.emplace(stem, 1).first->second;
+    const bool from_mark = n + 1 <= mark;
+    if (from_mark)
+        n = mark - 1;
     for (++n;; ++n)
     {
         std::string candidate = stem + std::to_string(n);
-        if (!findNode(candidate))
-            return candidate;
+        if (findNode(candidate))
+            continue;
+        if (from_mark)
+            mark = n;
+        return candidate;
     }
+}
+
+void HostNetwork::releaseName(const std::string &name)
+{
+    size_t digits = name.size();
+    while (digits > 0 && std::isdigit(static_cast<unsigned char>(name[digits - 1])))
+        --digits;
+    if (digits == name.size() || name.size() - digits >= 18)
+        return;
+    auto it = myTakenBelow.find(name.substr(0, digits));
+    if (it != myTakenBelow.end())
+        it->second = std::min(it->second, std::max(1LL, std::stoll(name.substr(digits))));
 }
 
 bool HostNetwork::isValidName(const std::string &name)

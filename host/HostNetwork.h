@@ -62,6 +62,8 @@ public:
     static bool isValidName(const std::string &name);
 
 private:
+    /// Keeps the free-name marks true when a child's name is given up.
+    void releaseName(const std::string &name);
     HostNode *adopt(std::unique_ptr<HostNode> node, int position = -1);
 
     HostDirector *myDirector;
@@ -69,4 +71,7 @@ private:
     HostOperatorTable *myTable;
     std::vector<std::unique_ptr<HostNode>> myNodes;
     std::unordered_map<std::string, HostNode *> myByName;
+    /// Per name stem, a number below which every stem + number (from 1) is a child's name:
+    /// where the free-name search starts. Lowered when such a name is released.
+    mutable std::unordered_map<std::string, long long> myTakenBelow;
 };

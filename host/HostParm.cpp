@@ -1,6 +1,7 @@
 // HostParm: component values, states, defaults and saved state of one parameter.
 #include "host/HostParm.h"
 
+#include "host/HostChoiceList.h"
 #include "host/HostParmList.h"
 
 #include <algorithm>
@@ -133,11 +134,23 @@ void HostParm::setValue(int k, double value)
     }
     if (getType().isInteger() || getType().isOrdinal() || getType().isMultiparm())
         value = std::round(value);
+    value = clampToMenu(value);
     HostParmComponent &c = myComponents[k];
     c.myValue = value;
     c.myExpression.clear();
     if (!getType().isString() && !getType().isData())
         c.myMeaning = HOST_STRING_LITERAL;
+}
+
+double HostParm::clampToMenu(double value) const
+{
+    // A menu holds the index of one of its items; handles drag it like any number.
+    const HostChoiceList *menu = myTemplate->getChoiceList();
+    if (!getType().isOrdinalMenu() || !menu || menu->getNumItems() == 0)
+        return value;
+    if (std::isnan(value))
+        return 0;
+    return std::min(std::max(value, 0.0), static_cast<double>(menu->getNumItems() - 1));
 }
 
 void HostParm::setString(int k, const std::string &text, HostStringMeaning meaning)

@@ -98,7 +98,10 @@ public:
     int getInt(int k) const;
     const std::string &getString(int k) const;
     HostStringMeaning getStringMeaning(int k) const;
+    /// Menus clamp to their first and last item: a menu never holds an index it lacks.
     void setValue(int k, double value);
+    /// `value` moved into the item range when this is a menu; unchanged otherwise.
+    double clampToMenu(double value) const;
     void setString(int k, const std::string &text, HostStringMeaning meaning);
 
     /// The value at a time. Without an expression or a channel it is the constant; the

@@ -7,6 +7,7 @@
 #include "persistent/GZ_OHLPersistent.h"
 #include "persistent/GZ_Undo.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ostream>
 #include <strings.h>
@@ -223,6 +224,40 @@ void changeMembers(GZ_Manager &manager, HostCommandArgs &args, Change change)
     }
 }
 
+/// The attached nodes that drive at least one handle parameter.
+std::vector<HostNode *> drivingNodes(const GZ_OHLPersistent &handle)
+{
+    std::vector<HostNode *> nodes;
+    for (int k = 0; k < handle.getNumOps(); ++k)
+    {
+        const auto &names = handle.linkedParmNames(k);
+        for (int j = 0; j < static_cast<int>(names.size()) && j < handle.getNumHandleParms(); ++j)
+            if (!names[j].empty() && handle.getOpnumForHandleParmIndex(j) == k)
+            {
+                nodes.push_back(handle.getOpNode(k));
+                break;
+            }
+    }
+    return nodes;
+}
+
+/// A handle parameter follows one node: binding it on another node takes it from the first.
+/// A node that drove parameters before the attach and drives none after it is detached, so
+/// no node stays attached to nothing, and the command says so.
+void detachBypassed(GZ_OHLPersistent &handle, const std::vector<HostNode *> &before,
+                    HostCommandArgs &args)
+{
+    const std::vector<HostNode *> after = drivingNodes(handle);
+    for (HostNode *node : before)
+        if (std::find(after.begin(), after.end(), node) == after.end() && handle.hasOpNode(*node))
+        {
+            args.err() << args.arg(0) << ": " << node->getFullPath()
+                       << " drives no parameter of " << handle.getName()
+                       << " any more and is detached\n";
+            handle.detach(*node);
+        }
+}
+
 void pomattach(GZ_Manager &manager, HostCommandArgs &args)
 {
     if (args.found('g'))
@@ -238,7 +273,9 @@ void pomattach(GZ_Manager &manager, HostCommandArgs &args)
                           [&]()
                           {
                               handle->id(args.found('i') ? args.iargp('i') : -1);
+                              const std::vector<HostNode *> before = drivingNodes(*handle);
                               handle->runBindCommand(args);
+                              detachBypassed(*handle, before, args);
                           });
 }
 

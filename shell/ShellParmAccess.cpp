@@ -111,6 +111,12 @@ bool ShellParmAccess::set(HostNode &node, const std::string &name,
                 error = "not a number: " + values[i];
                 return false;
             }
+            else if (menu && parm->clampToMenu(std::round(numbers[i])) != std::round(numbers[i]))
+            {
+                // Typed indices are refused rather than clamped, like unknown tokens.
+                error = "not an item of " + parm->getName() + ": " + values[i];
+                return false;
+            }
         }
     }
 
