@@ -57,8 +57,7 @@ std::vector<HostChannelKey>::const_iterator HostChannel::nearestKey(double time)
 {
     auto best = myKeys.end();
     for (auto it = lowerKey(time); it != myKeys.end() && sameTime(it->myTime, time); ++it)
-        if (best == myKeys.end() ||
-            std::fabs(it->myTime - time) < std::fabs(best->myTime - time))
+        if (best == myKeys.end() || std::fabs(it->myTime - time) < std::fabs(best->myTime - time))
             best = it;
     return best;
 }

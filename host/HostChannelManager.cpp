@@ -115,8 +115,7 @@ bool isUnder(const std::string &channel_path, const std::string &node_path)
 }
 } // namespace
 
-void HostChannelManager::renameScopedNode(const std::string &old_path,
-                                          const std::string &new_path)
+void HostChannelManager::renameScopedNode(const std::string &old_path, const std::string &new_path)
 {
     for (std::string &path : myScoped)
         if (isUnder(path, old_path))

@@ -94,14 +94,18 @@ HostNode *HostNetwork::createManager(const std::string &name, HostOperatorTable 
 
 bool HostNetwork::deleteNode(HostNode *node)
 {
-    // Searched from the back: clear() deletes the last node each time, which keeps
-    // emptying a large network linear.
+    // Searched from both ends at once: clear() deletes the last node each time and a
+    // script often deletes nodes in the order it made them, and both stay linear.
     auto find = [this, node]()
     {
-        auto rit =
-            std::find_if(myNodes.rbegin(), myNodes.rend(),
-                         [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
-        return rit == myNodes.rend() ? myNodes.end() : std::prev(rit.base());
+        for (size_t front = 0, back = myNodes.size(); front < back; ++front)
+        {
+            if (myNodes[front].get() == node)
+                return myNodes.begin() + static_cast<std::ptrdiff_t>(front);
+            if (myNodes[--back].get() == node)
+                return myNodes.begin() + static_cast<std::ptrdiff_t>(back);
+        }
+        return myNodes.end();
     };
     auto it = find();
     if (!node || it == myNodes.end())

@@ -74,9 +74,6 @@ HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
         c.myDefault = c.myFactoryDefault;
         applyDefault(c, c.myDefault, is_string);
     }
-    myChannelNames.resize(n);
-    for (int k = 0; k < n; ++k)
-        myChannelNames[k] = tmpl.getChannelName(k);
 }
 
 HostParm::~HostParm() = default;
@@ -88,13 +85,25 @@ HostNode *HostParm::getNode() const
 
 const std::string &HostParm::getChannelName(int k) const
 {
-    return (k >= 0 && k < getVectorSize()) ? myChannelNames[k] : theEmpty;
+    if (k < 0 || k >= getVectorSize())
+        return theEmpty;
+    return myChannelNames.empty() ? myTemplate->getChannelName(k) : myChannelNames[k];
+}
+
+void HostParm::setChannelName(int k, const std::string &name)
+{
+    // Only instances of multiparms rename their channels: the others share the template's
+    // names instead of holding copies (a node has many components).
+    if (myChannelNames.empty())
+        for (int j = 0; j < getVectorSize(); ++j)
+            myChannelNames.push_back(myTemplate->getChannelName(j));
+    myChannelNames[k] = name;
 }
 
 int HostParm::findChannel(const std::string &channel) const
 {
     for (int k = 0; k < getVectorSize(); ++k)
-        if (myChannelNames[k] == channel)
+        if (getChannelName(k) == channel)
             return k;
     return -1;
 }

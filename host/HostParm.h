@@ -233,6 +233,9 @@ public:
 private:
     friend class HostParmList;
 
+    /// Gives component k a channel name of its own (multiparm instances).
+    void setChannelName(int k, const std::string &name);
+
     /// Remembers (or clears) the error of component k's last evaluation; reports it to the
     /// channel manager's log when `report`.
     void noteEvalError(int k, const std::string &error, bool report) const;
@@ -244,7 +247,7 @@ private:
     int myIndex;
     std::string myName;
     std::vector<HostParmComponent> myComponents;
-    std::vector<std::string> myChannelNames; ///< instance-renamed channel names
+    std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
     std::vector<HostParmInterest> myInterests;
     mutable std::vector<std::string> myEvalErrors; ///< per component, sized on first error
     bool mySpare = false;

@@ -251,9 +251,8 @@ void detachBypassed(GZ_OHLPersistent &handle, const std::vector<HostNode *> &bef
     for (HostNode *node : before)
         if (std::find(after.begin(), after.end(), node) == after.end() && handle.hasOpNode(*node))
         {
-            args.err() << args.arg(0) << ": " << node->getFullPath()
-                       << " drives no parameter of " << handle.getName()
-                       << " any more and is detached\n";
+            args.err() << args.arg(0) << ": " << node->getFullPath() << " drives no parameter of "
+                       << handle.getName() << " any more and is detached\n";
             handle.detach(*node);
         }
 }

@@ -95,8 +95,8 @@ std::string SceneGenerator::parmCommand()
         return "parmset " + path + " group " + quoted(pick({"", "a b", "it's \"q\"", "@x"}));
     case 3:
         return "parmset -e " + path + " " + channel() + " " +
-               quoted(pick({"$T*2", "ch(\"tx\")+1", "sin($F)*3", "1/0", "ch(\"../a/ty\")",
-                             "10^400", "-10^400", "0/0"}));
+               quoted(pick({"$T*2", "ch(\"tx\")+1", "sin($F)*3", "1/0", "ch(\"../a/ty\")", "10^400",
+                            "-10^400", "0/0"}));
     case 4:
         return "parmset -p " + path + " " + channel() + " " + quoted("frame() * 2");
     default:
@@ -154,7 +154,8 @@ std::string SceneGenerator::handleCommand()
     case 7:
         return "pomset " + options() + name;
     default:
-        return "pomrename " + name + " " + quoted(chance(30) ? hostile() : pick({"h", "renamed", "x9", "Handle"}));
+        return "pomrename " + name + " " +
+               quoted(chance(30) ? hostile() : pick({"h", "renamed", "x9", "Handle"}));
     }
 }
 
@@ -183,7 +184,8 @@ std::string SceneGenerator::groupCommand()
     case 6:
         return "pomset -g " + options() + group;
     default:
-        return "pomrename -g " + group + " " + quoted(chance(30) ? hostile() : pick({"g", "grp", "Group"}));
+        return "pomrename -g " + group + " " +
+               quoted(chance(30) ? hostile() : pick({"g", "grp", "Group"}));
     }
 }
 
@@ -251,8 +253,11 @@ std::string SceneGenerator::bindingCommand()
                pick({"all", "poly", "''"}) + " " + std::to_string(below(2)) + " " +
                pick({"''", "menu"}) + " " + std::to_string(below(2));
     default:
+        // Descriptions differ from the handle names omparm uses: bindings are not part of
+        // the scene, so a setting that differs from a binding's defaults only in this
+        // process would not be saved by a new one.
         return "ombind " + table + (chance(50) ? "-d " + quoted(settings()) + " " : "") +
-               (chance(25) ? quoted(hostile()) : pick({"d1", "d2", "d3"})) + " " + op + ":" +
+               (chance(25) ? quoted(hostile() + " d") : pick({"d1", "d2", "d3"})) + " " + op + ":" +
                pick({"tx", "ty", "tz", "rx", "t", "r", "scale"}) + " " +
                pick({"xform", "translate", "rotate"}) + ":" +
                pick({"tx", "ty", "tz", "rx", "ry", "sx", "uniform_scale"});
@@ -307,12 +312,13 @@ std::string SceneGenerator::channel()
     return pick({"tx", "ty", "tz", "rx", "ry", "rz", "sx", "scale", "px"});
 }
 
-std::string SceneGenerator::number()
+std::string SceneGenerator::number(bool words)
 {
     if (chance(70))
         return pick({"0", "1", "-1", "0.5", "2.25", "3", "-0.125", "10"});
+    // Values a scene must still save and load; settings text has no words for them.
     if (chance(5))
-        return pick({"inf", "-inf", "1e999"}); // values a scene must still save and load
+        return words ? pick({"inf", "-inf", "1e999"}) : "1e999";
     // Values with every digit in use, to catch numbers that do not read back exactly.
     std::uniform_real_distribution<double> any(-1000.0, 1000.0);
     char text[40];
@@ -365,21 +371,20 @@ std::string SceneGenerator::settings()
         switch (kind)
         {
         case 0:
-            text += "color(" + number() + " " + number() + " " + number() + ")";
+            text += "color(" + number(false) + " " + number(false) + " " + number(false) + ")";
             break;
         case 1:
             text += std::string("showoppath(") + pick({"0", "1"}) + ")";
             break;
         case 2:
             text += std::string("ownerop('") +
-                    pick({"xform1", "a b", "it\\'s", "back\\\\slash", "$V", "q\"x", "a;b #c",
-                          ""}) +
+                    pick({"xform1", "a b", "it\\'s", "back\\\\slash", "$V", "q\"x", "a;b #c", ""}) +
                     "')";
             break;
         default:
             // Setting names hold anything but blanks and "(".
             text += pick({"scale", "a$V", "q\"n", "#n", ";n", "b\\s", "it's"});
-            text += "(" + number() + ")";
+            text += "(" + number(false) + ")";
             break;
         }
     }

@@ -43,7 +43,7 @@ private:
     std::string handleName();
     std::string groupName();
     std::string channel();
-    std::string number();
+    std::string number(bool words = true);
     std::string options();
     std::string bindingPair();
     std::string settings();
