@@ -46,6 +46,19 @@ HostNode *HostNetwork::findNode(const std::string &name) const
     return it == myByName.end() ? nullptr : it->second;
 }
 
+namespace
+{
+// " (a Sop type; this network takes Object types)" when the type exists in another table.
+std::string wrongNetworkHint(const HostOperatorTable *mine, const std::string &type)
+{
+    for (const HostOperatorTable *table : HostOperatorTable::getTables())
+        if (table != mine && table->getOperator(type))
+            return " (a " + table->getName() + " type; this network takes " +
+                   (mine ? mine->getName() : std::string("no")) + " types)";
+    return "";
+}
+} // namespace
+
 HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node, int position)
 {
     HostNode *n = node.get();
@@ -63,7 +76,7 @@ HostNode *HostNetwork::createNode(const std::string &type, const std::string &na
     HostOperator *op = myTable ? myTable->getOperator(type) : nullptr;
     if (!op)
     {
-        setError(error, "Invalid node type: " + type);
+        setError(error, "Invalid node type: " + type + wrongNetworkHint(myTable, type));
         return nullptr;
     }
     const std::string node_name = name.empty() ? getFreeName(type) : name;
