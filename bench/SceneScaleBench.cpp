@@ -98,7 +98,7 @@ static void BM_AutomaticNodeNames(benchmark::State &state)
     }
     state.SetItemsProcessed(state.iterations() * count);
 }
-BENCHMARK(BM_AutomaticNodeNames)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_AutomaticNodeNames)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
 
 /// "pomattach -g g hI" N times, with undo records.
 static void BM_GroupMembersWithUndo(benchmark::State &state)
@@ -122,7 +122,7 @@ static void BM_GroupMembersWithUndo(benchmark::State &state)
     }
     state.SetItemsProcessed(state.iterations() * count);
 }
-BENCHMARK(BM_GroupMembersWithUndo)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_GroupMembersWithUndo)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
 
 /// "noderm /obj/nI" for every node while the N handles share one group, then "undo" N
 /// times; the time is that of the undos.
@@ -153,4 +153,4 @@ static void BM_UndoNodeDeletionsInBigGroup(benchmark::State &state)
     }
     state.SetItemsProcessed(state.iterations() * count);
 }
-BENCHMARK(BM_UndoNodeDeletionsInBigGroup)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_UndoNodeDeletionsInBigGroup)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);

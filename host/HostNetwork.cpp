@@ -37,7 +37,8 @@ HostNetwork::~HostNetwork()
 
 HostNode *HostNetwork::getNode(int i) const
 {
-    return (i >= 0 && i < getNumNodes()) ? myNodes[i].get() : nullptr;
+    return (i >= 0 && i < getNumNodes()) ? myNodes[myFirst + static_cast<size_t>(i)].get()
+                                         : nullptr;
 }
 
 HostNode *HostNetwork::findNode(const std::string &name) const
@@ -63,11 +64,72 @@ HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node, int position)
 {
     HostNode *n = node.get();
     myByName.emplace(n->getName(), n);
-    if (position >= 0 && position < static_cast<int>(myNodes.size()))
-        myNodes.insert(myNodes.begin() + position, std::move(node));
+    if (position >= 0 && position < getNumNodes())
+        insertAt(static_cast<size_t>(position), std::move(node));
     else
         myNodes.push_back(std::move(node));
     return n;
+}
+
+void HostNetwork::insertAt(size_t index, std::unique_ptr<HostNode> node)
+{
+    const size_t count = myNodes.size() - myFirst;
+    if (index >= count / 2)
+    {
+        myNodes.insert(myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst + index),
+                       std::move(node));
+        return;
+    }
+    if (myFirst == 0)
+    {
+        // Open a gap as large as the list, so that the next inserts at the front are free.
+        const size_t gap = std::max<size_t>(count, 8);
+        std::vector<std::unique_ptr<HostNode>> grown(gap + count);
+        std::move(myNodes.begin(), myNodes.end(), grown.begin() + static_cast<std::ptrdiff_t>(gap));
+        myNodes.swap(grown);
+        myFirst = gap;
+    }
+    // The nodes before the place move one slot into the gap.
+    const auto first = myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst);
+    std::move(first, first + static_cast<std::ptrdiff_t>(index), first - 1);
+    --myFirst;
+    myNodes[myFirst + index] = std::move(node);
+}
+
+std::unique_ptr<HostNode> HostNetwork::takeAt(size_t index)
+{
+    const auto at = myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst + index);
+    std::unique_ptr<HostNode> node = std::move(*at);
+    const size_t count = myNodes.size() - myFirst;
+    if (index < count / 2)
+    {
+        // The nodes before it move one slot back; the gap grows.
+        const auto first = myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst);
+        std::move_backward(first, at, at + 1);
+        ++myFirst;
+    }
+    else
+    {
+        myNodes.erase(at);
+    }
+    if (myFirst == myNodes.size())
+    {
+        myNodes.clear();
+        myFirst = 0;
+    }
+    return node;
+}
+
+int HostNetwork::indexOf(const HostNode *node) const
+{
+    for (int front = 0, back = getNumNodes(); front < back; ++front)
+    {
+        if (getNode(front) == node)
+            return front;
+        if (getNode(--back) == node)
+            return back;
+    }
+    return -1;
 }
 
 HostNode *HostNetwork::createNode(const std::string &type, const std::string &name,
@@ -109,41 +171,27 @@ bool HostNetwork::deleteNode(HostNode *node)
 {
     // Searched from both ends at once: clear() deletes the last node each time and a
     // script often deletes nodes in the order it made them, and both stay linear.
-    auto find = [this, node]()
-    {
-        for (size_t front = 0, back = myNodes.size(); front < back; ++front)
-        {
-            if (myNodes[front].get() == node)
-                return myNodes.begin() + static_cast<std::ptrdiff_t>(front);
-            if (myNodes[--back].get() == node)
-                return myNodes.begin() + static_cast<std::ptrdiff_t>(back);
-        }
-        return myNodes.end();
-    };
-    auto it = find();
-    if (!node || it == myNodes.end())
+    if (!node || indexOf(node) < 0)
         return false;
     if (node->myChildren)
         node->myChildren->clear();
     node->sendEvent(HOST_NODE_DELETED);
     // A callback may have deleted other nodes: look the node up again.
-    it = find();
-    if (it == myNodes.end())
+    const int index = indexOf(node);
+    if (index < 0)
         return true;
     if (!HostChannelManager::get().getScopedChannels().empty())
         HostChannelManager::get().unscopeNode(node->getFullPath());
     releaseName(node->getName());
     myByName.erase(node->getName());
-    std::unique_ptr<HostNode> doomed = std::move(*it);
-    myNodes.erase(it);
-    doomed.reset();
+    takeAt(static_cast<size_t>(index)).reset();
     return true;
 }
 
 void HostNetwork::clear()
 {
-    while (!myNodes.empty())
-        deleteNode(myNodes.back().get());
+    while (getNumNodes() > 0)
+        deleteNode(getNode(getNumNodes() - 1));
 }
 
 bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::string *error)
