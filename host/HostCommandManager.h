@@ -154,8 +154,8 @@ private:
     bool runCommand(const HostParsedCommand &cmd, const HostExecOptions &options);
     /// Runs a command's handler; its error lines are prefixed with the location when asked.
     void callHandler(const std::string &name, const HostCommandCallback &callback,
-                     std::vector<std::string> positional, const HostExecOptions &options,
-                     int line, const std::function<void(HostCommandArgs &)> &prepare);
+                     std::vector<std::string> positional, const HostExecOptions &options, int line,
+                     const std::function<void(HostCommandArgs &)> &prepare);
     void reportAt(const std::string &source, int line, const std::string &message) const;
     static bool parseOptionString(const char *options, std::map<char, int> &counts);
     static std::string makeUsage(const std::string &name, const std::string &options);
