@@ -6,6 +6,7 @@
 #include "host/HostScriptPage.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -89,7 +90,8 @@ bool parseNumber(const std::string &text, double &value)
     char *end = nullptr;
     errno = 0;
     value = std::strtod(text.c_str(), &end);
-    return end && *end == '\0' && errno != ERANGE;
+    // Infinities and NaN are not numbers here: they would not survive being written back.
+    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
 }
 
 /// Reads the argument of a keyword; reports "Expected ... after KEYWORD" when it is missing.
