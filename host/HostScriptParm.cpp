@@ -477,7 +477,7 @@ bool HostScriptParm::parseKeyword(HostDialogStream &in, const std::string &kw)
         double n = 0;
         if (!readArg(in, kw, value))
             return true;
-        if (!parseNumber(value, n) || n != static_cast<int>(n))
+        if (!parseNumber(value, n) || n != std::floor(n))
             in.error("Bad size '" + value + "'");
         else if (n < 1 || n > 16)
             in.error("Size " + value + " is outside 1 to 16");

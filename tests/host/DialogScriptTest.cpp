@@ -243,6 +243,8 @@ TEST(DialogScript, BadInputIsReportedWithFileAndLineAndReadingGoesOn)
          "t.ds[5]: Parameter 'a' has 4 default values for size 3\n"},
         {"parm { size 17 }", "t.ds[1]: Size 17 is outside 1 to 16\n"},
         {"parm { size 2.5 }", "t.ds[1]: Bad size '2.5'\n"},
+        {"parm { size 99999999999999999999 }",
+         "t.ds[1]: Size 99999999999999999999 is outside 1 to 16\n"},
         {"parm { type bogus }", "t.ds[1]: Unknown parameter type 'bogus'\n"},
         {"parm { default { [ \"x\" perl ] } }", "t.ds[1]: Unknown expression language 'perl'\n"},
         {"}\nparm { }", "t.ds[1]: Unexpected '}'\n"},
