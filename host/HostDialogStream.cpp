@@ -6,8 +6,8 @@
 #include "host/HostReader.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 /// One text being read: a file or a string, with its position.
 struct HostDialogStream::Source
@@ -29,6 +29,12 @@ std::string dirOf(const std::string &path)
 {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+bool isFile(const std::string &path)
+{
+    std::error_code ec;
+    return std::filesystem::is_regular_file(path, ec);
 }
 
 bool readWhole(const std::string &path, std::string &text, bool &too_large)
@@ -73,8 +79,7 @@ void HostDialogStream::openString(const std::string &text, const std::string &na
 bool HostDialogStream::pushFile(const std::string &name, bool optional)
 {
     std::string path = name;
-    std::ifstream probe(path);
-    if (!probe)
+    if (!isFile(path))
     {
         bool found = false;
         // Beside the including file, then on the include path, then on the search path.
@@ -87,8 +92,7 @@ bool HostDialogStream::pushFile(const std::string &name, bool optional)
         {
             if (d.empty())
                 continue;
-            std::ifstream p(d + name);
-            if (p)
+            if (isFile(d + name))
             {
                 path = d + name;
                 found = true;
