@@ -211,24 +211,12 @@ private:
         return t;
     }
 
-    /// The folders from `first` that form one switcher; returns the index of its last one.
-    static int switcherEnd(const HostScriptPage &page, int first)
-    {
-        const HostScriptParm &f = *page.getParm(first);
-        if (f.myKind != HostScriptParm::GROUP_TAB && f.myKind != HostScriptParm::GROUP_RADIO)
-            return first;
-        int i = first;
-        while (i + 1 < page.getNumParms() && page.getParm(i + 1)->myKind == f.myKind &&
-               !page.getParm(i)->myTabBreak)
-            ++i;
-        return i;
-    }
-
     int addSwitcher(const HostScriptPage &page, int first, HostParmTemplateList &list,
                     std::vector<HostImportRecord> *imports, int &last)
     {
         const HostScriptParm &head = *page.getParm(first);
-        const int end = switcherEnd(page, first);
+        int start = first, end = first;
+        page.getSwitcherRange(first, start, end);
         HostParmType type = HOST_PARM_SWITCHER;
         if (head.myKind == HostScriptParm::GROUP_RADIO)
             type = type.withFlags(HostParmType::EXCLUSIVE);

@@ -204,8 +204,15 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
                              "}\n"
                              "groupcollapsible { name \"c\" label \"C\" }\n"
                              "groupcollapsible { name \"d\" label \"D\" }\n";
-    parseText(text, diag, &layout);
+    auto parsed = parseText(text, diag, &layout);
     EXPECT_EQ(diag.text(), "");
+    EXPECT_EQ(parsed->getSwitcherFolderCount(0), 1); // the tab break ends it
+    EXPECT_EQ(parsed->getSwitcherFolderCount(3), 1); // collapsible folders stand alone
+    const HostScriptPage &inner = *parsed->getParm(1)->myPage;
+    int first = -1, last = -1;
+    inner.getSwitcherRange(2, first, last);
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(last, 2);
     const HostParmTemplateList &l = layout.myTemplates;
     ASSERT_EQ(l.size(), 7); // a, x, b, r, y, c, d
     EXPECT_EQ(l[0].getFolderCount(), 1);
