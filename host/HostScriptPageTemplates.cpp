@@ -1,7 +1,6 @@
 // HostScriptPage: conversion between parsed pages and template lists with import records.
 #include "host/HostScriptPage.h"
 
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -12,17 +11,6 @@
 namespace
 {
 using Kind = HostScriptParm::Kind;
-
-bool parseNumber(const std::string &text, double &value)
-{
-    if (text.empty())
-        return false;
-    char *end = nullptr;
-    errno = 0;
-    value = std::strtod(text.c_str(), &end);
-    // Infinities and NaN are not numbers here: they would not survive being written back.
-    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
-}
 
 /// The shortest text that reads back as exactly `value`.
 std::string formatNumber(double value)
@@ -116,7 +104,7 @@ HostParmTemplate parmTemplate(const HostScriptParm &p)
     {
         const HostScriptParm::Default &d = p.myDefaults[k];
         double number = 0;
-        if (d.myMeaning == 0 && type.isNumeric() && parseNumber(d.myText, number))
+        if (d.myMeaning == 0 && type.isNumeric() && HostScriptParm::parseNumber(d.myText, number))
             t.setDefault(static_cast<int>(k), HostParmDefault(number));
         else
             t.setDefault(static_cast<int>(k), HostParmDefault(
@@ -195,7 +183,7 @@ private:
                        : p.myKind == HostScriptParm::MULTI_SCROLL ? HostParmTemplate::MULTI_SCROLL
                                                                   : HostParmTemplate::MULTI_SWITCHER);
         double count = 0;
-        if (!p.myDefaults.empty() && parseNumber(p.myDefaults[0].myText, count) &&
+        if (!p.myDefaults.empty() && HostScriptParm::parseNumber(p.myDefaults[0].myText, count) &&
             std::fabs(count) < 1e9)
             t.setDefault(0, HostParmDefault(static_cast<double>(static_cast<long long>(count))));
         setConditionsAndTags(t, p);

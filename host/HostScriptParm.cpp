@@ -83,16 +83,6 @@ const TypeRow TYPES[] = {
     {"iconstrip", O(HostParmType::ICON_STRIP), 0, 0, 1, nullptr},
 };
 
-bool parseNumber(const std::string &text, double &value)
-{
-    if (text.empty())
-        return false;
-    char *end = nullptr;
-    errno = 0;
-    value = std::strtod(text.c_str(), &end);
-    // Infinities and NaN are not numbers here: they would not survive being written back.
-    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
-}
 
 /// Reads the argument of a keyword; reports "Expected ... after KEYWORD" when it is missing.
 bool readArg(HostDialogStream &in, const std::string &keyword, std::string &value)
@@ -119,6 +109,17 @@ bool expect(HostDialogStream &in, const char *what, const std::string &context)
     return false;
 }
 } // namespace
+
+bool HostScriptParm::parseNumber(const std::string &text, double &value)
+{
+    if (text.empty())
+        return false;
+    char *end = nullptr;
+    errno = 0;
+    value = std::strtod(text.c_str(), &end);
+    // Infinities and NaN are not numbers here: they would not survive being written back.
+    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
+}
 
 HostScriptParm::HostScriptParm(Kind kind) : myKind(kind) {}
 
