@@ -21,9 +21,18 @@ struct HostDialogStream::Source
 
 namespace
 {
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-bool isSingle(char c) { return c == '{' || c == '}' || c == '[' || c == ']'; }
-bool isText(unsigned char c) { return c >= 0x20 || c == '\t' || c == '\n' || c == '\r'; }
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+bool isSingle(char c)
+{
+    return c == '{' || c == '}' || c == '[' || c == ']';
+}
+bool isText(unsigned char c)
+{
+    return c >= 0x20 || c == '\t' || c == '\n' || c == '\r';
+}
 
 std::string dirOf(const std::string &path)
 {
@@ -146,9 +155,15 @@ void HostDialogStream::warning(const std::string &message)
         report(/*is_error=*/false, getFileName(), getLine(), message);
 }
 
-const std::string &HostDialogStream::getFileName() const { return myFileName; }
+const std::string &HostDialogStream::getFileName() const
+{
+    return myFileName;
+}
 
-int HostDialogStream::getLine() const { return myLine; }
+int HostDialogStream::getLine() const
+{
+    return myLine;
+}
 
 void HostDialogStream::directive(const std::string &line)
 {
@@ -310,7 +325,10 @@ bool HostDialogStream::peekToken(std::string &token, bool *quoted)
     return true;
 }
 
-bool HostDialogStream::atEnd() { return !fill(); }
+bool HostDialogStream::atEnd()
+{
+    return !fill();
+}
 
 bool HostDialogStream::nextOnSameLine()
 {
@@ -323,8 +341,7 @@ std::string HostDialogStream::getRestOfLine()
     if (myHasPeek)
     {
         // A token peeked on a later line stays; one on this line is read again as raw text.
-        if (!(myPeekFile == myFileName && myPeekLine == myLine) ||
-            myPeekDepth != mySources.size())
+        if (!(myPeekFile == myFileName && myPeekLine == myLine) || myPeekDepth != mySources.size())
             return rest;
         myHasPeek = false;
         mySources.back()->myPos = myPeekStart;

@@ -241,8 +241,8 @@ bool HostScriptPage::parseBlockBody(HostDialogStream &in, HostScriptParm &parm, 
         }
         else if (quoted || !parm.parseKeyword(in, token))
         {
-            in.error("Unknown keyword '" + token + "' in a " + HostScriptParm::keyword(parm.myKind) +
-                     " block");
+            in.error("Unknown keyword '" + token + "' in a " +
+                     HostScriptParm::keyword(parm.myKind) + " block");
             skipStatement(in);
         }
     }

@@ -107,12 +107,12 @@ HostParmTemplate parmTemplate(const HostScriptParm &p)
         if (d.myMeaning == 0 && type.isNumeric() && HostScriptParm::parseNumber(d.myText, number))
             t.setDefault(static_cast<int>(k), HostParmDefault(number));
         else
-            t.setDefault(static_cast<int>(k), HostParmDefault(
-                                                  d.myText, static_cast<HostStringMeaning>(d.myMeaning)));
+            t.setDefault(static_cast<int>(k),
+                         HostParmDefault(d.myText, static_cast<HostStringMeaning>(d.myMeaning)));
     }
     if (p.myHasRange)
-        t.setRange(HostParmRange(p.myRangeMin, p.myRangeMax, p.myRangeMinStrict,
-                                 p.myRangeMaxStrict));
+        t.setRange(
+            HostParmRange(p.myRangeMin, p.myRangeMax, p.myRangeMinStrict, p.myRangeMaxStrict));
     if (p.myHasMenu)
         setMenu(t, p);
     t.setExportLevel(p.myExport);
@@ -179,9 +179,10 @@ private:
     HostParmTemplate multiparmTemplate(const HostScriptParm &p)
     {
         HostParmTemplate t(presentation(HOST_PARM_MULTIPARM, p), p.myName, p.myLabel);
-        t.setMultiType(p.myKind == HostScriptParm::MULTI_LIST     ? HostParmTemplate::MULTI_LIST
-                       : p.myKind == HostScriptParm::MULTI_SCROLL ? HostParmTemplate::MULTI_SCROLL
-                                                                  : HostParmTemplate::MULTI_SWITCHER);
+        t.setMultiType(p.myKind == HostScriptParm::MULTI_LIST ? HostParmTemplate::MULTI_LIST
+                       : p.myKind == HostScriptParm::MULTI_SCROLL
+                           ? HostParmTemplate::MULTI_SCROLL
+                           : HostParmTemplate::MULTI_SWITCHER);
         double count = 0;
         if (!p.myDefaults.empty() && HostScriptParm::parseNumber(p.myDefaults[0].myText, count) &&
             std::fabs(count) < 1e9)
@@ -390,10 +391,10 @@ private:
         {
             const std::string &name = tag.first;
             const std::size_t colon = name.rfind(':');
-            const bool per_folder = colon != std::string::npos && colon != 0 &&
-                                    name.find_first_not_of("0123456789", colon + 1) ==
-                                        std::string::npos &&
-                                    colon + 1 < name.size();
+            const bool per_folder =
+                colon != std::string::npos && colon != 0 &&
+                name.find_first_not_of("0123456789", colon + 1) == std::string::npos &&
+                colon + 1 < name.size();
             if (!per_folder)
             {
                 if (k == 0 && name != HostSpareData::GROUP_TYPE_TAG)
@@ -481,10 +482,10 @@ void fillCommon(HostScriptParm &p, const HostParmTemplate &t)
 std::unique_ptr<HostScriptParm> multiparmBlock(const HostParmTemplate &t)
 {
     const int layout = t.getMultiType() & 15;
-    auto p = std::make_unique<HostScriptParm>(layout == HostParmTemplate::MULTI_LIST ? HostScriptParm::MULTI_LIST
-                                              : layout == HostParmTemplate::MULTI_SCROLL
-                                                  ? HostScriptParm::MULTI_SCROLL
-                                                  : HostScriptParm::MULTI_SWITCHER);
+    auto p = std::make_unique<HostScriptParm>(
+        layout == HostParmTemplate::MULTI_LIST     ? HostScriptParm::MULTI_LIST
+        : layout == HostParmTemplate::MULTI_SCROLL ? HostScriptParm::MULTI_SCROLL
+                                                   : HostScriptParm::MULTI_SWITCHER);
     fillCommon(*p, t);
     if (!t.getDefaults().empty())
         p->myDefaults.push_back({formatNumber(t.getDefault(0).myNumber), 0});
@@ -507,8 +508,8 @@ std::unique_ptr<HostScriptParm> Emitter::parmBlock(const HostParmTemplate &t)
     p->mySize = t.getVectorSize();
     for (const HostParmDefault &d : t.getDefaults())
     {
-        const bool text = !d.myString.empty() || d.myMeaning != HOST_STRING_LITERAL ||
-                          !t.getType().isNumeric();
+        const bool text =
+            !d.myString.empty() || d.myMeaning != HOST_STRING_LITERAL || !t.getType().isNumeric();
         p->myDefaults.push_back({text ? d.myString : formatNumber(d.myNumber), d.myMeaning});
     }
     p->myHasDefault = !p->myDefaults.empty();

@@ -289,13 +289,14 @@ TEST(DialogScript, EndlessNestingAndErrorFloodsStop)
 
 TEST(DialogScript, EveryTypeTokenComesBackFromItsTemplate)
 {
-    const char *tokens[] = {"integer", "float", "vector2", "vector", "vector4", "intvector2",
-                            "intvector", "intvector4", "uv", "uvw", "toggle", "ordinal", "button",
-                            "angle", "direction", "color", "color4", "ramp_flt", "ramp_rgb",
-                            "string", "file", "directory", "image", "geometry", "oppath", "oplist",
-                            "label", "heading", "message", "separator", "spacer", "rgbamask",
-                            "group", "log", "intlog", "data", "geometrydata", "keyvaluedict",
-                            "float_minmax", "int_minmax", "buttonstrip", "iconstrip"};
+    const char *tokens[] = {
+        "integer",      "float",        "vector2",      "vector",     "vector4",     "intvector2",
+        "intvector",    "intvector4",   "uv",           "uvw",        "toggle",      "ordinal",
+        "button",       "angle",        "direction",    "color",      "color4",      "ramp_flt",
+        "ramp_rgb",     "string",       "file",         "directory",  "image",       "geometry",
+        "oppath",       "oplist",       "label",        "heading",    "message",     "separator",
+        "spacer",       "rgbamask",     "group",        "log",        "intlog",      "data",
+        "geometrydata", "keyvaluedict", "float_minmax", "int_minmax", "buttonstrip", "iconstrip"};
     for (const char *token : tokens)
     {
         HostDiagnosticCapture diag;
@@ -321,7 +322,8 @@ TEST(DialogStream, IncludesAndOptionalFiles)
     for (int option : {int(HostDialogStream::INCLUDES), 0})
     {
         HostDialogStream in;
-        in.openString("#include \"section.ds\"\nparm { name \"last\" }\n", dir + "/main.ds", option);
+        in.openString("#include \"section.ds\"\nparm { name \"last\" }\n", dir + "/main.ds",
+                      option);
         HostScriptPage page;
         EXPECT_TRUE(page.parseSection(in));
         EXPECT_EQ(page.getNumParms(), option ? 7 : 1);
