@@ -1,0 +1,203 @@
+// gz_SafeNameContext: the indexes behind makeSafeParmName, and the naming rule itself.
+#include "scriptedit/gz_SafeNameContext.h"
+
+#include "scriptedit/GZ_EditScriptedParms.h"
+#include "scriptedit/gz_ScriptHost.h"
+
+#include "host/HostNode.h"
+#include "host/HostOperator.h"
+#include "host/HostParmTemplate.h"
+
+#include <cctype>
+
+void gz_SafeNameContext::NameSet::add(const std::string &name, int delta)
+{
+    if (name.empty())
+        return;
+    auto &map = name.find('#') != std::string::npos ? myPatterns : myCounts;
+    int &count = map[name];
+    count += delta;
+    if (count <= 0)
+        map.erase(name);
+}
+
+bool gz_SafeNameContext::NameSet::has(const std::string &name) const
+{
+    return myCounts.count(name) != 0 || myPatterns.count(name) != 0;
+}
+
+bool gz_SafeNameContext::NameSet::matchesPattern(const std::string &name) const
+{
+    for (const auto &p : myPatterns)
+        if (matchesInstancePattern(name, p.first))
+            return true;
+    return false;
+}
+
+gz_SafeNameContext::gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique)
+    : myParms(parms), myMakeUnique(make_unique)
+{
+    if (HostOperator *op = parms.getOperator())
+        addTemplates(op->getParmTemplates(), /*conflicts=*/true, /*patterns=*/true);
+    if (HostNode *node = parms.getNode())
+        addTemplates(node->getSpareTemplates().data(), /*conflicts=*/false, /*patterns=*/true);
+    for (int i = 0; i < parms.entries(); ++i)
+        noteAppended(*parms.getParm(i));
+}
+
+void gz_SafeNameContext::addTemplates(const HostParmTemplate *t, bool conflicts, bool patterns)
+{
+    for (; t && !t->isTerminator(); ++t)
+    {
+        const std::string &name = t->getName();
+        const bool counts = !myParms.getCheckReservedOnly() || myParms.checkReservedName(name);
+        if (conflicts && counts)
+        {
+            myTemplateNames.add(name, 1);
+            for (int k = 0; k < t->getNumChannels(); ++k)
+                if (t->getChannelName(k) != name)
+                    myTemplateNames.add(t->getChannelName(k), 1);
+        }
+        if (patterns && name.find('#') != std::string::npos)
+            myInstanceNames.add(name, 1);
+        if (t->getType().isMultiparm())
+            addTemplates(t->getChildList(), conflicts, patterns);
+    }
+}
+
+void gz_SafeNameContext::addEntry(const GZ_EditScriptedParm &parm, int delta)
+{
+    if (parm.getIsGroupEnd() || parm.getName().empty())
+        return;
+    myEntryNames.add(parm.getName(), delta);
+    for (const std::string &c : parm.getChannelNames())
+        if (c != parm.getName())
+            myEntryNames.add(c, delta);
+    if (parm.getName().find('#') != std::string::npos)
+        myInstanceNames.add(parm.getName(), delta);
+}
+
+void gz_SafeNameContext::noteAppended(const GZ_EditScriptedParm &parm)
+{
+    if (myMakeUnique)
+        addEntry(parm, 1);
+    if (parm.getIsGroupStart())
+    {
+        myOpenIsMulti.push_back(parm.getIsMultiParm());
+        myMultiLevel += parm.getIsMultiParm() ? 1 : 0;
+    }
+    else if (parm.getIsGroupEnd() && !myOpenIsMulti.empty())
+    {
+        myMultiLevel -= myOpenIsMulti.back() ? 1 : 0;
+        myOpenIsMulti.pop_back();
+    }
+}
+
+bool gz_SafeNameContext::makeSafeAndAppend(GZ_EditScriptedParm &parm)
+{
+    std::string name = parm.getName();
+    const int level = myMultiLevel;
+    const bool changed = makeSafe(&parm, name, nullptr, level, nullptr);
+    if (changed)
+        parm.setName(name);
+    noteAppended(parm);
+    return changed;
+}
+
+bool gz_SafeNameContext::fails(const std::vector<std::string> &names,
+                               const std::unordered_set<std::string> *avoid) const
+{
+    for (const std::string &n : names)
+    {
+        if (myParms.checkReservedName(n) || (avoid && avoid->count(n)))
+            return true;
+        if (myTemplateNames.has(n) || myTemplateNames.matchesPattern(n))
+            return true;
+        if (myMakeUnique && (myEntryNames.has(n) || myEntryNames.matchesPattern(n)))
+            return true;
+    }
+    return false;
+}
+
+bool gz_SafeNameContext::makeSafe(const GZ_EditScriptedParm *parm, std::string &name,
+                                  const std::unordered_set<std::string> *avoid, int level,
+                                  const GZ_EditScriptedParm *self)
+{
+    if (parm && (parm->getIsGroupEnd() || parm->getIsBaseParm()))
+        return false;
+    const std::string original = name;
+    gz_ScriptHost::forceValidVariableName(name, "#");
+    if (self && myMakeUnique)
+        addEntry(*self, -1);
+    while (true)
+    {
+        if (name.empty())
+            name = "newparameter";
+        std::vector<std::string> names = parm ? parm->getChannelNames(name)
+                                              : std::vector<std::string>();
+        names.push_back(name);
+        if (fails(names, avoid))
+        {
+            name = bump(name);
+            continue;
+        }
+        if (level > 0 && myInstanceNames.matchesPattern(name))
+        {
+            name = "_" + name;
+            continue;
+        }
+        break;
+    }
+    if (self && myMakeUnique)
+        addEntry(*self, 1);
+    return name != original;
+}
+
+std::string gz_SafeNameContext::bump(const std::string &name)
+{
+    std::string decoded = gz_ScriptHost::decodeVariableName(name);
+    if (!decoded.empty() && decoded.back() == '#')
+        decoded += '_';
+    size_t digits = decoded.size();
+    while (digits > 0 && std::isdigit(static_cast<unsigned char>(decoded[digits - 1])))
+        --digits;
+    if (digits == decoded.size())
+        return gz_ScriptHost::encodeVariableName(decoded + "1");
+    // Increment the decimal text in place, so that long runs of digits never overflow.
+    std::string number = decoded.substr(digits);
+    int i = static_cast<int>(number.size()) - 1;
+    for (; i >= 0; --i)
+    {
+        if (number[i] != '9')
+        {
+            ++number[i];
+            break;
+        }
+        number[i] = '0';
+    }
+    if (i < 0)
+        number.insert(number.begin(), '1');
+    return gz_ScriptHost::encodeVariableName(decoded.substr(0, digits) + number);
+}
+
+bool gz_SafeNameContext::matchesInstancePattern(const std::string &name,
+                                                const std::string &pattern)
+{
+    size_t n = 0;
+    for (size_t p = 0; p < pattern.size(); ++p)
+    {
+        if (pattern[p] != '#')
+        {
+            if (n >= name.size() || name[n] != pattern[p])
+                return false;
+            ++n;
+            continue;
+        }
+        const size_t start = n;
+        while (n < name.size() && std::isdigit(static_cast<unsigned char>(name[n])))
+            ++n;
+        if (n == start)
+            return false;
+    }
+    return n == name.size();
+}
