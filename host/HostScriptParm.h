@@ -75,6 +75,9 @@ public:
     /// size (0 when the token leaves the size free). False for an unknown token.
     static bool typeFromToken(const std::string &token, HostParmType &type, int &extension,
                               int &multi_type, int &size);
+    /// The type-variant tag value of a token that shares its host type with another token
+    /// ("heading", "spacer", ...); null for the others.
+    static const char *typeVariant(const std::string &token);
     /// The type token of a host type (the inverse of typeFromToken; "float" when none fits).
     static std::string tokenFromType(const HostParmTemplate &tmpl);
 
