@@ -12,9 +12,11 @@
 
 class HostNode;
 class HostOperator;
+class HostDialogStream;
 class HostParmTemplate;
-class gz_ParmNameIndex;
 class gz_SafeNameContext;
+struct HostSpareLayout;
+struct HostImportRecord;
 
 /// The parameter interface of one scripted operator type or of one node's spare parameters:
 /// an ordered list of owned definitions in which folders, multiparms and import groups are
@@ -47,6 +49,11 @@ public:
     /// From a node and a terminated template list.
     GZ_EditScriptedParms(HostNode *node, const HostParmTemplate *templates,
                          const BuildOptions &options);
+    /// From a node and a dialog-script parameter section: the host's reader turns the text
+    /// into templates, which are then converted. Messages of the reader are appended to
+    /// `messages` ("FILE[LINE]: message" lines); with read errors the set stays empty.
+    GZ_EditScriptedParms(HostNode *node, HostDialogStream &in, const BuildOptions &options,
+                         std::string &messages);
     ~GZ_EditScriptedParms();
 
     // Lookup.
@@ -112,9 +119,10 @@ public:
     /// `error`, when given) when the host reports an error, else 1.
     int updateNode(std::string *error = nullptr);
     /// Appends the definitions of a dialog-script parameter section read from `text`
-    /// (`file` names it in messages). Nothing is appended when the text has read errors;
-    /// they are appended to `errors` as "FILE[LINE]: message" lines. Returns whether it read.
-    bool parseParmSection(const std::string &text, const std::string &file, std::string &errors);
+    /// (`file` names it in messages). The reader's messages are appended to `messages` as
+    /// "FILE[LINE]: message" lines; with read errors nothing is appended and it returns false.
+    bool parseParmSection(const std::string &text, const std::string &file,
+                          std::string &messages);
     /// Takes the entries out of this set (ownership passes to the caller).
     std::vector<std::unique_ptr<GZ_EditScriptedParm>> releaseParms();
 
@@ -136,6 +144,8 @@ public:
     /// Appends definitions for a terminated template list (folders, multiparms, imports).
     void createParms(const HostParmTemplate *templates, HostNode *node,
                      const BuildOptions &options);
+    /// The same for a layout: its import records become import blocks where they stand.
+    void createParms(const HostSpareLayout &layout, HostNode *node, const BuildOptions &options);
 
     // Multiparm instance information, process-wide (see gz_MultiparmInfo).
     static void buildMultiparmInfo(HostNode *node);
@@ -163,9 +173,12 @@ private:
     void saveImportHeader(std::ostream &os, int &depth, GZ_EditScriptedParm &parm,
                           bool &import_scope, int &import_count);
 
-    void createSwitcher(const HostParmTemplate *&t, HostNode *node, const BuildOptions &options);
-    void createMultiparm(const HostParmTemplate &t, HostNode *node, const BuildOptions &options);
-    void createOne(const HostParmTemplate *&t, HostNode *node, const BuildOptions &options);
+    struct BuildState;
+    void createList(const HostParmTemplate *templates, BuildState &state);
+    void createSwitcher(const HostParmTemplate *&t, BuildState &state);
+    void createMultiparm(const HostParmTemplate &t, BuildState &state);
+    void createOne(const HostParmTemplate *&t, BuildState &state);
+    void createImportGroups(BuildState &state, int switcher, int folder, int after);
     void removeMarked(const std::vector<bool> &marked);
 
     std::vector<std::unique_ptr<GZ_EditScriptedParm>> myParms;

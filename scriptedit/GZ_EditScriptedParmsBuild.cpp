@@ -8,6 +8,7 @@
 #include "host/HostOperator.h"
 #include "host/HostParmTemplate.h"
 #include "host/HostSpareData.h"
+#include "host/HostSpareLayout.h"
 
 #include <string>
 
@@ -26,9 +27,9 @@ GZ_EditScriptedParms::GZ_EditScriptedParms(HostNode *node, const BuildOptions &o
     myOperator = node->getOperator();
     myNodeId = node->getUniqueId();
     initializeReserveNames(node);
-    const HostParmTemplateList &spares = node->getSpareTemplates();
+    const HostSpareLayout spares = node->getSpareLayout();
     if (!spares.empty())
-        createParms(spares.data(), node, options);
+        createParms(spares, node, options);
     else if (options.myFallbackToOperator && myOperator)
         createParms(myOperator->getParmTemplates(), node, options);
     initializeReserveFlags();
@@ -51,19 +52,82 @@ GZ_EditScriptedParms::GZ_EditScriptedParms(HostNode *node, const HostParmTemplat
 // ---------------------------------------------------------------------------------------------
 // Conversion.
 
+/// What a conversion carries through its recursion. `myBase` is the top-level list (flat
+/// indices of import records count from it); templates of multiparm children are outside it.
+struct GZ_EditScriptedParms::BuildState
+{
+    HostNode *myNode = nullptr;
+    const BuildOptions *myOptions = nullptr;
+    const HostParmTemplate *myBase = nullptr;
+    const std::vector<HostImportRecord> *myImports = nullptr;
+
+    int flatIndex(const HostParmTemplate *t) const
+    {
+        return myBase ? static_cast<int>(t - myBase) : -1;
+    }
+};
+
 void GZ_EditScriptedParms::createParms(const HostParmTemplate *templates, HostNode *node,
                                        const BuildOptions &options)
 {
+    BuildState state;
+    state.myNode = node;
+    state.myOptions = &options;
+    state.myBase = templates;
+    createList(templates, state);
+}
+
+void GZ_EditScriptedParms::createParms(const HostSpareLayout &layout, HostNode *node,
+                                       const BuildOptions &options)
+{
+    BuildState state;
+    state.myNode = node;
+    state.myOptions = &options;
+    state.myBase = layout.myTemplates.data();
+    state.myImports = &layout.myImports;
+    createList(layout.myTemplates.data(), state);
+}
+
+void GZ_EditScriptedParms::createList(const HostParmTemplate *templates, BuildState &state)
+{
     lockMultiparmInfo();
+    createImportGroups(state, -1, -1, -1);
     for (const HostParmTemplate *t = templates; t && !t->isTerminator();)
-        createOne(t, node, options);
+        createOne(t, state);
     releaseMultiparmInfo();
     clearMultiparmInfo();
 }
 
-void GZ_EditScriptedParms::createOne(const HostParmTemplate *&t, HostNode *node,
-                                     const BuildOptions &options)
+void GZ_EditScriptedParms::createImportGroups(BuildState &state, int switcher, int folder,
+                                              int after)
 {
+    if (!state.myImports)
+        return;
+    for (const HostImportRecord &rec : *state.myImports)
+    {
+        const bool here = after >= 0 ? rec.myAfter == after
+                                     : rec.myAfter < 0 && rec.mySwitcher == switcher &&
+                                           (switcher < 0 || rec.myFolder == folder);
+        if (!here)
+            continue;
+        auto imp = std::make_unique<GZ_EditScriptedParm>(GZ_FOLDER_IMPORT);
+        std::string name = "folder0";
+        makeSafeParmName(imp.get(), name, nullptr, /*make_unique=*/true);
+        imp->setName(name);
+        imp->setLabel(rec.myLabel);
+        imp->setImportEnable(rec.myEnable);
+        imp->setImportSource(rec.mySource.empty() ? nullptr : rec.mySource.c_str());
+        imp->setImportToken(rec.myToken.empty() ? nullptr : rec.myToken.c_str());
+        imp->setImportMask(rec.myMask.empty() ? nullptr : rec.myMask.c_str());
+        addParm(std::move(imp));
+        addParm(std::make_unique<GZ_EditScriptedParm>(GZ_FOLDER_END));
+    }
+}
+
+void GZ_EditScriptedParms::createOne(const HostParmTemplate *&t, BuildState &state)
+{
+    const BuildOptions &options = *state.myOptions;
+    const int flat = state.flatIndex(t);
     const HostParmTemplate *use = t;
     if (t->isBaseParm() && !t->getType().isSwitcher() && myOperator)
         if (const HostParmTemplate *base = myOperator->findParmTemplate(t->getName()))
@@ -74,28 +138,32 @@ void GZ_EditScriptedParms::createOne(const HostParmTemplate *&t, HostNode *node,
         return;
     }
     if (t->getType().isSwitcher())
-    {
-        createSwitcher(t, node, options);
-        return;
-    }
-    if (use->getType().isMultiparm() &&
-        !(use->getMultiType() &
-          (HostParmTemplate::MULTI_RAMP_FLOAT | HostParmTemplate::MULTI_RAMP_COLOR)))
-        createMultiparm(*use, node, options);
+        createSwitcher(t, state);
     else
     {
-        auto parm = gz_TemplateConversion::makeDefinition(*use, node, options.myReadAutolinks);
-        if (t->isBaseParm())
-            parm->setIsBaseParm(true);
-        addParm(std::move(parm));
+        if (use->getType().isMultiparm() &&
+            !(use->getMultiType() &
+              (HostParmTemplate::MULTI_RAMP_FLOAT | HostParmTemplate::MULTI_RAMP_COLOR)))
+            createMultiparm(*use, state);
+        else
+        {
+            auto parm =
+                gz_TemplateConversion::makeDefinition(*use, state.myNode, options.myReadAutolinks);
+            if (t->isBaseParm())
+                parm->setIsBaseParm(true);
+            addParm(std::move(parm));
+        }
+        ++t;
     }
-    ++t;
+    if (flat >= 0)
+        createImportGroups(state, -1, -1, flat);
 }
 
-void GZ_EditScriptedParms::createSwitcher(const HostParmTemplate *&t, HostNode *node,
-                                          const BuildOptions &options)
+void GZ_EditScriptedParms::createSwitcher(const HostParmTemplate *&t, BuildState &state)
 {
+    const BuildOptions &options = *state.myOptions;
     const HostParmTemplate &sw = *t;
+    const int flat = state.flatIndex(t);
     ++t;
     std::string name = sw.getName();
     const std::string original = name;
@@ -124,12 +192,14 @@ void GZ_EditScriptedParms::createSwitcher(const HostParmTemplate *&t, HostNode *
                                                                    std::to_string(f)));
         if (f == 0 && name != original)
             folder->setSpareValue(HostSpareData::SWITCHER_BASE_TAG, original.c_str());
-        if (options.myReadAutolinks && node)
-            folder->setAutolinksToCurrentLinks(node, -1);
+        if (options.myReadAutolinks && state.myNode)
+            folder->setAutolinksToCurrentLinks(state.myNode, -1);
         last_folder = folder.get();
         addParm(std::move(folder));
+        if (flat >= 0)
+            createImportGroups(state, flat, f, -1);
         for (int n = sw.getFolderParmCount(f); n > 0 && t && !t->isTerminator(); --n)
-            createOne(t, node, options);
+            createOne(t, state);
         addParm(std::make_unique<GZ_EditScriptedParm>(GZ_FOLDER_END));
     }
     // Two switchers in a row would read back as one: a tab break keeps them apart.
@@ -137,8 +207,7 @@ void GZ_EditScriptedParms::createSwitcher(const HostParmTemplate *&t, HostNode *
         last_folder->setTabBreak(true);
 }
 
-void GZ_EditScriptedParms::createMultiparm(const HostParmTemplate &t, HostNode *node,
-                                           const BuildOptions &options)
+void GZ_EditScriptedParms::createMultiparm(const HostParmTemplate &t, BuildState &state)
 {
     const int layout = t.getMultiType() & 0x0F;
     auto multi = std::make_unique<GZ_EditScriptedParm>(
@@ -156,10 +225,12 @@ void GZ_EditScriptedParms::createMultiparm(const HostParmTemplate &t, HostNode *
     multi->setDefault(0, gz_TemplateConversion::formatInt(first));
     multi->setDefaultMeaning(0, 0);
     multi->addSpareData(t.getTags());
-    if (options.myReadAutolinks && node)
-        multi->setAutolinksToCurrentLinks(node, -1);
+    if (state.myOptions->myReadAutolinks && state.myNode)
+        multi->setAutolinksToCurrentLinks(state.myNode, -1);
     addParm(std::move(multi));
+    BuildState children = state;
+    children.myBase = nullptr; // flat indices of imports count in the top-level list only
     for (const HostParmTemplate *c = t.getChildList(); c && !c->isTerminator();)
-        createOne(c, node, options);
+        createOne(c, children);
     addParm(std::make_unique<GZ_EditScriptedParm>(GZ_FOLDER_END));
 }

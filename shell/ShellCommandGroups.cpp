@@ -9,6 +9,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellStateCommands,
         &shellHandleCommands,
         &shellHandleOpCommands,
+        &shellSpareCommands,
     };
     return theGroups;
 }
