@@ -36,10 +36,26 @@ GZ_EditScriptedParm::GZ_EditScriptedParm(GZ_EditScriptedParmFolderType folder_ty
     myFolderType = folder_type;
 }
 
-GZ_EditScriptedParm::GZ_EditScriptedParm(const GZ_EditScriptedParm &other)
+GZ_EditScriptedParm::GZ_EditScriptedParm(const GZ_EditScriptedParm &o)
+    : myName(o.myName), myLabel(o.myLabel), myShowLabel(o.myShowLabel),
+      mySpareClass(o.mySpareClass), mySpareCategory(o.mySpareCategory),
+      myPropertyGroupId(o.myPropertyGroupId), myInvisible(o.myInvisible),
+      myExportLevel(o.myExportLevel), mySize(o.mySize), myDefaults(o.myDefaults),
+      myHasRange(o.myHasRange), myRangeMin(o.myRangeMin), myRangeMax(o.myRangeMax),
+      myRangeMinStrict(o.myRangeMinStrict), myRangeMaxStrict(o.myRangeMaxStrict),
+      myMenuSource(o.myMenuSource), myMenuStyle(o.myMenuStyle),
+      myUseTokenValue(o.myUseTokenValue), myFolderType(o.myFolderType),
+      myMenuScript(o.myMenuScript), myMenuScriptLanguage(o.myMenuScriptLanguage),
+      myAutolinks(o.myAutolinks), myHelp(o.myHelp), myMenuItems(o.myMenuItems),
+      myTags(o.myTags ? new HostSpareData(*o.myTags) : nullptr), myJoinNext(o.myJoinNext),
+      myTabBreak(o.myTabBreak), myBaseParm(o.myBaseParm), myType(o.myType),
+      myTypeIdx(o.myTypeIdx), myCachedTypeIdx(-1), myCachedSize(0)
 {
-    defaultInit();
-    *this = other;
+    // As assignment: everything but the current links and the channel-name cache.
+    std::copy(o.myDefaultMeanings, o.myDefaultMeanings + MAX_SIZE, myDefaultMeanings);
+    std::copy(o.myAutolinkChanged, o.myAutolinkChanged + MAX_SIZE, myAutolinkChanged);
+    std::copy(o.myConditions, o.myConditions + NUM_CONDITIONS, myConditions);
+    std::copy(o.myTabConditions, o.myTabConditions + NUM_CONDITIONS, myTabConditions);
 }
 
 GZ_EditScriptedParm::~GZ_EditScriptedParm() = default;
@@ -55,13 +71,13 @@ void GZ_EditScriptedParm::defaultInit()
     myInvisible = 0;
     myExportLevel = 0;
     mySize = 1;
+    myDefaults.clear();
+    myAutolinks.clear();
+    myCurrentLinks.clear();
     for (int k = 0; k < MAX_SIZE; ++k)
     {
-        myDefaults[k].clear();
         myDefaultMeanings[k] = 0;
         myAutolinkChanged[k] = 0;
-        myAutolinks[k].clear();
-        myCurrentLinks[k].clear();
     }
     myHasRange = 0;
     myRangeMin = 0.0f;
@@ -103,7 +119,7 @@ GZ_EditScriptedParm &GZ_EditScriptedParm::operator=(const GZ_EditScriptedParm &o
     myInvisible = o.myInvisible;
     myExportLevel = o.myExportLevel;
     mySize = o.mySize;
-    std::copy(o.myDefaults, o.myDefaults + MAX_SIZE, myDefaults);
+    myDefaults = o.myDefaults;
     std::copy(o.myDefaultMeanings, o.myDefaultMeanings + MAX_SIZE, myDefaultMeanings);
     myHasRange = o.myHasRange;
     myRangeMin = o.myRangeMin;
@@ -117,7 +133,7 @@ GZ_EditScriptedParm &GZ_EditScriptedParm::operator=(const GZ_EditScriptedParm &o
     myMenuScript = o.myMenuScript;
     myMenuScriptLanguage = o.myMenuScriptLanguage;
     std::copy(o.myAutolinkChanged, o.myAutolinkChanged + MAX_SIZE, myAutolinkChanged);
-    std::copy(o.myAutolinks, o.myAutolinks + MAX_SIZE, myAutolinks);
+    myAutolinks = o.myAutolinks;
     // The current links describe the node as it was read for this entry; a copy has none.
     std::copy(o.myConditions, o.myConditions + NUM_CONDITIONS, myConditions);
     std::copy(o.myTabConditions, o.myTabConditions + NUM_CONDITIONS, myTabConditions);
@@ -189,9 +205,7 @@ GZ_EditScriptedParm::GZ_EditScriptedParm(const HostParmTemplate &tmpl, HostNode 
             d = second[k];
         else
             d = HostParmDefault(std::string(r.defaultValue));
-        myDefaults[k] = d.myString;
-        if (!r.isString && d.myString.empty())
-            myDefaults[k] = formatG(d.myNumber);
+        myDefaults.set(k, !r.isString && d.myString.empty() ? formatG(d.myNumber) : d.myString);
         myDefaultMeanings[k] = static_cast<uint32_t>(d.myMeaning);
     }
 
@@ -451,7 +465,7 @@ void GZ_EditScriptedParm::setAutolinksToCurrentLinks(HostNode *node, int k)
     for (int c = first; c <= last && c < MAX_SIZE; ++c)
     {
         if (c < static_cast<int>(channels.size()))
-            myAutolinks[c] = gz_CurrentLinks::read(*node, channels[c]);
+            myAutolinks.set(c, gz_CurrentLinks::read(*node, channels[c]));
         myAutolinkChanged[c] = 0;
     }
 }
@@ -467,12 +481,12 @@ void GZ_EditScriptedParm::copyDefaultValuesFromParm(const HostParm &parm, int of
         const int c = k + offset;
         const HostStringMeaning meaning = parm.getStringMeaning(c);
         if (parm.hasExpression(c))
-            myDefaults[k] = parm.getExpression(c);
+            myDefaults.set(k, parm.getExpression(c));
         else if (parm.getType().isString())
-            myDefaults[k] = meaning == HOST_STRING_LITERAL ? parm.evalString(c, now)
-                                                           : parm.getString(c);
+            myDefaults.set(k, meaning == HOST_STRING_LITERAL ? parm.evalString(c, now)
+                                                             : parm.getString(c));
         else
-            myDefaults[k] = formatG(parm.evalFloat(c, now));
+            myDefaults.set(k, formatG(parm.evalFloat(c, now)));
         myDefaultMeanings[k] = static_cast<uint32_t>(meaning);
     }
     if (getIsRampParm())

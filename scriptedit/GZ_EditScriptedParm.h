@@ -3,6 +3,7 @@
 
 #include "scriptedit/GZ_EditScriptedParmFolderType.h"
 #include "scriptedit/GZ_EditScriptedParmMenu.h"
+#include "scriptedit/gz_TextSlots.h"
 
 #include "host/HostParmType.h"
 
@@ -100,8 +101,8 @@ public:
     int32_t getSize() const { return mySize; }
     /// Clamped to 1..16.
     void setSize(int32_t size);
-    const std::string &getDefault(int k) const { return myDefaults[k]; }
-    void setDefault(int k, const std::string &text) { myDefaults[k] = text; }
+    const std::string &getDefault(int k) const { return myDefaults.get(k); }
+    void setDefault(int k, const std::string &text) { myDefaults.set(k, text); }
     uint32_t getDefaultMeaning(int k) const { return myDefaultMeanings[k]; }
     void setDefaultMeaning(int k, uint32_t meaning) { myDefaultMeanings[k] = meaning; }
 
@@ -162,10 +163,10 @@ public:
     // Auto-links, per component.
     uint32_t getAutolinkChanged(int k) const { return myAutolinkChanged[k]; }
     void setAutolinkChanged(int k, uint32_t changed) { myAutolinkChanged[k] = changed; }
-    const std::string &getAutolink(int k) const { return myAutolinks[k]; }
-    void setAutolink(int k, const std::string &links) { myAutolinks[k] = links; }
-    const std::string &getCurrentLink(int k) const { return myCurrentLinks[k]; }
-    void setCurrentLink(int k, const std::string &links) { myCurrentLinks[k] = links; }
+    const std::string &getAutolink(int k) const { return myAutolinks.get(k); }
+    void setAutolink(int k, const std::string &links) { myAutolinks.set(k, links); }
+    const std::string &getCurrentLink(int k) const { return myCurrentLinks.get(k); }
+    void setCurrentLink(int k, const std::string &links) { myCurrentLinks.set(k, links); }
     /// The desired links of component `k` (-1: all) become the node's current links.
     void setAutolinksToCurrentLinks(HostNode *node, int k);
 
@@ -334,7 +335,7 @@ private:
     int32_t myInvisible;
     int32_t myExportLevel;
     int32_t mySize;
-    std::string myDefaults[MAX_SIZE];
+    gz_TextSlots myDefaults; ///< MAX_SIZE slots
     uint32_t myDefaultMeanings[MAX_SIZE];
     int32_t myHasRange;
     float myRangeMin;
@@ -348,8 +349,8 @@ private:
     std::string myMenuScript;
     int32_t myMenuScriptLanguage;
     uint32_t myAutolinkChanged[MAX_SIZE];
-    std::string myAutolinks[MAX_SIZE];
-    std::string myCurrentLinks[MAX_SIZE];
+    gz_TextSlots myAutolinks;    ///< MAX_SIZE slots
+    gz_TextSlots myCurrentLinks; ///< MAX_SIZE slots
     std::string myConditions[NUM_CONDITIONS];
     std::string myTabConditions[NUM_CONDITIONS];
     std::string myHelp;

@@ -169,13 +169,13 @@ void GZ_EditScriptedParm::saveDefaults(std::ostream &os, const std::string &inne
     for (int k = 0; k < mySize && k < MAX_SIZE; ++k)
     {
         double value = 0.0;
-        if (!isStringHostType(row->hostType) && parsesAsNumber(myDefaults[k], value))
-            myDefaults[k] = formatG(value);
+        if (!isStringHostType(row->hostType) && parsesAsNumber(myDefaults.get(k), value))
+            myDefaults.set(k, formatG(value));
         if (myDefaultMeanings[k] != 0)
-            os << " [ " << quote(myDefaults[k]) << " "
+            os << " [ " << quote(myDefaults.get(k)) << " "
                << gz_ScriptHost::stringMeaningName(myDefaultMeanings[k]) << " ]";
         else
-            os << " " << quote(myDefaults[k]);
+            os << " " << quote(myDefaults.get(k));
     }
     os << " }\n";
 }

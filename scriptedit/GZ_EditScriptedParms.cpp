@@ -265,6 +265,8 @@ void GZ_EditScriptedParms::mergeParms(const GZ_EditScriptedParms &other, bool al
 {
     const bool make_unique = always_safe || !myParms.empty();
     gz_SafeNameContext ctx(*this, make_unique);
+    ctx.reserve(other.entries());
+    myParms.reserve(myParms.size() + other.myParms.size());
     for (const auto &src : other.myParms)
     {
         auto copy = std::make_unique<GZ_EditScriptedParm>(*src);

@@ -8,17 +8,56 @@
 #include "host/HostOperator.h"
 #include "host/HostParmTemplate.h"
 
+#include <algorithm>
 #include <cctype>
+
+namespace
+{
+void count(std::unordered_map<std::string, int> &map, const std::string &key, int delta)
+{
+    int &n = map[key];
+    n += delta;
+    if (n <= 0)
+        map.erase(key);
+}
+
+bool isDigit(char c)
+{
+    return std::isdigit(static_cast<unsigned char>(c)) != 0;
+}
+} // namespace
+
+std::string gz_SafeNameContext::shapeOf(const std::string &name)
+{
+    std::string shape;
+    shape.reserve(name.size());
+    bool in_run = false;
+    for (char c : name)
+    {
+        const bool run = isDigit(c) || c == '#';
+        if (!run)
+            shape += c;
+        else if (!in_run)
+            shape += '#';
+        in_run = run;
+    }
+    return shape;
+}
 
 void gz_SafeNameContext::NameSet::add(const std::string &name, int delta)
 {
     if (name.empty())
         return;
-    auto &map = name.find('#') != std::string::npos ? myPatterns : myCounts;
-    int &count = map[name];
-    count += delta;
-    if (count <= 0)
-        map.erase(name);
+    if (name.find('#') == std::string::npos)
+    {
+        count(myCounts, name, delta);
+        return;
+    }
+    count(myPatterns, name, delta);
+    const std::string shape = shapeOf(name);
+    count(myShapes[shape], name, delta);
+    if (myShapes[shape].empty())
+        myShapes.erase(shape);
 }
 
 bool gz_SafeNameContext::NameSet::has(const std::string &name) const
@@ -28,7 +67,14 @@ bool gz_SafeNameContext::NameSet::has(const std::string &name) const
 
 bool gz_SafeNameContext::NameSet::matchesPattern(const std::string &name) const
 {
-    for (const auto &p : myPatterns)
+    // An instance has a number where its pattern has "#", and no "#" of its own.
+    if (myShapes.empty() || name.find('#') != std::string::npos ||
+        std::none_of(name.begin(), name.end(), isDigit))
+        return false;
+    auto it = myShapes.find(shapeOf(name));
+    if (it == myShapes.end())
+        return false;
+    for (const auto &p : it->second)
         if (matchesInstancePattern(name, p.first))
             return true;
     return false;
@@ -37,6 +83,9 @@ bool gz_SafeNameContext::NameSet::matchesPattern(const std::string &name) const
 gz_SafeNameContext::gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique)
     : myParms(parms), myMakeUnique(make_unique)
 {
+    // One allocation up front instead of a rehash each time the set doubles.
+    if (make_unique)
+        myEntryNames.myCounts.reserve(static_cast<size_t>(parms.entries()) * 4 + 16);
     if (HostOperator *op = parms.getOperator())
         addTemplates(op->getParmTemplates(), /*conflicts=*/true, /*patterns=*/true);
     if (HostNode *node = parms.getNode())
@@ -70,11 +119,18 @@ void gz_SafeNameContext::addEntry(const GZ_EditScriptedParm &parm, int delta)
     if (parm.getIsGroupEnd() || parm.getName().empty())
         return;
     myEntryNames.add(parm.getName(), delta);
-    for (const std::string &c : parm.getChannelNames())
-        if (c != parm.getName())
-            myEntryNames.add(c, delta);
+    if (parm.getSize() > 1) // one component: the channel is the name itself
+        for (const std::string &c : parm.getChannelNames())
+            if (c != parm.getName())
+                myEntryNames.add(c, delta);
     if (parm.getName().find('#') != std::string::npos)
         myInstanceNames.add(parm.getName(), delta);
+}
+
+void gz_SafeNameContext::reserve(int more)
+{
+    if (myMakeUnique)
+        myEntryNames.myCounts.reserve(myEntryNames.myCounts.size() + static_cast<size_t>(more) * 4);
 }
 
 void gz_SafeNameContext::noteAppended(const GZ_EditScriptedParm &parm)

@@ -20,6 +20,8 @@ class gz_SafeNameContext
 public:
     gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique);
 
+    /// Makes room for the names of `more` entries about to be appended.
+    void reserve(int more);
     /// makeSafeParmName for a definition that is about to be appended to the set.
     bool makeSafeAndAppend(GZ_EditScriptedParm &parm);
     /// Records the names of an entry of the set that has just been named.
@@ -42,14 +44,20 @@ public:
     static bool matchesInstancePattern(const std::string &name, const std::string &pattern);
 
 private:
+    /// Names with counts, and instance patterns ("pt#") grouped by their shape (every run of
+    /// digits and "#" read as one "#"). A name can only be an instance of a pattern of its own
+    /// shape, so checking it costs one lookup and a match against the few patterns found.
     struct NameSet
     {
         std::unordered_map<std::string, int> myCounts;
         std::unordered_map<std::string, int> myPatterns;
+        std::unordered_map<std::string, std::unordered_map<std::string, int>> myShapes;
         void add(const std::string &name, int delta);
         bool has(const std::string &name) const;
         bool matchesPattern(const std::string &name) const;
     };
+    /// `name` with every run of digits and "#" replaced by one "#".
+    static std::string shapeOf(const std::string &name);
 
     void addTemplates(const HostParmTemplate *templates, bool conflicts, bool patterns);
     void addEntry(const GZ_EditScriptedParm &parm, int delta);
