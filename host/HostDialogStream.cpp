@@ -221,13 +221,14 @@ bool HostDialogStream::skipBlanksAndComments()
     return false;
 }
 
-bool HostDialogStream::readToken(std::string &token, bool &quoted, int &line)
+bool HostDialogStream::readToken(std::string &token, bool &quoted, int &line, std::size_t &start)
 {
     token.clear();
     quoted = false;
     if (!skipBlanksAndComments())
         return false;
     Source &s = *mySources.back();
+    start = s.myPos;
     s.myLineStart = false;
     myFileName = s.myName;
     line = s.myLine;
@@ -273,7 +274,8 @@ bool HostDialogStream::fill()
         return true;
     const std::string file = myFileName;
     const int line = myLine;
-    myHasPeek = readToken(myPeek, myPeekQuoted, myPeekLine);
+    myHasPeek = readToken(myPeek, myPeekQuoted, myPeekLine, myPeekStart);
+    myPeekDepth = mySources.size();
     myPeekFile = myFileName;
     // Peeking must not move the position that messages report.
     myFileName = file;
@@ -316,11 +318,13 @@ std::string HostDialogStream::getRestOfLine()
     std::string rest;
     if (myHasPeek)
     {
-        // The peeked token is on a later line or it is part of this line: only then put back.
-        if (!(myPeekFile == myFileName && myPeekLine == myLine))
+        // A token peeked on a later line stays; one on this line is read again as raw text.
+        if (!(myPeekFile == myFileName && myPeekLine == myLine) ||
+            myPeekDepth != mySources.size())
             return rest;
-        rest = myPeekQuoted ? HostDialogQuote::quote(myPeek) : myPeek;
         myHasPeek = false;
+        mySources.back()->myPos = myPeekStart;
+        mySources.back()->myLine = myPeekLine;
     }
     if (mySources.empty())
         return rest;

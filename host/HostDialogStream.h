@@ -69,7 +69,7 @@ public:
 private:
     struct Source;
     bool fill();
-    bool readToken(std::string &token, bool &quoted, int &line);
+    bool readToken(std::string &token, bool &quoted, int &line, std::size_t &start);
     bool skipBlanksAndComments();
     void directive(const std::string &line);
     bool pushFile(const std::string &path, bool optional);
@@ -86,5 +86,7 @@ private:
     std::string myPeek;
     bool myPeekQuoted = false;
     int myPeekLine = 0;
+    std::size_t myPeekStart = 0; ///< offset of the peeked token in the innermost source
+    std::size_t myPeekDepth = 0; ///< number of sources open when it was peeked
     std::string myPeekFile;
 };

@@ -2,9 +2,12 @@
 #include "host/HostScriptPage.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
+#include <tuple>
 
 namespace
 {
@@ -17,7 +20,8 @@ bool parseNumber(const std::string &text, double &value)
     char *end = nullptr;
     errno = 0;
     value = std::strtod(text.c_str(), &end);
-    return end && *end == '\0' && errno != ERANGE;
+    // Infinities and NaN are not numbers here: they would not survive being written back.
+    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
 }
 
 /// The shortest text that reads back as exactly `value`.
@@ -45,6 +49,19 @@ HostParmType presentation(HostParmType type, const HostScriptParm &p)
     return type.withFlags(flags);
 }
 
+/// Sets or removes one tag, leaving no empty tag set behind.
+void setTag(HostParmTemplate &t, const char *name, const char *value)
+{
+    if (value)
+        t.tags().set(name, value);
+    else if (t.getTags() && t.getTags()->has(name))
+    {
+        t.tags().remove(name);
+        if (t.getTags()->empty())
+            t.setTags(nullptr);
+    }
+}
+
 void setConditionsAndTags(HostParmTemplate &t, const HostScriptParm &p)
 {
     for (int c = 0; c < HOST_NUM_CONDITIONS; ++c)
@@ -55,6 +72,11 @@ void setConditionsAndTags(HostParmTemplate &t, const HostScriptParm &p)
         t.tags().merge(p.myParmTags);
     if (!p.myGroupTags.empty())
         t.tags().merge(p.myGroupTags);
+    if (p.myUnquoted)
+        t.tags().set(HostSpareData::UNQUOTED_TAG, "1");
+    // The type token alone decides the variant.
+    setTag(t, HostSpareData::TYPE_VARIANT_TAG,
+           p.myKind == HostScriptParm::PARM ? HostScriptParm::typeVariant(p.myTypeToken) : nullptr);
 }
 
 void setMenu(HostParmTemplate &t, const HostScriptParm &p)
@@ -90,8 +112,6 @@ HostParmTemplate parmTemplate(const HostScriptParm &p)
     HostParmTemplate t(presentation(type, p), p.myName, p.myLabel, p.effectiveSize());
     t.setTypeExtension(ext);
     t.setMultiType(multi);
-    if (const char *variant = HostScriptParm::typeVariant(p.myTypeToken))
-        t.tags().set(HostSpareData::TYPE_VARIANT_TAG, variant);
     for (std::size_t k = 0; k < p.myDefaults.size(); ++k)
     {
         const HostScriptParm::Default &d = p.myDefaults[k];
@@ -109,8 +129,6 @@ HostParmTemplate parmTemplate(const HostScriptParm &p)
         setMenu(t, p);
     t.setExportLevel(p.myExport);
     setConditionsAndTags(t, p);
-    if (p.myUnquoted)
-        t.tags().set(HostSpareData::UNQUOTED_TAG, "1");
     return t;
 }
 
@@ -177,7 +195,8 @@ private:
                        : p.myKind == HostScriptParm::MULTI_SCROLL ? HostParmTemplate::MULTI_SCROLL
                                                                   : HostParmTemplate::MULTI_SWITCHER);
         double count = 0;
-        if (!p.myDefaults.empty() && parseNumber(p.myDefaults[0].myText, count))
+        if (!p.myDefaults.empty() && parseNumber(p.myDefaults[0].myText, count) &&
+            std::fabs(count) < 1e9)
             t.setDefault(0, HostParmDefault(static_cast<double>(static_cast<long long>(count))));
         setConditionsAndTags(t, p);
         t.setExportLevel(p.myExport);
@@ -243,8 +262,10 @@ private:
             if (!f.myTabConditions[c].empty())
                 sw.setTabCondition(k, which, f.myTabConditions[c]);
         }
+        // The folder kind alone decides the group type.
         for (const auto &tag : f.myParmTags.tags())
-            sw.tags().set(tag.first, tag.second);
+            if (tag.first != HostSpareData::GROUP_TYPE_TAG)
+                sw.tags().set(tag.first, tag.second);
         for (const auto &tag : f.myGroupTags.tags())
             sw.tags().set(HostSpareData::folderTagName(tag.first, k), tag.second);
         if (f.myInvisibleTab || f.myInvisible)
@@ -280,6 +301,9 @@ public:
     explicit Emitter(const std::vector<HostImportRecord> &imports)
         : myImports(imports), myPlaced(imports.size(), false)
     {
+        for (std::size_t r = 0; r < imports.size(); ++r)
+            myByPlace[place(imports[r].mySwitcher, imports[r].myFolder, imports[r].myAfter)]
+                .push_back(r);
     }
 
     /// Emits up to `n` direct entries of `list` from index i into `page` (a folder of the
@@ -344,13 +368,14 @@ private:
     void placeImports(HostScriptPage &page, int switcher, int folder, int after,
                       HostScriptParm *&previous)
     {
-        for (std::size_t r = 0; r < myImports.size(); ++r)
+        auto it = myByPlace.find(place(switcher, folder, after));
+        if (it == myByPlace.end())
+            return;
+        for (std::size_t r : it->second)
         {
-            const HostImportRecord &rec = myImports[r];
-            if (myPlaced[r] || rec.mySwitcher != switcher || rec.myFolder != folder ||
-                rec.myAfter != after)
+            if (myPlaced[r])
                 continue;
-            page.addParm(importBlock(rec));
+            page.addParm(importBlock(myImports[r]));
             myPlaced[r] = true;
             previous = nullptr;
         }
@@ -402,8 +427,8 @@ private:
             if (name.compare(colon, std::string::npos, suffix) != 0)
                 continue;
             const std::string base = name.substr(0, colon);
-            if (base == HostSpareData::FOLDER_HIDDEN_TAG)
-                f->myInvisibleTab = tag.second == "1";
+            if (base == HostSpareData::FOLDER_HIDDEN_TAG && tag.second == "1")
+                f->myInvisibleTab = true;
             else
                 f->myGroupTags.set(base, tag.second);
         }
@@ -422,8 +447,12 @@ private:
         return p;
     }
 
+    using Place = std::tuple<int, int, int>;
+    static Place place(int switcher, int folder, int after) { return {switcher, folder, after}; }
+
     const std::vector<HostImportRecord> &myImports;
     std::vector<bool> myPlaced;
+    std::map<Place, std::vector<std::size_t>> myByPlace; ///< records by their place, in order
 };
 
 void fillMenu(HostScriptParm &p, const HostParmTemplate &t)

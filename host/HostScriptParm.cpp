@@ -6,6 +6,7 @@
 #include "host/HostScriptPage.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 
@@ -89,7 +90,8 @@ bool parseNumber(const std::string &text, double &value)
     char *end = nullptr;
     errno = 0;
     value = std::strtod(text.c_str(), &end);
-    return end && *end == '\0' && errno != ERANGE;
+    // Infinities and NaN are not numbers here: they would not survive being written back.
+    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
 }
 
 /// Reads the argument of a keyword; reports "Expected ... after KEYWORD" when it is missing.
@@ -475,7 +477,7 @@ bool HostScriptParm::parseKeyword(HostDialogStream &in, const std::string &kw)
         double n = 0;
         if (!readArg(in, kw, value))
             return true;
-        if (!parseNumber(value, n) || n != static_cast<int>(n))
+        if (!parseNumber(value, n) || n != std::floor(n))
             in.error("Bad size '" + value + "'");
         else if (n < 1 || n > 16)
             in.error("Size " + value + " is outside 1 to 16");

@@ -106,7 +106,7 @@ TEST(SpareData, FolderTagsOfASwitcher)
 TEST(DialogStream, TokensLinesCommentsAndRestOfLine)
 {
     HostDialogStream in;
-    in.openString("# comment\nword \"a \\\"q\\\"\nb\"{[x]}\nlabel   some  text \n last");
+    in.openString("# comment\nword \"a \\\"q\\\"\nb\"{[x]}\nlabel   \"so\\me\"  text \n last");
     std::string t;
     bool quoted = false;
     std::vector<std::string> got;
@@ -120,7 +120,8 @@ TEST(DialogStream, TokensLinesCommentsAndRestOfLine)
         got.push_back(t);
     EXPECT_EQ(got, (std::vector<std::string>{"{", "[", "x", "]", "}"}));
     EXPECT_EQ(in.getLine(), 4);
-    EXPECT_EQ(in.getRestOfLine(), "some  text");
+    ASSERT_TRUE(in.nextOnSameLine()); // a peeked token is given back as raw text
+    EXPECT_EQ(in.getRestOfLine(), "\"so\\me\"  text");
     ASSERT_TRUE(in.getToken(t));
     EXPECT_EQ(t, "last");
     EXPECT_EQ(in.getLine(), 5);
@@ -242,6 +243,8 @@ TEST(DialogScript, BadInputIsReportedWithFileAndLineAndReadingGoesOn)
          "t.ds[5]: Parameter 'a' has 4 default values for size 3\n"},
         {"parm { size 17 }", "t.ds[1]: Size 17 is outside 1 to 16\n"},
         {"parm { size 2.5 }", "t.ds[1]: Bad size '2.5'\n"},
+        {"parm { size 99999999999999999999 }",
+         "t.ds[1]: Size 99999999999999999999 is outside 1 to 16\n"},
         {"parm { type bogus }", "t.ds[1]: Unknown parameter type 'bogus'\n"},
         {"parm { default { [ \"x\" perl ] } }", "t.ds[1]: Unknown expression language 'perl'\n"},
         {"}\nparm { }", "t.ds[1]: Unexpected '}'\n"},
