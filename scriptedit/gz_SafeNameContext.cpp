@@ -160,19 +160,20 @@ bool gz_SafeNameContext::makeSafeAndAppend(GZ_EditScriptedParm &parm)
     return changed;
 }
 
-bool gz_SafeNameContext::fails(const std::vector<std::string> &names,
-                               const std::unordered_set<std::string> *avoid) const
+gz_SafeNameContext::Verdict
+gz_SafeNameContext::check(const std::vector<std::string> &names,
+                          const std::unordered_set<std::string> *avoid) const
 {
+    Verdict verdict = PASSES;
     for (const std::string &n : names)
     {
-        if (myParms.checkReservedName(n) || (avoid && avoid->count(n)))
-            return true;
-        if (myTemplateNames.has(n) || myTemplateNames.matchesPattern(n))
-            return true;
-        if (myMakeUnique && (myEntryNames.has(n) || myEntryNames.matchesPattern(n)))
-            return true;
+        if (myParms.checkReservedName(n) || (avoid && avoid->count(n)) ||
+            myTemplateNames.has(n) || (myMakeUnique && myEntryNames.has(n)))
+            return TAKEN;
+        if (myTemplateNames.matchesPattern(n) || (myMakeUnique && myEntryNames.matchesPattern(n)))
+            verdict = INSTANCE;
     }
-    return false;
+    return verdict;
 }
 
 bool gz_SafeNameContext::makeSafe(const GZ_EditScriptedParm *parm, std::string &name,
@@ -192,12 +193,15 @@ bool gz_SafeNameContext::makeSafe(const GZ_EditScriptedParm *parm, std::string &
         std::vector<std::string> names = parm ? parm->getChannelNames(name)
                                               : std::vector<std::string>();
         names.push_back(name);
-        if (fails(names, avoid))
+        const Verdict verdict = check(names, avoid);
+        if (verdict == TAKEN)
         {
             name = bump(name);
             continue;
         }
-        if (level > 0 && myInstanceNames.matchesPattern(name))
+        // Another number would be an instance of the same pattern again: only a prefix
+        // takes the name out of the pattern's reach.
+        if (verdict == INSTANCE || (level > 0 && myInstanceNames.matchesPattern(name)))
         {
             name = "_" + name;
             continue;

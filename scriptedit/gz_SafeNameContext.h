@@ -61,8 +61,14 @@ private:
 
     void addTemplates(const HostParmTemplate *templates, bool conflicts, bool patterns);
     void addEntry(const GZ_EditScriptedParm &parm, int delta);
-    bool fails(const std::vector<std::string> &names,
-               const std::unordered_set<std::string> *avoid) const;
+    enum Verdict
+    {
+        PASSES,
+        TAKEN,   ///< a name is in use: bump the number
+        INSTANCE ///< a name is an instance of a multiparm pattern
+    };
+    Verdict check(const std::vector<std::string> &names,
+                  const std::unordered_set<std::string> *avoid) const;
 
     const GZ_EditScriptedParms &myParms;
     bool myMakeUnique;

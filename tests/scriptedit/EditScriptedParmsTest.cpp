@@ -103,6 +103,14 @@ TEST(EditScriptedParms, SafeNames)
     name = "scale";
     EXPECT_FALSE(s.makeSafeParmName(s.getParm(2), name, nullptr, true));
 
+    // An instance of a multiparm pattern cannot be fixed by another number: it gets a "_".
+    auto m = set(open(GZ_FOLDER_MULTI_LIST, "m"), parm("pt#"), end());
+    name = "pt2";
+    EXPECT_TRUE(m.makeSafeParmName(nullptr, name, nullptr, true));
+    EXPECT_EQ(name, "_pt2");
+    name = "pt";
+    EXPECT_FALSE(m.makeSafeParmName(nullptr, name, nullptr, true));
+
     // Merging makes every copy unique, also against copies merged before it.
     auto other = set(parm("scale"), parm("scale"));
     s.mergeParms(other);

@@ -143,3 +143,29 @@ TEST(ParmSectionWriter, NormalisationsAndJoins)
     const std::string unchecked = write(s, /*check_joins=*/false);
     EXPECT_EQ(std::count(unchecked.begin(), unchecked.end(), 'j'), 2);
 }
+
+TEST(ParmSectionWriter, SwitcherLevelTagsAndImportScope)
+{
+    auto a = open(GZ_FOLDER_TABS, "a");
+    auto b = open(GZ_FOLDER_TABS, "b");
+    b->setSpareValue("script_callback", "go");
+    auto src = open(GZ_FOLDER_SIMPLE, "src");
+    src->setImportEnable(true);
+    src->setImportSource("op:../x");
+    auto inside = parm("inside");
+    inside->setImportToken("t*");
+    auto outside = parm("outside");
+    outside->setImportToken("t*");
+    auto s = set(std::move(a), end(), std::move(b), end(), std::move(src), std::move(inside),
+                 end(), std::move(outside));
+    std::string text = write(s);
+    // b continues a's switcher: its callback is the tab's own.
+    EXPECT_NE(text.find("grouptag { \"script_callback\" \"go\" }"), std::string::npos) << text;
+    // The folder that names an import source writes its import tags, and so do the
+    // parameters inside it; after it the scope is closed again.
+    EXPECT_NE(text.find("grouptag { \"import_source\" \"op:../x\" }"), std::string::npos) << text;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '*'), 1) << text;
+    s.getParm(0)->setTabBreak(true);
+    text = write(s);
+    EXPECT_NE(text.find("parmtag { \"script_callback\" \"go\" }"), std::string::npos) << text;
+}
