@@ -75,10 +75,7 @@ int GZ_EditScriptedParms::getFolderIndexWithName(const std::string &name) const
 {
     if (name.empty())
         return -1;
-    for (int i = 0; i < entries(); ++i)
-        if (myParms[i]->getIsGroupStart() && myParms[i]->getName() == name)
-            return i;
-    return -1;
+    return findFolder([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; });
 }
 
 GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithLabel(const std::string &label) const
@@ -88,8 +85,14 @@ GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithLabel(const std::string 
 
 int GZ_EditScriptedParms::getFolderIndexWithLabel(const std::string &label) const
 {
+    return findFolder([&label](const GZ_EditScriptedParm &p) { return p.getLabel() == label; });
+}
+
+int GZ_EditScriptedParms::findFolder(
+    const std::function<bool(const GZ_EditScriptedParm &)> &match) const
+{
     for (int i = 0; i < entries(); ++i)
-        if (myParms[i]->getIsGroupStart() && myParms[i]->getLabel() == label)
+        if (myParms[i]->getIsGroupStart() && match(*myParms[i]))
             return i;
     return -1;
 }

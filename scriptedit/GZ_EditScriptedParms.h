@@ -3,6 +3,7 @@
 
 #include "scriptedit/GZ_EditScriptedParm.h"
 
+#include <functional>
 #include <iosfwd>
 #include <map>
 #include <memory>
@@ -180,6 +181,8 @@ private:
     void createOne(const HostParmTemplate *&t, BuildState &state);
     void createImportGroups(BuildState &state, int switcher, int folder, int after);
     void removeMarked(const std::vector<bool> &marked);
+    /// Index of the first opener that `match` accepts, or -1.
+    int findFolder(const std::function<bool(const GZ_EditScriptedParm &)> &match) const;
 
     std::vector<std::unique_ptr<GZ_EditScriptedParm>> myParms;
     std::unordered_set<std::string> myReservedNames;

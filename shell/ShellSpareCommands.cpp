@@ -81,8 +81,8 @@ void cmdSpareAdd(Shell &shell, HostCommandArgs &args)
     applyToNode(shell, args, parms);
 }
 
-// sparels NODEPATH
-void cmdSpareLs(Shell &shell, HostCommandArgs &args)
+/// Writes the node's spare parameters as a section, compiled first with `compiled`.
+void listSpares(Shell &shell, HostCommandArgs &args, bool compiled)
 {
     if (!shellCheckCount(args, 2, 2))
         return;
@@ -90,10 +90,18 @@ void cmdSpareLs(Shell &shell, HostCommandArgs &args)
     if (!node)
         return;
     GZ_EditScriptedParms parms(node, spareOptions());
+    if (compiled)
+        parms.compile();
     std::string errors;
     parms.save(args.out(), errors, /*check_joins=*/true);
     if (!errors.empty())
-        args.err() << "sparels: " << errors << "\n";
+        args.err() << args.commandName() << ": " << errors << "\n";
+}
+
+// sparels NODEPATH
+void cmdSpareLs(Shell &shell, HostCommandArgs &args)
+{
+    listSpares(shell, args, /*compiled=*/false);
 }
 
 /// Index of the entry named `name` (an ordinary parameter or a block), or -1 (reported).
@@ -164,15 +172,7 @@ void cmdSpareMv(Shell &shell, HostCommandArgs &args)
 // sparecompile NODEPATH
 void cmdSpareCompile(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
-    HostNode *node = spareNode(shell, args, 1);
-    if (!node)
-        return;
-    GZ_EditScriptedParms parms(node, spareOptions());
-    parms.compile();
-    std::string errors;
-    parms.save(args.out(), errors, /*check_joins=*/true);
+    listSpares(shell, args, /*compiled=*/true);
 }
 
 // sparecopy DEST SRC...

@@ -31,6 +31,7 @@ TEST(EditScriptedParms, StructureRules)
     EXPECT_EQ(s.getNestedFolderIndex({"g"}), -1);
     EXPECT_EQ(s.getParmWithName(""), nullptr);
     EXPECT_EQ(s.getFolderIndexWithName("b"), -1);
+    EXPECT_EQ(s.getFolderWithLabel("g"), s.getParm(2));
 }
 
 TEST(EditScriptedParms, RemovingAndJoins)
