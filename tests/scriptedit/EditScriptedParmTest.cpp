@@ -1,5 +1,5 @@
 // One definition: tags, copies, menus, construction from templates, dump.
-#include "scriptedit/GZ_EditScriptedParm.h"
+#include "scriptedit/GZ_EditScriptedParms.h"
 
 #include "host/HostChoiceList.h"
 #include "host/HostParmTemplate.h"
@@ -127,4 +127,10 @@ TEST(EditScriptedParm, Dump)
     std::ostringstream os2;
     m.dump(os2);
     EXPECT_EQ(os2.str(), "Parm: [1] ()\n\tAttribs: groupstart multiparm \n");
+
+    GZ_EditScriptedParms set;
+    set.addParm(new GZ_EditScriptedParm(GZ_FOLDER_END));
+    std::ostringstream os3;
+    set.dump(os3);
+    EXPECT_EQ(os3.str(), "GZ_EditScriptedParms: 1 parms\nParm: [1] ()\n\tAttribs: groupend \n");
 }
