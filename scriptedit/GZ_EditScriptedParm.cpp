@@ -229,9 +229,8 @@ void GZ_EditScriptedParm::initMenu(const HostChoiceList *list, int type_ext)
 {
     myMenuItems.clear();
     myMenuScript.clear();
-    const bool no_menu = myType == "Toggle" || !list ||
-                         (list->isDynamic() && list->getScript().empty() &&
-                          list->getNumItems() == 0);
+    const bool no_menu =
+        myType == "Toggle" || !list || (list->isDynamic() && list->getScript().empty());
     if (no_menu)
     {
         myMenuSource = 0;
