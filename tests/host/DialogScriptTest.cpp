@@ -279,3 +279,45 @@ TEST(DialogScript, EndlessNestingAndErrorFloodsStop)
     parseText(std::string(100000, '\x02'), flood);
     EXPECT_EQ(flood.diagnostics().size(), size_t(HostDialogStream::MAX_ERRORS) + 1);
 }
+
+TEST(DialogScript, EveryTypeTokenComesBackFromItsTemplate)
+{
+    const char *tokens[] = {"integer", "float", "vector2", "vector", "vector4", "intvector2",
+                            "intvector", "intvector4", "uv", "uvw", "toggle", "ordinal", "button",
+                            "angle", "direction", "color", "color4", "ramp_flt", "ramp_rgb",
+                            "string", "file", "directory", "image", "geometry", "oppath", "oplist",
+                            "label", "heading", "message", "separator", "spacer", "rgbamask",
+                            "group", "log", "intlog", "data", "geometrydata", "keyvaluedict",
+                            "float_minmax", "int_minmax", "buttonstrip", "iconstrip"};
+    for (const char *token : tokens)
+    {
+        HostDiagnosticCapture diag;
+        HostSpareLayout layout;
+        parseText(std::string("parm { name \"p\" type ") + token + " }", diag, &layout);
+        ASSERT_EQ(layout.myTemplates.size(), 1) << token;
+        EXPECT_EQ(HostScriptParm::tokenFromType(layout.myTemplates[0]), token);
+        EXPECT_EQ(diag.text(), "");
+    }
+}
+
+TEST(DialogStream, IncludesAndOptionalFiles)
+{
+    const std::string dir = GZ_TEST_DATA_DIR;
+    HostDiagnosticCapture diag;
+    HostDialogStream missing;
+    EXPECT_FALSE(missing.openFile(dir + "/none.ds", HostDialogStream::OPTIONAL));
+    EXPECT_EQ(diag.text(), "");
+    EXPECT_FALSE(missing.openFile(dir + "/none.ds"));
+    EXPECT_EQ(diag.diagnostics().size(), 1u);
+
+    // With includes on, the included section is read in place; without, the line is a comment.
+    for (int option : {int(HostDialogStream::INCLUDES), 0})
+    {
+        HostDialogStream in;
+        in.openString("#include \"section.ds\"\nparm { name \"last\" }\n", dir + "/main.ds", option);
+        HostScriptPage page;
+        EXPECT_TRUE(page.parseSection(in));
+        EXPECT_EQ(page.getNumParms(), option ? 7 : 1);
+        EXPECT_EQ(page.getParm(page.getNumParms() - 1)->myName, "last");
+    }
+}
