@@ -69,6 +69,11 @@ public:
     int getFolderIndexWithLabel(const std::string &label) const;
     /// The opener reached by a path of folder labels, outermost first; -1 when none.
     int getNestedFolderIndex(const std::vector<std::string> &labels) const;
+    /// The definition (searched from the last, components from the last) whose auto-links
+    /// hold `link`, both compared as absolute paths (relative ones joined to `base`); its
+    /// component goes to `component`. Null (component -1) when none.
+    GZ_EditScriptedParm *getParmWithAutolink(const std::string &link, const std::string &base,
+                                             int &component) const;
     const GZ_EditScriptedParmMenu *getMenu(int i, int item) const;
     int getNMenu(int i) const;
     /// The menu script of entry i; null for an index out of range.

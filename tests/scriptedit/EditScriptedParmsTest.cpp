@@ -32,6 +32,13 @@ TEST(EditScriptedParms, StructureRules)
     EXPECT_EQ(s.getParmWithName(""), nullptr);
     EXPECT_EQ(s.getFolderIndexWithName("b"), -1);
     EXPECT_EQ(s.getFolderWithLabel("g"), s.getParm(2));
+    s.getParm(3)->setAutolink(1, "../geo2/tx  /obj/geo3/ty");
+    int k = 0;
+    EXPECT_EQ(s.getParmWithAutolink("/obj/geo2/./tx", "/obj/geo1", k), s.getParm(3));
+    EXPECT_EQ(k, 1);
+    EXPECT_EQ(s.getParmWithAutolink("../../obj/geo3/ty", "/obj/geo1", k), s.getParm(3));
+    EXPECT_EQ(s.getParmWithAutolink("/obj/geo2/tx", "/obj/geo1/deeper", k), nullptr);
+    EXPECT_EQ(k, -1);
 }
 
 TEST(EditScriptedParms, RemovingAndJoins)
