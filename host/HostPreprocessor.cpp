@@ -433,7 +433,8 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
     }
     if (word == "error")
     {
-        emitted = rest.empty() ? "# error" : "# error " + rest;
+        // Located like the preprocessor's own errors, so the message says where it stands.
+        emitted = errorLine(file, number, rest.empty() ? "#error" : rest);
         return true;
     }
     if (myPassHashLines)

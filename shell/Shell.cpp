@@ -7,6 +7,7 @@
 #include "shell/ShellViewerClasses.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostCommandParser.h"
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
 #include "persistent/GZ_Manager.h"
@@ -115,8 +116,10 @@ void Shell::installCommands()
 
 bool Shell::findScript(const std::string &name, std::string &path)
 {
+    // Any readable thing that is not a directory: pipes and devices too ("gzsh /dev/stdin",
+    // "gzsh <(generate)").
     std::error_code ec;
-    if (fs::is_regular_file(name, ec))
+    if (fs::exists(name, ec) && !fs::is_directory(name, ec))
     {
         path = name;
         return true;
@@ -159,6 +162,16 @@ void Shell::runPrompt()
             add_history(line);
         std::string text(line);
         std::free(line);
+        // An open quote or a trailing backslash goes on on the next line, as in a file.
+        while (HostCommandParser::needsMoreLines(text))
+        {
+            char *more = readline("> ");
+            if (!more)
+                break;
+            text += "\n";
+            text += more;
+            std::free(more);
+        }
         myCommands->execute(text, /*add_to_history=*/true);
         std::cout.flush();
     }

@@ -69,7 +69,7 @@ TEST(Preprocessor, HashLinesAndErrorsAreDeliveredInBand)
     HostPreprocessor pp;
     pp.openText("# a comment\n#error stop here\n#endif\n#if 1\nx\n", "f", theBindingOptions);
     EXPECT_EQ(allLines(pp),
-              (std::vector<std::string>{"# a comment@f:1", "# error stop here@f:2",
+              (std::vector<std::string>{"# a comment@f:1", "# error f[2]: stop here@f:2",
                                         "# error f[3]: #endif without #if@f:3", "x@f:5",
                                         "# error f[4]: missing #endif@f:5"}));
 
