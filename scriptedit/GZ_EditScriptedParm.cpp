@@ -43,13 +43,12 @@ GZ_EditScriptedParm::GZ_EditScriptedParm(const GZ_EditScriptedParm &o)
       myExportLevel(o.myExportLevel), mySize(o.mySize), myDefaults(o.myDefaults),
       myHasRange(o.myHasRange), myRangeMin(o.myRangeMin), myRangeMax(o.myRangeMax),
       myRangeMinStrict(o.myRangeMinStrict), myRangeMaxStrict(o.myRangeMaxStrict),
-      myMenuSource(o.myMenuSource), myMenuStyle(o.myMenuStyle),
-      myUseTokenValue(o.myUseTokenValue), myFolderType(o.myFolderType),
-      myMenuScript(o.myMenuScript), myMenuScriptLanguage(o.myMenuScriptLanguage),
-      myAutolinks(o.myAutolinks), myHelp(o.myHelp), myMenuItems(o.myMenuItems),
-      myTags(o.myTags ? new HostSpareData(*o.myTags) : nullptr), myJoinNext(o.myJoinNext),
-      myTabBreak(o.myTabBreak), myBaseParm(o.myBaseParm), myType(o.myType),
-      myTypeIdx(o.myTypeIdx), myCachedTypeIdx(-1), myCachedSize(0)
+      myMenuSource(o.myMenuSource), myMenuStyle(o.myMenuStyle), myUseTokenValue(o.myUseTokenValue),
+      myFolderType(o.myFolderType), myMenuScript(o.myMenuScript),
+      myMenuScriptLanguage(o.myMenuScriptLanguage), myAutolinks(o.myAutolinks), myHelp(o.myHelp),
+      myMenuItems(o.myMenuItems), myTags(o.myTags ? new HostSpareData(*o.myTags) : nullptr),
+      myJoinNext(o.myJoinNext), myTabBreak(o.myTabBreak), myBaseParm(o.myBaseParm),
+      myType(o.myType), myTypeIdx(o.myTypeIdx), myCachedTypeIdx(-1), myCachedSize(0)
 {
     // As assignment: everything but the current links and the channel-name cache.
     std::copy(o.myDefaultMeanings, o.myDefaultMeanings + MAX_SIZE, myDefaultMeanings);
@@ -498,8 +497,7 @@ void GZ_EditScriptedParm::copyDefaultValuesFromParm(const HostParm &parm, int of
 void GZ_EditScriptedParm::dump(std::ostream &os) const
 {
     char buf[512];
-    std::snprintf(buf, sizeof(buf), "Parm: %s[%d] (%s)\n", myName.c_str(), mySize,
-                  myLabel.c_str());
+    std::snprintf(buf, sizeof(buf), "Parm: %s[%d] (%s)\n", myName.c_str(), mySize, myLabel.c_str());
     os << buf;
     std::string first;
     if (myInvisible)

@@ -64,7 +64,7 @@ public:
 
     /// Kind of folder a switcher's folders get, from the switcher's type and tags (0 to 3).
     static GZ_EditScriptedParmFolderType getSwitcherFolderType(HostParmType type,
-                                                                const HostSpareData *tags);
+                                                               const HostSpareData *tags);
 
     GZ_EditScriptedParm();
     explicit GZ_EditScriptedParm(GZ_EditScriptedParmFolderType folder_type);

@@ -72,8 +72,7 @@ const GZ_EditScriptedParm::GZ_ParmType &terminatorRow()
     return GZ_EditScriptedParm::theParmTypes[GZ_EditScriptedParm::getNumParmTypes()];
 }
 
-const char *const IMPORT_TAGS[] = {"import_enable", "import_source", "import_token",
-                                   "import_mask"};
+const char *const IMPORT_TAGS[] = {"import_enable", "import_source", "import_token", "import_mask"};
 
 bool isImportTag(const std::string &name)
 {
@@ -142,8 +141,8 @@ int GZ_EditScriptedParm::save(std::ostream &os, int depth, HostOperator *op, boo
 }
 
 void GZ_EditScriptedParm::saveBaseParm(std::ostream &os, const std::string &outer,
-                                       const std::string &inner, HostOperator *op,
-                                       bool check_joins, const GZ_EditScriptedParm *next) const
+                                       const std::string &inner, HostOperator *op, bool check_joins,
+                                       const GZ_EditScriptedParm *next) const
 {
     os << outer << "parm {\n";
     os << inner << "name    " << quote(myName) << "\n";

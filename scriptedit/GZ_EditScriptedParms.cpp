@@ -361,7 +361,8 @@ int GZ_EditScriptedParms::removeParms(int first, int last, bool fix_joins)
     const std::vector<int> match = computeMatches();
     std::vector<bool> marked(myParms.size(), false);
     int count = 0;
-    auto mark = [&](int i) {
+    auto mark = [&](int i)
+    {
         if (i >= 0 && !marked[i])
         {
             marked[i] = true;
@@ -460,8 +461,7 @@ bool GZ_EditScriptedParms::isParmMoveAllowed(int first, int last, int offset) co
     for (int i = first; i <= last; ++i)
     {
         const GZ_EditScriptedParm &p = *myParms[i];
-        if (p.getIsGroupEnd() && match[i] >= 0 && match[i] < first &&
-            moved(i) <= moved(match[i]))
+        if (p.getIsGroupEnd() && match[i] >= 0 && match[i] < first && moved(i) <= moved(match[i]))
             return false;
         if (p.getIsGroupStart() && match[i] > last && moved(i) >= moved(match[i]))
             return false;

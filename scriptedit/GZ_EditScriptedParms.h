@@ -127,8 +127,7 @@ public:
     /// Appends the definitions of a dialog-script parameter section read from `text`
     /// (`file` names it in messages). The reader's messages are appended to `messages` as
     /// "FILE[LINE]: message" lines; with read errors nothing is appended and it returns false.
-    bool parseParmSection(const std::string &text, const std::string &file,
-                          std::string &messages);
+    bool parseParmSection(const std::string &text, const std::string &file, std::string &messages);
     /// Takes the entries out of this set (ownership passes to the caller).
     std::vector<std::unique_ptr<GZ_EditScriptedParm>> releaseParms();
 

@@ -1,9 +1,7 @@
 // GZ_EditScriptedParmsAggregate: the spare parameters of several nodes edited as one list.
 #include "scriptedit/GZ_EditScriptedParmsAggregate.h"
 
-
 #include "host/HostNode.h"
-
 
 GZ_EditScriptedParmsAggregate::GZ_EditScriptedParmsAggregate(const std::vector<HostNode *> &nodes)
 {
@@ -30,8 +28,7 @@ int GZ_EditScriptedParmsAggregate::getNParms() const
     return n;
 }
 
-void GZ_EditScriptedParmsAggregate::getNodeAndParmIndices(int &member, int &local,
-                                                          int global) const
+void GZ_EditScriptedParmsAggregate::getNodeAndParmIndices(int &member, int &local, int global) const
 {
     member = -1;
     local = -1;

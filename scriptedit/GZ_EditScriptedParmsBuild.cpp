@@ -1,8 +1,8 @@
 // GZ_EditScriptedParms: definitions from templates, operator types and nodes.
 #include "scriptedit/GZ_EditScriptedParms.h"
 
-#include "scriptedit/gz_TemplateConversion.h"
 #include "scriptedit/gz_ScriptHost.h"
+#include "scriptedit/gz_TemplateConversion.h"
 
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -187,9 +187,8 @@ void GZ_EditScriptedParms::createSwitcher(const HostParmTemplate *&t, BuildState
             folder->setTabCondition(c, sw.getTabCondition(f, static_cast<HostParmCondition>(c)));
             folder->setCondition(c, sw.getCondition(static_cast<HostParmCondition>(c)));
         }
-        folder->setName(f == 0 ? name
-                               : gz_ScriptHost::encodeVariableName(decoded + "_" +
-                                                                   std::to_string(f)));
+        folder->setName(
+            f == 0 ? name : gz_ScriptHost::encodeVariableName(decoded + "_" + std::to_string(f)));
         if (f == 0 && name != original)
             folder->setSpareValue(HostSpareData::SWITCHER_BASE_TAG, original.c_str());
         if (options.myReadAutolinks && state.myNode)

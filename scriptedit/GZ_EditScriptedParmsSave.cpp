@@ -123,9 +123,9 @@ void GZ_EditScriptedParms::saveGroupFooter(std::ostream &os, int &depth, bool &i
         --import_count;
 }
 
-void GZ_EditScriptedParms::saveGroupHeader(std::ostream &os, int &depth,
-                                           GZ_EditScriptedParm &parm, bool switcher_start,
-                                           bool &import_scope, int &import_count)
+void GZ_EditScriptedParms::saveGroupHeader(std::ostream &os, int &depth, GZ_EditScriptedParm &parm,
+                                           bool switcher_start, bool &import_scope,
+                                           int &import_count)
 {
     os << blanks(4 * depth + 4) << GROUP_KEYWORDS[parm.getFolderType()] << "\n";
     ++depth;
@@ -177,9 +177,8 @@ void GZ_EditScriptedParms::saveMultiParmHeader(std::ostream &os, int &depth,
     os << "\n";
 }
 
-void GZ_EditScriptedParms::saveImportHeader(std::ostream &os, int &depth,
-                                            GZ_EditScriptedParm &parm, bool &import_scope,
-                                            int &import_count)
+void GZ_EditScriptedParms::saveImportHeader(std::ostream &os, int &depth, GZ_EditScriptedParm &parm,
+                                            bool &import_scope, int &import_count)
 {
     os << blanks(4 * depth + 4) << "import {\n";
     ++depth;

@@ -26,6 +26,7 @@ constexpr HostParmType BUTTON_STRIP_TYPE{HostParmBasic::Ordinal, T::BUTTON_STRIP
 constexpr HostParmType ICON_STRIP_TYPE{HostParmBasic::Ordinal, T::ICON_STRIP};
 } // namespace
 
+// clang-format off
 // Component-name columns.
 #define GZ_N5_16 "5", "6", "7", "8", "9", "10", "11", "12", "13", "14", "15", "16"
 #define GZ_NUMS {"1", "2", "3", "4", GZ_N5_16}
@@ -124,6 +125,7 @@ const GZ_EditScriptedParm::GZ_ParmType GZ_EditScriptedParm::theParmTypes[] = {
 #undef GZ_BEGIN_END
 #undef GZ_MINMAX
 #undef GZ_NUMS4
+// clang-format on
 
 int GZ_EditScriptedParm::getNumParmTypes()
 {
@@ -133,7 +135,8 @@ int GZ_EditScriptedParm::getNumParmTypes()
 int GZ_EditScriptedParm::findParmTypeIdx(const std::string &label)
 {
     // The table is fixed, so a map built once gives the first match of the linear search.
-    static const std::unordered_map<std::string, int> index = [] {
+    static const std::unordered_map<std::string, int> index = []
+    {
         std::unordered_map<std::string, int> map;
         for (int i = 0; theParmTypes[i].label; ++i)
             map.emplace(theParmTypes[i].label, i);
@@ -285,7 +288,7 @@ bool GZ_EditScriptedParm::parmTypeUsesOpFilter(const std::string &label)
 }
 
 GZ_EditScriptedParmFolderType GZ_EditScriptedParm::getSwitcherFolderType(HostParmType type,
-                                                                          const HostSpareData *tags)
+                                                                         const HostSpareData *tags)
 {
     if (type.isExclusive())
         return GZ_FOLDER_RADIO;

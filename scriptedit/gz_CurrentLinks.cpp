@@ -25,8 +25,8 @@ void collect(const HostNode &target, const HostParm *tparm, int tk, const HostNo
             if (rnode != &target || rparm != tparm || rk != tk)
                 continue;
             std::string path = target.getRelativePathTo(node);
-            std::string link = path == "." ? parm->getChannelName(k)
-                                           : path + "/" + parm->getChannelName(k);
+            std::string link =
+                path == "." ? parm->getChannelName(k) : path + "/" + parm->getChannelName(k);
             out += out.empty() ? link : " " + link;
         }
     }

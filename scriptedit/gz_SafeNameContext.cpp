@@ -167,8 +167,8 @@ gz_SafeNameContext::check(const std::vector<std::string> &names,
     Verdict verdict = PASSES;
     for (const std::string &n : names)
     {
-        if (myParms.checkReservedName(n) || (avoid && avoid->count(n)) ||
-            myTemplateNames.has(n) || (myMakeUnique && myEntryNames.has(n)))
+        if (myParms.checkReservedName(n) || (avoid && avoid->count(n)) || myTemplateNames.has(n) ||
+            (myMakeUnique && myEntryNames.has(n)))
             return TAKEN;
         if (myTemplateNames.matchesPattern(n) || (myMakeUnique && myEntryNames.matchesPattern(n)))
             verdict = INSTANCE;
@@ -190,8 +190,8 @@ bool gz_SafeNameContext::makeSafe(const GZ_EditScriptedParm *parm, std::string &
     {
         if (name.empty())
             name = "newparameter";
-        std::vector<std::string> names = parm ? parm->getChannelNames(name)
-                                              : std::vector<std::string>();
+        std::vector<std::string> names =
+            parm ? parm->getChannelNames(name) : std::vector<std::string>();
         names.push_back(name);
         const Verdict verdict = check(names, avoid);
         if (verdict == TAKEN)
@@ -240,8 +240,7 @@ std::string gz_SafeNameContext::bump(const std::string &name)
     return gz_ScriptHost::encodeVariableName(decoded.substr(0, digits) + number);
 }
 
-bool gz_SafeNameContext::matchesInstancePattern(const std::string &name,
-                                                const std::string &pattern)
+bool gz_SafeNameContext::matchesInstancePattern(const std::string &name, const std::string &pattern)
 {
     size_t n = 0;
     for (size_t p = 0; p < pattern.size(); ++p)

@@ -72,9 +72,9 @@ private:
 
     const GZ_EditScriptedParms &myParms;
     bool myMakeUnique;
-    NameSet myTemplateNames;  ///< conflicts with the operator's templates
-    NameSet myEntryNames;     ///< the set's entries (unique names only)
-    NameSet myInstanceNames;  ///< multiparm patterns gathered for the "_" prefix rule
+    NameSet myTemplateNames; ///< conflicts with the operator's templates
+    NameSet myEntryNames;    ///< the set's entries (unique names only)
+    NameSet myInstanceNames; ///< multiparm patterns gathered for the "_" prefix rule
     std::vector<bool> myOpenIsMulti;
     int myMultiLevel = 0;
 };

@@ -110,8 +110,8 @@ int findEntry(HostCommandArgs &args, const GZ_EditScriptedParms &parms, const st
     const int i = parms.getParmIndexWithName(name);
     if (i < 0 || parms.getParm(i)->getIsGroupEnd())
     {
-        args.err() << args.commandName() << ": no spare parameter " << name << " on "
-                   << args.arg(1) << "\n";
+        args.err() << args.commandName() << ": no spare parameter " << name << " on " << args.arg(1)
+                   << "\n";
         return -1;
     }
     return i;

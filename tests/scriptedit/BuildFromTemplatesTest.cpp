@@ -16,8 +16,8 @@ namespace
 /// "kind:name" per entry, blank separated ("}" for group ends), to compare whole layouts.
 std::string layout(const GZ_EditScriptedParms &s)
 {
-    static const char *const kinds[] = {"coll", "simple", "tab", "radio", "import",
-                                        "multi", "scroll", "mswitch", "}", ""};
+    static const char *const kinds[] = {"coll",  "simple", "tab",     "radio", "import",
+                                        "multi", "scroll", "mswitch", "}",     ""};
     std::string out;
     for (int i = 0; i < s.entries(); ++i)
     {

@@ -59,9 +59,8 @@ TEST(EditScriptedParms, RemovingAndJoins)
 
     // Empty folders: separators and empty nested folders do not count.
     auto e = set(open(GZ_FOLDER_SIMPLE, "empty"), parm("sep", "Separator"),
-                 open(GZ_FOLDER_COLLAPSIBLE, "inner"), end(), end(),
-                 open(GZ_FOLDER_SIMPLE, "full"), open(GZ_FOLDER_SIMPLE, "deep"), parm("x"), end(),
-                 end());
+                 open(GZ_FOLDER_COLLAPSIBLE, "inner"), end(), end(), open(GZ_FOLDER_SIMPLE, "full"),
+                 open(GZ_FOLDER_SIMPLE, "deep"), parm("x"), end(), end());
     e.removeEmptyFolders();
     EXPECT_EQ(names(e), "full deep x } }");
 }
@@ -70,11 +69,11 @@ TEST(EditScriptedParms, Moves)
 {
     // 0 a 1 f { 2 b 3 c 4 } 5 d
     auto s = set(parm("a"), open(GZ_FOLDER_SIMPLE, "f"), parm("b"), parm("c"), end(), parm("d"));
-    EXPECT_FALSE(s.isParmMoveAllowed(3, 3, 1)); // out across the folder's end
+    EXPECT_FALSE(s.isParmMoveAllowed(3, 3, 1));  // out across the folder's end
     EXPECT_FALSE(s.isParmMoveAllowed(2, 2, -1)); // out across its opener
     EXPECT_FALSE(s.isParmMoveAllowed(1, 2, 3));  // half a block
     EXPECT_FALSE(s.isParmMoveAllowed(5, 5, 1));  // past the end
-    EXPECT_TRUE(s.moveParms(1, 4, 1)); // the whole folder past d
+    EXPECT_TRUE(s.moveParms(1, 4, 1));           // the whole folder past d
     EXPECT_EQ(names(s), "a d f b c }");
     EXPECT_TRUE(s.moveParms(0, 0, 2)); // a into the folder
     EXPECT_EQ(names(s), "d f a b c }");
@@ -130,8 +129,7 @@ TEST(EditScriptedParms, Compile)
     auto s = set(open(GZ_FOLDER_TABS, "page1"), parm("a"), parm("lab", "Label"), end(),
                  open(GZ_FOLDER_TABS, "page2"), parm("b"), end(), open(GZ_FOLDER_TABS, "page3"),
                  end(), open(GZ_FOLDER_TABS, "main_"), end(), open(GZ_FOLDER_TABS, "main2"), end(),
-                 parm("sep", "Separator"), open(GZ_FOLDER_COLLAPSIBLE, "box"),
-                 parm("base"), end());
+                 parm("sep", "Separator"), open(GZ_FOLDER_COLLAPSIBLE, "box"), parm("base"), end());
     s.getParm(7)->setTabBreak(true); // page3 ends its switcher: main_ starts another
     s.getParm(15)->setIsBaseParm(true);
     s.getParm(1)->setDefault(0, "3");

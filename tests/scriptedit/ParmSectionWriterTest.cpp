@@ -131,7 +131,7 @@ TEST(ParmSectionWriter, NormalisationsAndJoins)
     s.getParm(1)->setDefault(0, "2.50"); // a string default that looks like a number
     s.getParm(1)->setJoinNext(true);     // followed by a group end
     s.getParm(1)->setCondition(2, "   ");
-    s.getParm(3)->setJoinNext(true);     // followed by a folder
+    s.getParm(3)->setJoinNext(true); // followed by a folder
     s.getParm(6)->setSize(0);
     const std::string text = write(s);
     EXPECT_EQ(s.getParm(0)->getName(), "folder1");
@@ -156,8 +156,8 @@ TEST(ParmSectionWriter, SwitcherLevelTagsAndImportScope)
     inside->setImportToken("t*");
     auto outside = parm("outside");
     outside->setImportToken("t*");
-    auto s = set(std::move(a), end(), std::move(b), end(), std::move(src), std::move(inside),
-                 end(), std::move(outside));
+    auto s = set(std::move(a), end(), std::move(b), end(), std::move(src), std::move(inside), end(),
+                 std::move(outside));
     std::string text = write(s);
     // b continues a's switcher: its callback is the tab's own.
     EXPECT_NE(text.find("grouptag { \"script_callback\" \"go\" }"), std::string::npos) << text;

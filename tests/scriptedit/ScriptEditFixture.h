@@ -11,8 +11,7 @@ namespace gztest
 {
 /// An ordinary parameter.
 inline std::unique_ptr<GZ_EditScriptedParm> parm(const std::string &name,
-                                                 const std::string &type = "Float",
-                                                 int size = 1)
+                                                 const std::string &type = "Float", int size = 1)
 {
     auto p = std::make_unique<GZ_EditScriptedParm>();
     p->setName(name);
@@ -23,9 +22,8 @@ inline std::unique_ptr<GZ_EditScriptedParm> parm(const std::string &name,
 }
 
 /// The opener of a block.
-inline std::unique_ptr<GZ_EditScriptedParm> open(GZ_EditScriptedParmFolderType type,
-                                                 const std::string &name,
-                                                 const std::string &label = "")
+inline std::unique_ptr<GZ_EditScriptedParm>
+open(GZ_EditScriptedParmFolderType type, const std::string &name, const std::string &label = "")
 {
     auto p = std::make_unique<GZ_EditScriptedParm>(type);
     p->setName(name);

@@ -22,7 +22,8 @@ std::string readFile(const std::string &path)
 /// Runs one command line in a shared shell and returns its standard output.
 std::string run(const std::string &text, std::string *errors = nullptr)
 {
-    static Shell *theShell = [] {
+    static Shell *theShell = []
+    {
         auto *s = new Shell;
         s->startup({});
         return s;
@@ -54,7 +55,7 @@ TEST(SpareCommands, SectionSurvivesTwoNodesAndCompilesTabsToAMenu)
     // The three tabs of "main" become one ordered menu of size 3, first in the list.
     const std::string compiled = run("sparecompile /obj/b");
     EXPECT_EQ(compiled.rfind("    parm {\n        name    \"main\"\n        label   \"\"\n"
-                                       "        type    ordinal\n        invisible\n"
+                             "        type    ordinal\n        invisible\n"
                              "        size    3\n",
                              0),
               0u)
