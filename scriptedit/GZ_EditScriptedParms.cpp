@@ -45,10 +45,8 @@ GZ_EditScriptedParm *GZ_EditScriptedParms::getParm(int i) const
 
 int GZ_EditScriptedParms::getParmIndex(const GZ_EditScriptedParm *parm) const
 {
-    for (int i = 0; i < entries(); ++i)
-        if (myParms[i].get() == parm)
-            return i;
-    return -1;
+    return findEntry([parm](const GZ_EditScriptedParm &p) { return &p == parm; },
+                     /*openers_only=*/false);
 }
 
 GZ_EditScriptedParm *GZ_EditScriptedParms::getParmWithName(const std::string &name) const
@@ -60,10 +58,8 @@ int GZ_EditScriptedParms::getParmIndexWithName(const std::string &name) const
 {
     if (name.empty())
         return -1;
-    for (int i = 0; i < entries(); ++i)
-        if (myParms[i]->getName() == name)
-            return i;
-    return -1;
+    return findEntry([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; },
+                     /*openers_only=*/false);
 }
 
 GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithName(const std::string &name) const
@@ -75,7 +71,8 @@ int GZ_EditScriptedParms::getFolderIndexWithName(const std::string &name) const
 {
     if (name.empty())
         return -1;
-    return findFolder([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; });
+    return findEntry([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; },
+                     /*openers_only=*/true);
 }
 
 GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithLabel(const std::string &label) const
@@ -85,14 +82,15 @@ GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithLabel(const std::string 
 
 int GZ_EditScriptedParms::getFolderIndexWithLabel(const std::string &label) const
 {
-    return findFolder([&label](const GZ_EditScriptedParm &p) { return p.getLabel() == label; });
+    return findEntry([&label](const GZ_EditScriptedParm &p) { return p.getLabel() == label; },
+                     /*openers_only=*/true);
 }
 
-int GZ_EditScriptedParms::findFolder(
-    const std::function<bool(const GZ_EditScriptedParm &)> &match) const
+int GZ_EditScriptedParms::findEntry(const std::function<bool(const GZ_EditScriptedParm &)> &match,
+                                    bool openers_only) const
 {
     for (int i = 0; i < entries(); ++i)
-        if (myParms[i]->getIsGroupStart() && match(*myParms[i]))
+        if ((!openers_only || myParms[i]->getIsGroupStart()) && match(*myParms[i]))
             return i;
     return -1;
 }

@@ -185,8 +185,9 @@ private:
     void createOne(const HostParmTemplate *&t, BuildState &state);
     void createImportGroups(BuildState &state, int switcher, int folder, int after);
     void removeMarked(const std::vector<bool> &marked);
-    /// Index of the first opener that `match` accepts, or -1.
-    int findFolder(const std::function<bool(const GZ_EditScriptedParm &)> &match) const;
+    /// Index of the first entry (with `openers_only`, opener) that `match` accepts, or -1.
+    int findEntry(const std::function<bool(const GZ_EditScriptedParm &)> &match,
+                  bool openers_only) const;
 
     std::vector<std::unique_ptr<GZ_EditScriptedParm>> myParms;
     std::unordered_set<std::string> myReservedNames;
