@@ -18,10 +18,13 @@ std::string section(int n)
         if (i % 50 == 0)
             text += "group {\n    name \"f" + id + "\"\n    label \"F\"\n";
         if (i % 100 == 7)
-            text += "multiparm {\n    name \"m" + id + "\"\n    default 2\n"
-                    "    parm { name \"m" + id + "_#\" type float }\n}\n";
+            text += "multiparm {\n    name \"m" + id +
+                    "\"\n    default 2\n"
+                    "    parm { name \"m" +
+                    id + "_#\" type float }\n}\n";
         else
-            text += "parm {\n    name \"p" + id + "\"\n    label \"P\"\n    type vector\n"
+            text += "parm {\n    name \"p" + id +
+                    "\"\n    label \"P\"\n    type vector\n"
                     "    size 3\n    default { \"0\" \"1\" \"2\" }\n    range { -1 1 }\n"
                     "    parmtag { \"tag\" \"v\" }\n}\n";
         if (i % 50 == 49 || i == n - 1)

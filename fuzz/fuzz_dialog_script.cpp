@@ -22,10 +22,12 @@ HostSpareLayout roundTrip(const HostSpareLayout &layout)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    HostScopedDiagnosticSink quiet([](const HostDiagnostic &d) {
-        if (d.myText.empty())
-            std::abort(); // every report carries its text
-    });
+    HostScopedDiagnosticSink quiet(
+        [](const HostDiagnostic &d)
+        {
+            if (d.myText.empty())
+                std::abort(); // every report carries its text
+        });
     HostDialogStream in;
     in.openString(std::string(reinterpret_cast<const char *>(data), size), "fuzz.ds",
                   HostDialogStream::OPTIONAL);

@@ -11,7 +11,8 @@ namespace
 {
 std::map<std::string, HostBundleFilter> &registry()
 {
-    static std::map<std::string, HostBundleFilter> filters = [] {
+    static std::map<std::string, HostBundleFilter> filters = []
+    {
         std::map<std::string, HostBundleFilter> m;
         const HostBundleFilter builtin[] = {
             {"all", "Any Node", "", "*"},

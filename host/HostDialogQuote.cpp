@@ -20,9 +20,15 @@ void escapeControl(std::string &out, unsigned char c)
 {
     switch (c)
     {
-    case '\n': out += "\\n"; return;
-    case '\r': out += "\\r"; return;
-    case '\t': out += "\\t"; return;
+    case '\n':
+        out += "\\n";
+        return;
+    case '\r':
+        out += "\\r";
+        return;
+    case '\t':
+        out += "\\t";
+        return;
     default:
         out += "\\x";
         out += HEX[c >> 4];

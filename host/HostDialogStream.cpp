@@ -6,8 +6,8 @@
 #include "host/HostReader.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 /// One text being read: a file or a string, with its position.
 struct HostDialogStream::Source
@@ -21,14 +21,29 @@ struct HostDialogStream::Source
 
 namespace
 {
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-bool isSingle(char c) { return c == '{' || c == '}' || c == '[' || c == ']'; }
-bool isText(unsigned char c) { return c >= 0x20 || c == '\t' || c == '\n' || c == '\r'; }
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+bool isSingle(char c)
+{
+    return c == '{' || c == '}' || c == '[' || c == ']';
+}
+bool isText(unsigned char c)
+{
+    return c >= 0x20 || c == '\t' || c == '\n' || c == '\r';
+}
 
 std::string dirOf(const std::string &path)
 {
     const std::size_t slash = path.rfind('/');
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+bool isFile(const std::string &path)
+{
+    std::error_code ec;
+    return std::filesystem::is_regular_file(path, ec);
 }
 
 bool readWhole(const std::string &path, std::string &text, bool &too_large)
@@ -73,8 +88,7 @@ void HostDialogStream::openString(const std::string &text, const std::string &na
 bool HostDialogStream::pushFile(const std::string &name, bool optional)
 {
     std::string path = name;
-    std::ifstream probe(path);
-    if (!probe)
+    if (!isFile(path))
     {
         bool found = false;
         // Beside the including file, then on the include path, then on the search path.
@@ -87,8 +101,7 @@ bool HostDialogStream::pushFile(const std::string &name, bool optional)
         {
             if (d.empty())
                 continue;
-            std::ifstream p(d + name);
-            if (p)
+            if (isFile(d + name))
             {
                 path = d + name;
                 found = true;
@@ -142,9 +155,15 @@ void HostDialogStream::warning(const std::string &message)
         report(/*is_error=*/false, getFileName(), getLine(), message);
 }
 
-const std::string &HostDialogStream::getFileName() const { return myFileName; }
+const std::string &HostDialogStream::getFileName() const
+{
+    return myFileName;
+}
 
-int HostDialogStream::getLine() const { return myLine; }
+int HostDialogStream::getLine() const
+{
+    return myLine;
+}
 
 void HostDialogStream::directive(const std::string &line)
 {
@@ -306,7 +325,10 @@ bool HostDialogStream::peekToken(std::string &token, bool *quoted)
     return true;
 }
 
-bool HostDialogStream::atEnd() { return !fill(); }
+bool HostDialogStream::atEnd()
+{
+    return !fill();
+}
 
 bool HostDialogStream::nextOnSameLine()
 {
@@ -319,8 +341,7 @@ std::string HostDialogStream::getRestOfLine()
     if (myHasPeek)
     {
         // A token peeked on a later line stays; one on this line is read again as raw text.
-        if (!(myPeekFile == myFileName && myPeekLine == myLine) ||
-            myPeekDepth != mySources.size())
+        if (!(myPeekFile == myFileName && myPeekLine == myLine) || myPeekDepth != mySources.size())
             return rest;
         myHasPeek = false;
         mySources.back()->myPos = myPeekStart;

@@ -7,50 +7,46 @@
 
 namespace
 {
-const char COMMAND[] = "command";
-const char PYTHON[] = "python";
+// Meanings and script languages share their words: index 0 the command language, 1 the
+// scripting language.
+const char *const NAMES[] = {"command", "python"};
+
+bool find(const char *name, int &index)
+{
+    for (int i = 0; name && i < 2; ++i)
+        if (std::strcmp(name, NAMES[i]) == 0)
+        {
+            index = i;
+            return true;
+        }
+    return false;
+}
 } // namespace
 
 const char *HostLanguageNames::stringMeaningName(int meaning)
 {
     if (meaning == HOST_STRING_EXPRESSION)
-        return COMMAND;
+        return NAMES[0];
     if (meaning == HOST_STRING_SCRIPT)
-        return PYTHON;
+        return NAMES[1];
     return nullptr;
 }
 
 bool HostLanguageNames::stringMeaningFromName(const char *name, int &meaning)
 {
-    if (!name)
+    int index = 0;
+    if (!find(name, index))
         return false;
-    if (std::strcmp(name, COMMAND) == 0)
-        meaning = HOST_STRING_EXPRESSION;
-    else if (std::strcmp(name, PYTHON) == 0)
-        meaning = HOST_STRING_SCRIPT;
-    else
-        return false;
+    meaning = index == 0 ? HOST_STRING_EXPRESSION : HOST_STRING_SCRIPT;
     return true;
 }
 
 const char *HostLanguageNames::scriptLanguageName(int language)
 {
-    if (language == 0)
-        return COMMAND;
-    if (language == 1)
-        return PYTHON;
-    return nullptr;
+    return language == 0 || language == 1 ? NAMES[language] : nullptr;
 }
 
 bool HostLanguageNames::scriptLanguageFromName(const char *name, int &language)
 {
-    if (!name)
-        return false;
-    if (std::strcmp(name, COMMAND) == 0)
-        language = 0;
-    else if (std::strcmp(name, PYTHON) == 0)
-        language = 1;
-    else
-        return false;
-    return true;
+    return find(name, language);
 }

@@ -81,6 +81,35 @@ HostScriptParm *HostScriptPage::findParm(const std::string &name) const
     return nullptr;
 }
 
+namespace
+{
+bool continuesSwitcher(const HostScriptParm &prev, const HostScriptParm &next)
+{
+    return prev.myKind == next.myKind && !prev.myTabBreak &&
+           (next.myKind == HostScriptParm::GROUP_TAB || next.myKind == HostScriptParm::GROUP_RADIO);
+}
+} // namespace
+
+void HostScriptPage::getSwitcherRange(int i, int &first, int &last) const
+{
+    first = last = i;
+    if (i < 0 || i >= getNumParms() || !myParms[i]->isFolder())
+        return;
+    while (first > 0 && continuesSwitcher(*myParms[first - 1], *myParms[first]))
+        --first;
+    while (last + 1 < getNumParms() && continuesSwitcher(*myParms[last], *myParms[last + 1]))
+        ++last;
+}
+
+int HostScriptPage::getSwitcherFolderCount(int i) const
+{
+    if (i < 0 || i >= getNumParms() || !myParms[i]->isFolder())
+        return 0;
+    int first = 0, last = 0;
+    getSwitcherRange(i, first, last);
+    return last - first + 1;
+}
+
 bool HostScriptPage::parsePage(HostDialogStream &in)
 {
     std::string token;
@@ -212,8 +241,8 @@ bool HostScriptPage::parseBlockBody(HostDialogStream &in, HostScriptParm &parm, 
         }
         else if (quoted || !parm.parseKeyword(in, token))
         {
-            in.error("Unknown keyword '" + token + "' in a " + HostScriptParm::keyword(parm.myKind) +
-                     " block");
+            in.error("Unknown keyword '" + token + "' in a " +
+                     HostScriptParm::keyword(parm.myKind) + " block");
             skipStatement(in);
         }
     }

@@ -48,6 +48,12 @@ public:
     HostScriptParm *getParm(int i) const { return myParms[i].get(); }
     /// The first block of that name on this page (not in folders), or null.
     HostScriptParm *findParm(const std::string &name) const;
+    /// The folders that form one switcher with the folder block at i (consecutive tab or
+    /// radio folders up to a tab break; a collapsible or simple folder alone): the index of
+    /// the first and of the last. Both are i for a block that is no folder.
+    void getSwitcherRange(int i, int &first, int &last) const;
+    /// The number of folders in the switcher of block i (0 for a block that is no folder).
+    int getSwitcherFolderCount(int i) const;
     /// The obsolete-parameter section, or null when the page has none.
     const HostScriptPage *getObsolete() const { return myObsolete.get(); }
     /// Appends a block (used when building a page from templates).

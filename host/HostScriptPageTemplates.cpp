@@ -1,7 +1,6 @@
 // HostScriptPage: conversion between parsed pages and template lists with import records.
 #include "host/HostScriptPage.h"
 
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -12,17 +11,6 @@
 namespace
 {
 using Kind = HostScriptParm::Kind;
-
-bool parseNumber(const std::string &text, double &value)
-{
-    if (text.empty())
-        return false;
-    char *end = nullptr;
-    errno = 0;
-    value = std::strtod(text.c_str(), &end);
-    // Infinities and NaN are not numbers here: they would not survive being written back.
-    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
-}
 
 /// The shortest text that reads back as exactly `value`.
 std::string formatNumber(double value)
@@ -116,15 +104,15 @@ HostParmTemplate parmTemplate(const HostScriptParm &p)
     {
         const HostScriptParm::Default &d = p.myDefaults[k];
         double number = 0;
-        if (d.myMeaning == 0 && type.isNumeric() && parseNumber(d.myText, number))
+        if (d.myMeaning == 0 && type.isNumeric() && HostScriptParm::parseNumber(d.myText, number))
             t.setDefault(static_cast<int>(k), HostParmDefault(number));
         else
-            t.setDefault(static_cast<int>(k), HostParmDefault(
-                                                  d.myText, static_cast<HostStringMeaning>(d.myMeaning)));
+            t.setDefault(static_cast<int>(k),
+                         HostParmDefault(d.myText, static_cast<HostStringMeaning>(d.myMeaning)));
     }
     if (p.myHasRange)
-        t.setRange(HostParmRange(p.myRangeMin, p.myRangeMax, p.myRangeMinStrict,
-                                 p.myRangeMaxStrict));
+        t.setRange(
+            HostParmRange(p.myRangeMin, p.myRangeMax, p.myRangeMinStrict, p.myRangeMaxStrict));
     if (p.myHasMenu)
         setMenu(t, p);
     t.setExportLevel(p.myExport);
@@ -191,11 +179,12 @@ private:
     HostParmTemplate multiparmTemplate(const HostScriptParm &p)
     {
         HostParmTemplate t(presentation(HOST_PARM_MULTIPARM, p), p.myName, p.myLabel);
-        t.setMultiType(p.myKind == HostScriptParm::MULTI_LIST     ? HostParmTemplate::MULTI_LIST
-                       : p.myKind == HostScriptParm::MULTI_SCROLL ? HostParmTemplate::MULTI_SCROLL
-                                                                  : HostParmTemplate::MULTI_SWITCHER);
+        t.setMultiType(p.myKind == HostScriptParm::MULTI_LIST ? HostParmTemplate::MULTI_LIST
+                       : p.myKind == HostScriptParm::MULTI_SCROLL
+                           ? HostParmTemplate::MULTI_SCROLL
+                           : HostParmTemplate::MULTI_SWITCHER);
         double count = 0;
-        if (!p.myDefaults.empty() && parseNumber(p.myDefaults[0].myText, count) &&
+        if (!p.myDefaults.empty() && HostScriptParm::parseNumber(p.myDefaults[0].myText, count) &&
             std::fabs(count) < 1e9)
             t.setDefault(0, HostParmDefault(static_cast<double>(static_cast<long long>(count))));
         setConditionsAndTags(t, p);
@@ -211,24 +200,12 @@ private:
         return t;
     }
 
-    /// The folders from `first` that form one switcher; returns the index of its last one.
-    static int switcherEnd(const HostScriptPage &page, int first)
-    {
-        const HostScriptParm &f = *page.getParm(first);
-        if (f.myKind != HostScriptParm::GROUP_TAB && f.myKind != HostScriptParm::GROUP_RADIO)
-            return first;
-        int i = first;
-        while (i + 1 < page.getNumParms() && page.getParm(i + 1)->myKind == f.myKind &&
-               !page.getParm(i)->myTabBreak)
-            ++i;
-        return i;
-    }
-
     int addSwitcher(const HostScriptPage &page, int first, HostParmTemplateList &list,
                     std::vector<HostImportRecord> *imports, int &last)
     {
         const HostScriptParm &head = *page.getParm(first);
-        const int end = switcherEnd(page, first);
+        int start = first, end = first;
+        page.getSwitcherRange(first, start, end);
         HostParmType type = HOST_PARM_SWITCHER;
         if (head.myKind == HostScriptParm::GROUP_RADIO)
             type = type.withFlags(HostParmType::EXCLUSIVE);
@@ -414,10 +391,10 @@ private:
         {
             const std::string &name = tag.first;
             const std::size_t colon = name.rfind(':');
-            const bool per_folder = colon != std::string::npos && colon != 0 &&
-                                    name.find_first_not_of("0123456789", colon + 1) ==
-                                        std::string::npos &&
-                                    colon + 1 < name.size();
+            const bool per_folder =
+                colon != std::string::npos && colon != 0 &&
+                name.find_first_not_of("0123456789", colon + 1) == std::string::npos &&
+                colon + 1 < name.size();
             if (!per_folder)
             {
                 if (k == 0 && name != HostSpareData::GROUP_TYPE_TAG)
@@ -505,10 +482,10 @@ void fillCommon(HostScriptParm &p, const HostParmTemplate &t)
 std::unique_ptr<HostScriptParm> multiparmBlock(const HostParmTemplate &t)
 {
     const int layout = t.getMultiType() & 15;
-    auto p = std::make_unique<HostScriptParm>(layout == HostParmTemplate::MULTI_LIST ? HostScriptParm::MULTI_LIST
-                                              : layout == HostParmTemplate::MULTI_SCROLL
-                                                  ? HostScriptParm::MULTI_SCROLL
-                                                  : HostScriptParm::MULTI_SWITCHER);
+    auto p = std::make_unique<HostScriptParm>(
+        layout == HostParmTemplate::MULTI_LIST     ? HostScriptParm::MULTI_LIST
+        : layout == HostParmTemplate::MULTI_SCROLL ? HostScriptParm::MULTI_SCROLL
+                                                   : HostScriptParm::MULTI_SWITCHER);
     fillCommon(*p, t);
     if (!t.getDefaults().empty())
         p->myDefaults.push_back({formatNumber(t.getDefault(0).myNumber), 0});
@@ -531,8 +508,8 @@ std::unique_ptr<HostScriptParm> Emitter::parmBlock(const HostParmTemplate &t)
     p->mySize = t.getVectorSize();
     for (const HostParmDefault &d : t.getDefaults())
     {
-        const bool text = !d.myString.empty() || d.myMeaning != HOST_STRING_LITERAL ||
-                          !t.getType().isNumeric();
+        const bool text =
+            !d.myString.empty() || d.myMeaning != HOST_STRING_LITERAL || !t.getType().isNumeric();
         p->myDefaults.push_back({text ? d.myString : formatNumber(d.myNumber), d.myMeaning});
     }
     p->myHasDefault = !p->myDefaults.empty();

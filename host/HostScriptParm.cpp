@@ -33,10 +33,22 @@ struct TypeRow
 
 constexpr std::uint64_t ANIM = HostParmType::ANIMATABLE;
 constexpr std::uint64_t INTG = HostParmType::INTEGER;
-constexpr HostParmType F(std::uint64_t flags) { return {HostParmBasic::Float, ANIM | flags}; }
-constexpr HostParmType O(std::uint64_t flags) { return {HostParmBasic::Ordinal, flags}; }
-constexpr HostParmType S(std::uint64_t flags) { return {HostParmBasic::String, flags}; }
-constexpr HostParmType D(std::uint64_t flags) { return {HostParmBasic::Data, flags}; }
+constexpr HostParmType F(std::uint64_t flags)
+{
+    return {HostParmBasic::Float, ANIM | flags};
+}
+constexpr HostParmType O(std::uint64_t flags)
+{
+    return {HostParmBasic::Ordinal, flags};
+}
+constexpr HostParmType S(std::uint64_t flags)
+{
+    return {HostParmBasic::String, flags};
+}
+constexpr HostParmType D(std::uint64_t flags)
+{
+    return {HostParmBasic::Data, flags};
+}
 
 const TypeRow TYPES[] = {
     {"integer", F(INTG), 0, 0, 0, nullptr},
@@ -83,17 +95,6 @@ const TypeRow TYPES[] = {
     {"iconstrip", O(HostParmType::ICON_STRIP), 0, 0, 1, nullptr},
 };
 
-bool parseNumber(const std::string &text, double &value)
-{
-    if (text.empty())
-        return false;
-    char *end = nullptr;
-    errno = 0;
-    value = std::strtod(text.c_str(), &end);
-    // Infinities and NaN are not numbers here: they would not survive being written back.
-    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
-}
-
 /// Reads the argument of a keyword; reports "Expected ... after KEYWORD" when it is missing.
 bool readArg(HostDialogStream &in, const std::string &keyword, std::string &value)
 {
@@ -120,11 +121,25 @@ bool expect(HostDialogStream &in, const char *what, const std::string &context)
 }
 } // namespace
 
+bool HostScriptParm::parseNumber(const std::string &text, double &value)
+{
+    if (text.empty())
+        return false;
+    char *end = nullptr;
+    errno = 0;
+    value = std::strtod(text.c_str(), &end);
+    // Infinities and NaN are not numbers here: they would not survive being written back.
+    return end && *end == '\0' && errno != ERANGE && std::isfinite(value);
+}
+
 HostScriptParm::HostScriptParm(Kind kind) : myKind(kind) {}
 
 HostScriptParm::~HostScriptParm() = default;
 
-const char *HostScriptParm::keyword(Kind kind) { return KEYWORDS[kind]; }
+const char *HostScriptParm::keyword(Kind kind)
+{
+    return KEYWORDS[kind];
+}
 
 bool HostScriptParm::kindFromKeyword(const std::string &word, Kind &kind)
 {
@@ -208,7 +223,7 @@ const char *stringToken(const HostParmTemplate &tmpl)
     if (t.isNodeList())
         return "oplist";
     if (t.isLabel())
-        return isVariant(tmpl, "heading") ? "heading"
+        return isVariant(tmpl, "heading")   ? "heading"
                : isVariant(tmpl, "message") ? "message"
                                             : "label";
     if (t.isSeparator())

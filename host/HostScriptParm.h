@@ -81,6 +81,10 @@ public:
     /// The type token of a host type (the inverse of typeFromToken; "float" when none fits).
     static std::string tokenFromType(const HostParmTemplate &tmpl);
 
+    /// Reads a whole word as a finite number (infinities and NaN would not survive being
+    /// written back, so they are not numbers here).
+    static bool parseNumber(const std::string &text, double &value);
+
     /// The size in force: the "size" line, else the type's fixed size, else 1.
     int effectiveSize() const;
 

@@ -91,8 +91,7 @@ std::string HostSpareUpdate::check(const HostNode &node, const HostSpareLayout &
     return errors;
 }
 
-bool HostSpareUpdate::updateNode(HostNode &node, const HostSpareLayout &layout,
-                                 std::string &errors)
+bool HostSpareUpdate::updateNode(HostNode &node, const HostSpareLayout &layout, std::string &errors)
 {
     const std::string problems = check(node, layout);
     if (!problems.empty())

@@ -156,10 +156,14 @@ bool holds(const Node &n, const HostTagList *list)
 {
     switch (n.myOp)
     {
-    case Node::NOT: return !holds(*n.myLeft, list);
-    case Node::AND: return holds(*n.myLeft, list) && holds(*n.myRight, list);
-    case Node::OR: return holds(*n.myLeft, list) || holds(*n.myRight, list);
-    case Node::TAG: break;
+    case Node::NOT:
+        return !holds(*n.myLeft, list);
+    case Node::AND:
+        return holds(*n.myLeft, list) && holds(*n.myRight, list);
+    case Node::OR:
+        return holds(*n.myLeft, list) || holds(*n.myRight, list);
+    case Node::TAG:
+        break;
     }
     if (!list)
         return false;

@@ -3,15 +3,16 @@
 
 bool HostTagList::isTagChar(char c)
 {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           c == '_' || c == '-' || c == '.';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == '-' || c == '.';
 }
 
 HostTagList::HostTagList(const std::string &text, std::string &errors)
 {
     std::string word;
     bool bad = false;
-    auto flush = [&]() {
+    auto flush = [&]()
+    {
         if (bad)
             errors += "Invalid tag '" + word + "'\n";
         else if (!word.empty())

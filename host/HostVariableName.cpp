@@ -8,9 +8,18 @@ namespace
 const char PREFIX[] = "xn__";
 const std::size_t PREFIX_LEN = 4;
 
-bool isAlpha(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isExtra(char c, const char *extra) { return extra && c && std::strchr(extra, c); }
+bool isAlpha(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+bool isExtra(char c, const char *extra)
+{
+    return extra && c && std::strchr(extra, c);
+}
 bool isNameChar(char c, const char *extra)
 {
     return isAlpha(c) || isDigit(c) || c == '_' || isExtra(c, extra);

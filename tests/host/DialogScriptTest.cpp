@@ -204,8 +204,15 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
                              "}\n"
                              "groupcollapsible { name \"c\" label \"C\" }\n"
                              "groupcollapsible { name \"d\" label \"D\" }\n";
-    parseText(text, diag, &layout);
+    auto parsed = parseText(text, diag, &layout);
     EXPECT_EQ(diag.text(), "");
+    EXPECT_EQ(parsed->getSwitcherFolderCount(0), 1); // the tab break ends it
+    EXPECT_EQ(parsed->getSwitcherFolderCount(3), 1); // collapsible folders stand alone
+    const HostScriptPage &inner = *parsed->getParm(1)->myPage;
+    int first = -1, last = -1;
+    inner.getSwitcherRange(2, first, last);
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(last, 2);
     const HostParmTemplateList &l = layout.myTemplates;
     ASSERT_EQ(l.size(), 7); // a, x, b, r, y, c, d
     EXPECT_EQ(l[0].getFolderCount(), 1);
@@ -282,13 +289,14 @@ TEST(DialogScript, EndlessNestingAndErrorFloodsStop)
 
 TEST(DialogScript, EveryTypeTokenComesBackFromItsTemplate)
 {
-    const char *tokens[] = {"integer", "float", "vector2", "vector", "vector4", "intvector2",
-                            "intvector", "intvector4", "uv", "uvw", "toggle", "ordinal", "button",
-                            "angle", "direction", "color", "color4", "ramp_flt", "ramp_rgb",
-                            "string", "file", "directory", "image", "geometry", "oppath", "oplist",
-                            "label", "heading", "message", "separator", "spacer", "rgbamask",
-                            "group", "log", "intlog", "data", "geometrydata", "keyvaluedict",
-                            "float_minmax", "int_minmax", "buttonstrip", "iconstrip"};
+    const char *tokens[] = {
+        "integer",      "float",        "vector2",      "vector",     "vector4",     "intvector2",
+        "intvector",    "intvector4",   "uv",           "uvw",        "toggle",      "ordinal",
+        "button",       "angle",        "direction",    "color",      "color4",      "ramp_flt",
+        "ramp_rgb",     "string",       "file",         "directory",  "image",       "geometry",
+        "oppath",       "oplist",       "label",        "heading",    "message",     "separator",
+        "spacer",       "rgbamask",     "group",        "log",        "intlog",      "data",
+        "geometrydata", "keyvaluedict", "float_minmax", "int_minmax", "buttonstrip", "iconstrip"};
     for (const char *token : tokens)
     {
         HostDiagnosticCapture diag;
@@ -314,7 +322,8 @@ TEST(DialogStream, IncludesAndOptionalFiles)
     for (int option : {int(HostDialogStream::INCLUDES), 0})
     {
         HostDialogStream in;
-        in.openString("#include \"section.ds\"\nparm { name \"last\" }\n", dir + "/main.ds", option);
+        in.openString("#include \"section.ds\"\nparm { name \"last\" }\n", dir + "/main.ds",
+                      option);
         HostScriptPage page;
         EXPECT_TRUE(page.parseSection(in));
         EXPECT_EQ(page.getNumParms(), option ? 7 : 1);

@@ -36,8 +36,8 @@ TEST_F(SpareUpdate, OneUndoStepKeepsSurvivingValues)
     geo->getParm("b")->setValue(1, 3.0);
     const int steps = undo.getUndoCount();
 
-    ASSERT_TRUE(apply(*geo, "parm { name \"a\" type float }\nparm { name \"c\" type toggle }",
-                      errors));
+    ASSERT_TRUE(
+        apply(*geo, "parm { name \"a\" type float }\nparm { name \"c\" type toggle }", errors));
     EXPECT_EQ(undo.getUndoCount(), steps + 1);
     EXPECT_EQ(undo.getUndoName(), HostSpareUpdate::UNDO_NAME);
     EXPECT_EQ(geo->getParm("a")->getValue(0), 7.0);
@@ -61,8 +61,8 @@ TEST_F(SpareUpdate, RefusesBadInterfacesWithoutChangingTheNode)
     ASSERT_TRUE(apply(*geo, "parm { name \"keep\" }", errors));
     const HostSpareLayout before = geo->getSpareLayout();
     HostDiagnosticCapture diag;
-    EXPECT_FALSE(apply(*geo, "parm { name \"scale\" }\nparm { name \"x\" }\nparm { name \"x\" }",
-                       errors));
+    EXPECT_FALSE(
+        apply(*geo, "parm { name \"scale\" }\nparm { name \"x\" }\nparm { name \"x\" }", errors));
     EXPECT_EQ(errors, "Spare parameter 'scale' has the name of a parameter of the node\n"
                       "Spare parameter name 'x' is used twice\n");
     errors.clear();

@@ -36,9 +36,14 @@ TEST(TagExpression, ParsesEvaluatesAndReportsErrors)
     {
         const char *expr;
         bool holds;
-    } cases[] = {{"render", true},           {"!render", false},       {"render & !legacy", false},
-                 {"render !legacy | x", false}, {"(x | shad*) & render", true}, {"", true},
-                 {"*", true},                {"nope", false}};
+    } cases[] = {{"render", true},
+                 {"!render", false},
+                 {"render & !legacy", false},
+                 {"render !legacy | x", false},
+                 {"(x | shad*) & render", true},
+                 {"", true},
+                 {"*", true},
+                 {"nope", false}};
     for (const Case &c : cases)
     {
         HostTagExpression e(c.expr, errors);
