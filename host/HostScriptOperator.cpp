@@ -11,3 +11,8 @@ HostScriptOperator::HostScriptOperator(const std::string &name, const std::strin
 }
 
 HostScriptOperator::~HostScriptOperator() = default;
+
+bool HostScriptOperator::writeSpecificData(std::ostream &) const
+{
+    return false;
+}

@@ -1,0 +1,136 @@
+// The operator-level editor: built from a scripted type, written as a whole dialog script.
+#include "host/HostDiagnostics.h"
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+#include "host/HostOperatorTable.h"
+#include "host/HostScriptOperator.h"
+#include "resource/GZ_ResourceManager.h"
+#include "scriptedit/GZ_EditScriptedOp.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace
+{
+class EditOpFixture : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        GZcreateResourceManager(true);
+        auto op = std::make_unique<HostScriptOperator>(
+            "edop", "Edited Op",
+            HostParmTemplateList({HostParmTemplate(HOST_PARM_XYZ, "t", "Translate", 3),
+                                  HostParmTemplate(HOST_PARM_STRING, "group", "Group")}),
+            "", 0, 2);
+        op->setScriptName("edop_script");
+        op->setHelp("Moves things.\nSay \"hi\"\tnow");
+        op->setInputNames({"Source"});
+        op->setInputLabels({"", "Second input"});
+        op->setInputIsReference({false, true});
+        op->setOutputLabels({"Result"});
+        op->setUnitLength(0.01);
+        myOp = static_cast<HostScriptOperator *>(
+            HostOperatorTable::getTable("Object")->addOperator(std::move(op)));
+    }
+    void TearDown() override
+    {
+        myDirector.clearScene();
+        GZgetResourceManager()->removeAllBindings(myOp);
+        HostOperatorTable::getTable("Object")->deleteOperator("edop");
+    }
+    std::string write(GZ_EditScriptedOp &edit)
+    {
+        std::ostringstream os;
+        EXPECT_EQ(edit.save(os), 1);
+        EXPECT_EQ(edit.getWarning(), "");
+        return os.str();
+    }
+    HostDirector myDirector;
+    HostScriptOperator *myOp = nullptr;
+};
+
+std::string golden(const std::string &name, const std::string &text)
+{
+    const std::string path = std::string(GZ_TEST_DATA_DIR) + "/" + name;
+    if (std::getenv("GZ_UPDATE_GOLDEN"))
+        std::ofstream(path, std::ios::binary) << text;
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream os;
+    os << in.rdbuf();
+    return os.str();
+}
+} // namespace
+
+TEST_F(EditOpFixture, WholeScriptMatchesGolden)
+{
+    GZ_ResourceManager &rm = *GZgetResourceManager();
+    // Bound out of name order: the lines come in the handle's sorted parameter order.
+    ASSERT_EQ(rm.bind(myOp, "translate", "Move", "ty", "ty", "color(0.5 0.5 1) ownerop('geo1')"),
+              GZ_ResourceManager::BIND_OK);
+    ASSERT_EQ(rm.bind(myOp, "translate", "Move", "tx", "tx", ""), GZ_ResourceManager::BIND_OK);
+    ASSERT_EQ(rm.bindSelector(myOp, "objselect", "Pick", "Select them", "", 0, 0, "*", 1, "", 0, "",
+                              true),
+              1);
+    ASSERT_EQ(rm.bindSelector(myOp, "objpoint", "Grp", "Choose group", "group", 1, 1, "prim", 0,
+                              "menu", 1, "", true),
+              1);
+    HostNode *node = myDirector.createNode("edop", "/obj/ed1");
+    ASSERT_NE(node, nullptr);
+
+    GZ_EditScriptedOp edit(myOp, node);
+    EXPECT_EQ(edit.getObjFlag(), 1);
+    EXPECT_EQ(edit.getVopFlag(), 0);
+    ASSERT_EQ(edit.getNHandles(), 1);
+    EXPECT_TRUE(edit.getHandle(0)->hasBinding());
+    edit.getParms().initializeReserveNames(node);
+    const std::string text = write(edit);
+    EXPECT_EQ(text, golden("edited_op.ds", text));
+
+    // A copy writes the same; unit 1.0 and a vop type drop their lines.
+    GZ_EditScriptedOp copy(edit);
+    EXPECT_EQ(write(copy), text);
+    copy.setUnitLength(1.0);
+    copy.setUnitMass(std::nan(""));
+    const std::string units = write(copy);
+    EXPECT_EQ(units.find("unitlength"), std::string::npos);
+    EXPECT_NE(units.find("    unitmass\tnan\n"), std::string::npos);
+}
+
+TEST_F(EditOpFixture, InputsGrowAndHandlesReportUnknownTypes)
+{
+    GZ_EditScriptedOp edit(myOp, nullptr);
+    edit.setInputName(9999, "x");
+    edit.setInputName(3, "Fourth");
+    EXPECT_EQ(edit.getInputName(0), "Source");
+    EXPECT_EQ(edit.getInputName(2), "");
+    EXPECT_EQ(edit.getInputName(3), "Fourth");
+    EXPECT_EQ(edit.getInputName(4), "");
+    EXPECT_FALSE(edit.getInputIsReference(0));
+    EXPECT_TRUE(edit.getInputIsReference(1));
+
+    HostDiagnosticCapture capture;
+    GZ_EditScriptedOpHandle unknown("nosuchhandle");
+    EXPECT_EQ(capture.text(), "Creation of unknown handle type nosuchhandle\n");
+    EXPECT_EQ(unknown.getNParms(), 0);
+    EXPECT_EQ(unknown.bindChannel("tx", "tx"), -1);
+
+    auto *moved = new GZ_EditScriptedOpHandle("translate");
+    EXPECT_EQ(moved->getDescription(), "Translate");
+    EXPECT_EQ(moved->getGZName(0), "input"); // sorted: input onoff tx ty tz
+    EXPECT_EQ(moved->bindChannel("tz", "tz"), 4);
+    edit.addHandle(moved);
+    edit.addHandle(new GZ_EditScriptedOpHandle("translate"));
+    edit.moveHandles(0, 0, 1);
+    EXPECT_EQ(edit.getHandle(1), moved);
+    edit.removeHandles(0, 0);
+    EXPECT_EQ(edit.getHandle(0), moved);
+
+    const std::vector<std::string> types = GZ_EditScriptedOpHandle::getValidTypes();
+    EXPECT_TRUE(std::is_sorted(types.begin(), types.end()));
+    EXPECT_TRUE(std::binary_search(types.begin(), types.end(), "translate"));
+}
