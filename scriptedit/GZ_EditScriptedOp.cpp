@@ -72,39 +72,31 @@ GZ_EditScriptedOp::GZ_EditScriptedOp(HostScriptOperator *op, HostNode *node)
 }
 
 GZ_EditScriptedOp::GZ_EditScriptedOp(const GZ_EditScriptedOp &other)
-    : myOperator(other.myOperator), myParms(other.myParms), myName(other.myName),
-      myScript(other.myScript), myLabel(other.myLabel), myHelp(other.myHelp),
-      myShopFlag(other.myShopFlag), myVopFlag(other.myVopFlag), myObjFlag(other.myObjFlag),
-      myWarning(other.myWarning), myInputNames(other.myInputNames),
-      myInputLabels(other.myInputLabels), myInputIsRef(other.myInputIsRef),
-      myOutputLabels(other.myOutputLabels), myUnitLength(other.myUnitLength),
-      myUnitMass(other.myUnitMass)
 {
-    copyHandles(other);
+    *this = other;
 }
 
 GZ_EditScriptedOp &GZ_EditScriptedOp::operator=(const GZ_EditScriptedOp &other)
 {
     if (this == &other)
         return *this;
-    GZ_EditScriptedOp copy(other);
-    myOperator = copy.myOperator;
-    myParms = copy.myParms;
-    myHandles = std::move(copy.myHandles);
-    myName = std::move(copy.myName);
-    myScript = std::move(copy.myScript);
-    myLabel = std::move(copy.myLabel);
-    myHelp = std::move(copy.myHelp);
-    myShopFlag = copy.myShopFlag;
-    myVopFlag = copy.myVopFlag;
-    myObjFlag = copy.myObjFlag;
-    myWarning = std::move(copy.myWarning);
-    myInputNames = std::move(copy.myInputNames);
-    myInputLabels = std::move(copy.myInputLabels);
-    myInputIsRef = std::move(copy.myInputIsRef);
-    myOutputLabels = std::move(copy.myOutputLabels);
-    myUnitLength = copy.myUnitLength;
-    myUnitMass = copy.myUnitMass;
+    myOperator = other.myOperator;
+    myParms = other.myParms;
+    copyHandles(other);
+    myName = other.myName;
+    myScript = other.myScript;
+    myLabel = other.myLabel;
+    myHelp = other.myHelp;
+    myShopFlag = other.myShopFlag;
+    myVopFlag = other.myVopFlag;
+    myObjFlag = other.myObjFlag;
+    myWarning = other.myWarning;
+    myInputNames = other.myInputNames;
+    myInputLabels = other.myInputLabels;
+    myInputIsRef = other.myInputIsRef;
+    myOutputLabels = other.myOutputLabels;
+    myUnitLength = other.myUnitLength;
+    myUnitMass = other.myUnitMass;
     return *this;
 }
 

@@ -91,7 +91,7 @@ TEST_F(EditOpFixture, WholeScriptMatchesGolden)
     const std::string text = write(edit);
     EXPECT_EQ(text, golden("edited_op.ds", text));
 
-    // A copy writes the same; unit 1.0 and a vop type drop their lines.
+    // A copy writes the same; a unit of 1.0 writes nothing, not-a-number is written.
     GZ_EditScriptedOp copy(edit);
     EXPECT_EQ(write(copy), text);
     copy.setUnitLength(1.0);
@@ -133,4 +133,22 @@ TEST_F(EditOpFixture, InputsGrowAndHandlesReportUnknownTypes)
     const std::vector<std::string> types = GZ_EditScriptedOpHandle::getValidTypes();
     EXPECT_TRUE(std::is_sorted(types.begin(), types.end()));
     EXPECT_TRUE(std::binary_search(types.begin(), types.end(), "translate"));
+}
+
+TEST(EditScriptedOp, VopTypeWritesNoInputLines)
+{
+    HostOperatorTable *vop = HostOperatorTable::createTable("Vop", "VOP");
+    ASSERT_NE(vop, nullptr);
+    auto op = std::make_unique<HostScriptOperator>("vedop", "V", HostParmTemplateList());
+    op->setInputNames({"in"});
+    op->setOutputLabels({"out"});
+    auto *added = static_cast<HostScriptOperator *>(vop->addOperator(std::move(op)));
+    GZ_EditScriptedOp edit(added, nullptr);
+    std::ostringstream os;
+    edit.save(os);
+    HostOperatorTable::destroyTable("Vop");
+    EXPECT_EQ(edit.getVopFlag(), 1);
+    EXPECT_EQ(os.str(), "# Dialog script for vedop automatically generated\n\n{\n"
+                        "    name\tvedop\n    script\t\n    label\tV\n\n"
+                        "    help {\n    }\n\n}\n");
 }
