@@ -1,6 +1,8 @@
 // HostPreprocessor: directives, comments, includes and token reading.
 #include "host/HostPreprocessor.h"
 
+#include "host/HostDiagnostics.h"
+
 #include <cctype>
 #include <fstream>
 #include <sstream>
@@ -247,9 +249,22 @@ bool HostPreprocessor::readRawLine(std::string &line, std::string &file, int &nu
     return false;
 }
 
-std::string HostPreprocessor::errorLine(const std::string &file, int number, const std::string &msg)
+void HostPreprocessor::directiveProblem(const std::string &file, int number,
+                                        const std::string &message)
 {
-    return "# error " + file + "[" + std::to_string(number) + "]: " + msg;
+    // The directive's line becomes the current location, as a delivered line's would.
+    myFileName = file;
+    myLineNumber = number;
+    reportProblem(file, number, message);
+}
+
+void HostPreprocessor::reportProblem(const std::string &file, int number,
+                                     const std::string &message) const
+{
+    if (myProblemHandler)
+        myProblemHandler(file, number, message);
+    else
+        HostDiagnostics::report(HostDiagSeverity::Error, file, number, message);
 }
 
 bool HostPreprocessor::getLine(std::string &line)
@@ -297,8 +312,7 @@ bool HostPreprocessor::nextLine(std::string &line)
         // Report each unbalanced conditional once, at the line that opened it.
         Conditional open = myConditionals.back();
         myConditionals.clear();
-        line = errorLine(open.file, open.line, "missing #endif");
-        return true;
+        reportProblem(open.file, open.line, "missing #endif");
     }
     return false;
 }
@@ -373,18 +387,15 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
             value = isDefined(rest) == (word == "ifdef");
         myConditionals.push_back({parent, parent && value, value, false, number, file});
         if (!ok && parent)
-        {
-            emitted = errorLine(file, number, "bad #if expression: " + rest);
-            return true;
-        }
+            directiveProblem(file, number, "bad #if expression: " + rest);
         return false;
     }
     if (word == "elif" || word == "else" || word == "endif")
     {
         if (myConditionals.empty())
         {
-            emitted = errorLine(file, number, "#" + word + " without #if");
-            return true;
+            directiveProblem(file, number, "#" + word + " without #if");
+            return false;
         }
         Conditional &c = myConditionals.back();
         if (word == "endif")
@@ -394,8 +405,8 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
         }
         if (c.sawElse)
         {
-            emitted = errorLine(file, number, "#" + word + " after #else");
-            return true;
+            directiveProblem(file, number, "#" + word + " after #else");
+            return false;
         }
         bool value = true, ok = true;
         if (word == "elif")
@@ -415,8 +426,8 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
             ++n;
         if (n == 0)
         {
-            emitted = errorLine(file, number, "#define without a name");
-            return true;
+            directiveProblem(file, number, "#define without a name");
+            return false;
         }
         myMacros[rest.substr(0, n)] = trim(rest.substr(n));
         return false;
@@ -428,25 +439,24 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
     }
     if (word == "include")
     {
-        pushInclude(rest, file, number, emitted);
-        return !emitted.empty();
+        pushInclude(rest, file, number);
+        return false;
     }
     if (word == "error")
     {
-        emitted = rest.empty() ? "# error" : "# error " + rest;
-        return true;
+        directiveProblem(file, number, rest.empty() ? "#error" : rest);
+        return false;
     }
     if (myPassHashLines)
     {
         emitted = myExpandMacros ? expandMacros(line) : line;
         return true;
     }
-    emitted = errorLine(file, number, "unknown directive: " + line);
-    return true;
+    directiveProblem(file, number, "unknown directive: " + line);
+    return false;
 }
 
-void HostPreprocessor::pushInclude(const std::string &included, const std::string &file, int number,
-                                   std::string &emitted)
+void HostPreprocessor::pushInclude(const std::string &included, const std::string &file, int number)
 {
     std::string name = included;
     if (name.size() >= 2 && ((name.front() == '"' && name.back() == '"') ||
@@ -454,19 +464,19 @@ void HostPreprocessor::pushInclude(const std::string &included, const std::strin
         name = name.substr(1, name.size() - 2);
     if (name.empty())
     {
-        emitted = errorLine(file, number, "#include without a file name");
+        directiveProblem(file, number, "#include without a file name");
         return;
     }
     if (myStack.size() >= theMaxIncludeDepth)
     {
-        emitted = errorLine(file, number, "includes nested too deeply: " + name);
+        directiveProblem(file, number, "includes nested too deeply: " + name);
         return;
     }
     std::string path = resolveInclude(name, file);
     auto in = path.empty() ? nullptr : std::make_unique<std::ifstream>(path);
     if (!in || !*in)
     {
-        emitted = errorLine(file, number, "cannot open include file \"" + name + "\"");
+        directiveProblem(file, number, "cannot open include file \"" + name + "\"");
         return;
     }
     auto source = std::make_unique<Source>();

@@ -1,6 +1,8 @@
 // GZ_SettingList: list operations, the settings-text parser and writer.
 #include "link/GZ_SettingList.h"
 
+#include "host/HostDiagnostics.h"
+
 #include <algorithm>
 #include <charconv>
 #include <climits>
@@ -733,10 +735,8 @@ void GZ_SettingList::loadFromSettingString(const char *text)
     parser.parse(text);
     if (parser.errors().empty())
         return;
-    std::string block = parser.errors();
-    block += '\n';
-    std::cerr.write(block.data(), static_cast<std::streamsize>(block.size()));
-    std::cerr.flush();
+    // One report for the whole text: its problems are lines of one block.
+    HostDiagnostics::report(HostDiagSeverity::Error, "", 0, parser.errors());
 }
 
 void GZ_SettingList::generateSettingString(std::ostream &os) const

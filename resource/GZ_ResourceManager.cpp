@@ -1,6 +1,7 @@
 // GZ_ResourceManager: construction, the library entry points, types, registration and lookups.
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostDiagnostics.h"
 #include "host/HostOperator.h"
 #include "host/HostOperatorTable.h"
 #include "host/HostParmTemplate.h"
@@ -52,10 +53,12 @@ GZ_ResourceManager *GZcreateResourceManager(bool print_warnings)
 {
     if (theInstance)
         return theInstance;
-    GZ_ResourceManager::ourPrintWarnings = print_warnings;
-    // The instance pointer owns the manager; it lives until the host deletes it.
-    auto *manager = new GZ_ResourceManager();
-    GZ_ResourceManager::ourPrintWarnings = true;
+    GZ_ResourceManager *manager = nullptr;
+    {
+        GZ_ResourceManager::WarningScope warnings(print_warnings);
+        // The instance pointer owns the manager; it lives until the host deletes it.
+        manager = new GZ_ResourceManager();
+    }
     // Once the first instance has been destroyed, a new manager is an empty registry that
     // nothing can reach; keeping it would only leak it.
     if (manager != theInstance)
@@ -141,9 +144,25 @@ void GZ_ResourceManager::printWarning(const char *format, ...)
         return;
     va_list args;
     va_start(args, format);
-    std::vfprintf(stderr, format, args);
+    va_list again;
+    va_copy(again, args);
+    const int size = std::vsnprintf(nullptr, 0, format, args);
     va_end(args);
-    std::fputc('\n', stderr);
+    std::string text(size > 0 ? static_cast<size_t>(size) : 0, '\0');
+    if (size > 0)
+        std::vsnprintf(&text[0], text.size() + 1, format, again);
+    va_end(again);
+    HostDiagnostics::report(HostDiagSeverity::Warning, "", 0, text);
+}
+
+void GZ_ResourceManager::printWarningAt(const std::string &file, int line,
+                                        const std::string &message)
+{
+    if (!ourPrintWarnings)
+        return;
+    const std::string shown = HostDiagnostics::upToNul(message);
+    HostDiagnostics::report(HostDiagSeverity::Warning, file, line, shown,
+                            file + "[" + std::to_string(line) + "] " + shown);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -318,10 +337,12 @@ void GZ_ResourceManager::getChannelNameFromParmAndVec(std::string &channel, Host
                                                       const char *parm_name, int vec_index) const
 {
     const std::string name = gz::str(parm_name);
-    // Always printed: it asks the author of an old bindings file to update it.
-    std::cerr << "WARNING: Legacy bindhandle format for " << (op ? op->getQualifiedName() : "")
-              << " '" << name << " " << vec_index
-              << "'. Use 'channel handleparm' format instead.\n";
+    // Always reported: it asks the author of an old bindings file to update it.
+    HostDiagnostics::report(HostDiagSeverity::Warning, "", 0,
+                            "WARNING: Legacy bindhandle format for " +
+                                (op ? op->getQualifiedName() : std::string()) + " '" + name + " " +
+                                std::to_string(vec_index) +
+                                "'. Use 'channel handleparm' format instead.");
     channel = name;
     const HostParmTemplate *templates = op ? op->getParmTemplates() : nullptr;
     for (int i = 0; templates && !templates[i].isTerminator(); ++i)

@@ -222,9 +222,12 @@ public:
     void removeSaveCallback(void (*callback)(void *), void *data);
 
     /// Reads the first "OPbindings" file on the host's search path; a missing or unreadable
-    /// file is ignored. Problems in the file are reported on the standard error stream with
-    /// its name and line, and reading goes on.
+    /// file is ignored. Problems in the file are reported through the host's diagnostics
+    /// channel with its name and line, and reading goes on.
     void registerOpHandleBindings();
+    /// Reads bindings-file text as registerOpHandleBindings reads the file; `name` stands for
+    /// the file in locations, and includes are looked for on the host's search path.
+    void registerOpHandleBindingsFromText(const std::string &text, const std::string &name);
     /// Reads one operator block of a bindings file (the "{" line to the closing "}") for the
     /// qualified operator name that opened it, replacing that key's bindings.
     void loadOperator(HostPreprocessor &pp, const std::string &op_name);
@@ -309,17 +312,35 @@ public:
     static void appendToParmsCache(HostNode *node, HostParm *parm, int vec_index);
     static void setParmsCacheBehaviour(bool set_key, bool scope_channels, bool append_to_scope);
 
-    /// Prints a registration or bindings warning (followed by a line break) on the standard
-    /// error stream, unless warnings are switched off.
+    /// Reports a registration or bindings warning through the host's diagnostics channel,
+    /// unless warnings are switched off.
     static void printWarning(const char *format, ...)
 #if defined(__GNUC__)
         __attribute__((format(printf, 1, 2)))
 #endif
         ;
+    /// The same for a warning about a line of a file; its text reads "FILE[LINE] MESSAGE".
+    static void printWarningAt(const std::string &file, int line, const std::string &message);
 
-    /// Whether warnings are printed; GZcreateResourceManager switches them off while the
-    /// built-in tables register, when asked to.
-    static bool ourPrintWarnings;
+    /// Whether warnings are reported.
+    static bool printsWarnings()
+    {
+        return ourPrintWarnings;
+    }
+
+    /// Switches warnings on or off for its lifetime (off while the built-in tables register,
+    /// when the host asks for that) and restores what was before.
+    class WarningScope
+    {
+    public:
+        explicit WarningScope(bool print) : mySaved(ourPrintWarnings) { ourPrintWarnings = print; }
+        ~WarningScope() { ourPrintWarnings = mySaved; }
+        WarningScope(const WarningScope &) = delete;
+        WarningScope &operator=(const WarningScope &) = delete;
+
+    private:
+        bool mySaved;
+    };
 
 protected:
     /// Listens to `table` and remembers its network type under the table's name.
@@ -338,6 +359,8 @@ protected:
     /// Writes the handle bindings recorded on live nodes as binding commands.
     HostErrorSeverity save(std::ostream &os);
 
+    /// Reads a preprocessed bindings file to its end.
+    void loadBindings(HostPreprocessor &pp);
     /// Reads a handle block of a bindings file into `handle`, bound to `op` (null when the
     /// operator type does not exist).
     void loadHandle(HostPreprocessor &pp, HostOperator *op, GZ_BindingHandleInfo &handle);
@@ -390,6 +413,7 @@ private:
     std::vector<std::pair<void (*)(void *), void *>> mySaveCallbacks;
     void *myPythonResourceSupport = nullptr;
 
+    static bool ourPrintWarnings;
     static bool theHideLockedHandleParts;
     static bool theScopeChannelsOnKey;
     static bool theAddScopedChannels;

@@ -1,6 +1,7 @@
 // GZ_ResourceManager: reading and writing the bindings file, and the bindings of a saved scene.
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -30,13 +31,13 @@
 //   selector  := "{" line, PROMPT line, OPPARM INPUT REQUIRED MASK DRAG MENU SELALL line,
 //                [EXTRA line], "}" line
 //
-// Problems the preprocessor finds arrive as lines starting "# error" wherever a line is read.
+// Problems the preprocessor finds (and #error directives) reach the reader's problem handler
+// as they are met, and are reported as the reader's own.
 
 namespace
 {
 
-const char theErrorLinePrefix[] = "# error";
-const size_t theErrorLinePrefixLength = sizeof(theErrorLinePrefix) - 1;
+const char theParseError[] = "Error parsing OPbindings: ";
 
 bool isBlank(char c)
 {
@@ -72,30 +73,36 @@ Location here(const HostPreprocessor &pp)
     return Location{pp.fileName(), pp.lineNumber()};
 }
 
+/// Reports a problem of the file's form: "FILE[LINE] MESSAGE".
+void reportAt(const Location &where, const std::string &message)
+{
+    HostDiagnostics::report(HostDiagSeverity::Error, where.file, where.line, message,
+                            where.file + "[" + std::to_string(where.line) + "] " + message);
+}
+
 void reportMalformed(const Location &where, const std::string &what)
 {
-    std::fprintf(stderr, "%s[%d] Error parsing OPbindings: %s\n", where.file.c_str(), where.line,
-                 what.c_str());
+    reportAt(where, theParseError + HostDiagnostics::upToNul(what));
 }
 
 void reportUnexpected(const HostPreprocessor &pp, const std::string &word)
 {
-    std::fprintf(stderr, "%s[%d] Unexpected input: '%s'\n", pp.fileName().c_str(), pp.lineNumber(),
-                 word.c_str());
+    reportAt(here(pp), "Unexpected input: '" + HostDiagnostics::upToNul(word) + "'");
 }
 
-/// The next line of text. Lines the preprocessor made of its own errors and of #error
-/// directives are reported, whatever is being read, and passed over.
+/// A problem of the preprocessor's, worded as its lines always were (the blank after the
+/// colon is the one the preprocessor's own wording began with).
+void reportPreprocessorProblem(const std::string &file, int line, const std::string &message)
+{
+    const std::string located =
+        file + "[" + std::to_string(line) + "]: " + HostDiagnostics::upToNul(message);
+    HostDiagnostics::report(HostDiagSeverity::Error, file, line, message,
+                            theParseError + (" " + located));
+}
+
 bool nextLine(HostPreprocessor &pp, std::string &line)
 {
-    while (pp.getLine(line))
-    {
-        if (line.compare(0, theErrorLinePrefixLength, theErrorLinePrefix) != 0)
-            return true;
-        std::fprintf(stderr, "Error parsing OPbindings: %s\n",
-                     line.c_str() + theErrorLinePrefixLength);
-    }
-    return false;
+    return pp.getLine(line);
 }
 
 /// The next line that is neither blank nor a '#' comment line.
@@ -383,6 +390,11 @@ bool readSelectorBlock(HostPreprocessor &pp, const std::string &what, SelectorTe
 // ---------------------------------------------------------------------------------------
 // Reading
 
+namespace
+{
+const std::vector<std::string> thePreprocessorOptions = {"", "-x", "-P"};
+}
+
 void GZ_ResourceManager::registerOpHandleBindings()
 {
     std::string path;
@@ -390,9 +402,23 @@ void GZ_ResourceManager::registerOpHandleBindings()
         return;
     HostPreprocessor pp;
     pp.setSearchPath(HostReader::getSearchPath());
-    if (!pp.open(path, {"", "-x", "-P"}))
-        return;
+    pp.setProblemHandler(reportPreprocessorProblem);
+    if (pp.open(path, thePreprocessorOptions))
+        loadBindings(pp);
+}
 
+void GZ_ResourceManager::registerOpHandleBindingsFromText(const std::string &text,
+                                                          const std::string &name)
+{
+    HostPreprocessor pp;
+    pp.setSearchPath(HostReader::getSearchPath());
+    pp.setProblemHandler(reportPreprocessorProblem);
+    pp.openText(text, name, thePreprocessorOptions);
+    loadBindings(pp);
+}
+
+void GZ_ResourceManager::loadBindings(HostPreprocessor &pp)
+{
     std::string line, name;
     while (nextContentLine(pp, line))
     {
@@ -531,7 +557,7 @@ void GZ_ResourceManager::loadHandle(HostPreprocessor &pp, HostOperator *op,
                                       type + "'";
                 if (op)
                     message += " of the operator '" + op->getName() + "'";
-                printWarning("%s[%d] %s", pp.fileName().c_str(), pp.lineNumber(), message.c_str());
+                printWarningAt(pp.fileName(), pp.lineNumber(), message);
                 return;
             }
             handle.addBinding(channel, link.gzParm);

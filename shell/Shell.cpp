@@ -7,6 +7,7 @@
 #include "shell/ShellViewerClasses.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
 #include "persistent/GZ_Manager.h"
@@ -28,6 +29,12 @@ namespace fs = std::filesystem;
 namespace
 {
 bool theCommandsInstalled = false;
+
+/// A problem of gzsh's own (its arguments, a file it cannot read).
+void reportError(const std::string &text)
+{
+    HostDiagnostics::report(HostDiagSeverity::Error, "", 0, text);
+}
 
 std::string baseName(const std::string &path)
 {
@@ -207,12 +214,12 @@ int Shell::main(int argc, const char *const *argv)
             continue;
         }
         if (arg == "-c" && has_text)
-            std::cerr << "gzsh: -c given twice\n";
+            reportError("gzsh: -c given twice");
         else if (arg == "-p" || arg == "-c")
-            std::cerr << "gzsh: option " << arg << " needs a value\n";
+            reportError("gzsh: option " + arg + " needs a value");
         else
-            std::cerr << "gzsh: unknown option " << arg << "\n";
-        std::cerr << usageLine() << "\n";
+            reportError("gzsh: unknown option " + arg);
+        reportError(usageLine());
         return STATUS_USAGE;
     }
 
@@ -223,7 +230,7 @@ int Shell::main(int argc, const char *const *argv)
             break;
         if (!runFile(file))
         {
-            std::cerr << "gzsh: cannot read " << file << "\n";
+            reportError("gzsh: cannot read " + file);
             myFileFailed = true;
         }
     }

@@ -39,9 +39,11 @@ GZ_ResourceManager *ShellResourceManager::create(bool print_warnings)
 {
     if (GZresourceManagerExists())
         return GZgetResourceManager();
-    ourPrintWarnings = print_warnings;
-    auto *manager = new ShellResourceManager();
-    ourPrintWarnings = true;
+    ShellResourceManager *manager = nullptr;
+    {
+        WarningScope warnings(print_warnings);
+        manager = new ShellResourceManager();
+    }
     // Only the first manager of a process becomes the instance; a later one would be an
     // empty registry that nobody can reach.
     if (GZgetResourceManager() != manager)

@@ -4,6 +4,7 @@
 #include "host/HostReader.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_SelectorTemplate.h"
+#include "tests/DiagnosticsRecorder.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,11 +13,10 @@
 #include <sstream>
 
 namespace fs = std::filesystem;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
 
 namespace
 {
+DiagnosticsRecorder theDiagnostics;
 
 const std::string theCasesDir = std::string(GZ_TEST_DATA_DIR) + "/bindings";
 
@@ -76,9 +76,9 @@ public:
     {
         const std::vector<std::string> saved = HostReader::getSearchPath();
         HostReader::setSearchPath({dir});
-        CaptureStderr();
+        theDiagnostics.start();
         registerOpHandleBindings();
-        std::string printed = GetCapturedStderr();
+        std::string printed = theDiagnostics.take();
         HostReader::setSearchPath(saved);
         replaceAll(printed, dir, "<DIR>");
         return printed;
@@ -157,9 +157,11 @@ TEST(BindingsFileRead, WarningsFollowThePrintFlag)
 {
     // With warnings off, only the messages about the file's form remain.
     FileManager manager;
-    GZ_ResourceManager::ourPrintWarnings = false;
-    const std::string printed = manager.readFrom(theCasesDir + "/unknown_names");
-    GZ_ResourceManager::ourPrintWarnings = true;
+    std::string printed;
+    {
+        GZ_ResourceManager::WarningScope quiet(false);
+        printed = manager.readFrom(theCasesDir + "/unknown_names");
+    }
     EXPECT_EQ(printed.find("Bad handle"), std::string::npos);
     EXPECT_EQ(printed.find("Warning"), std::string::npos);
     const std::string legacy = manager.readFrom(theCasesDir + "/legacy");
@@ -176,9 +178,9 @@ TEST(BindingsFileRead, FirstFileOnTheSearchPathWinsAndNoFileIsNoError)
 
     const std::vector<std::string> saved = HostReader::getSearchPath();
     HostReader::setSearchPath({empty.string(), theCasesDir + "/good", theCasesDir + "/legacy"});
-    CaptureStderr();
+    theDiagnostics.start();
     manager.registerOpHandleBindings();
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
     HostReader::setSearchPath(saved);
     EXPECT_EQ(manager.written(), readText(theCasesDir + "/good/expected.bindings"));
     fs::remove_all(empty);
