@@ -2,6 +2,7 @@
 #include "persistent/GZ_Manager.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostCommandTable.h"
 #include "host/HostNode.h"
 #include "link/gz_UndoBlock.h"
 #include "persistent/GZ_OHLPersistent.h"
@@ -322,15 +323,7 @@ void pomparm(GZ_Manager &manager, HostCommandArgs &args)
         handle->setSettings(args.argv(2));
 }
 
-struct gz_PomCommand
-{
-    const char *name;
-    const char *options;
-    const char *usage;
-    void (*handler)(GZ_Manager &, HostCommandArgs &);
-};
-
-const gz_PomCommand thePomCommands[] = {
+const HostCommandRow<GZ_Manager> thePomCommands[] = {
     {"pomadd", "gc:e:m:p:r:::s:v",
      "pomadd [-e on|off] [-p on|off] [-c on|off] [-s on|off] [-r R G B] [-m MASK] NAME TYPE"
      " | pomadd -g [-v] GROUP",
@@ -354,18 +347,7 @@ const gz_PomCommand thePomCommands[] = {
 
 void GZ_Manager::installCommands()
 {
-    static bool theInstalled = false;
-    if (theInstalled)
-        return;
-    theInstalled = true;
-    HostCommandManager *commands = HostCommandManager::getInstance();
-    for (const gz_PomCommand &command : thePomCommands)
-    {
-        auto handler = command.handler;
-        // The manager outlives the interpreter's use of it: it is never destroyed.
-        commands->installCommand(
-            command.name, command.options,
-            [handler](HostCommandArgs &args) { handler(*GZgetManager(), args); },
-            /*allowed_while_loading=*/true, command.usage);
-    }
+    // The manager outlives the interpreter's use of it: it is never destroyed.
+    HostCommandTable::install<GZ_Manager>(*HostCommandManager::getInstance(), thePomCommands,
+                                          &GZgetManager);
 }

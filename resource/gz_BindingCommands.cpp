@@ -3,6 +3,7 @@
 
 #include "host/HostCommandArgs.h"
 #include "host/HostCommandManager.h"
+#include "host/HostCommandTable.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -498,47 +499,30 @@ void cmdParm(GZ_ResourceManager &manager, HostCommandArgs &args)
     manager.recordGZSettings(args.argv(1), args.argv(2), *node, args.argv(4));
 }
 
-/// Runs a handler on the manager instance; without one the command does nothing.
-HostCommandCallback onManager(void (*handler)(GZ_ResourceManager &, HostCommandArgs &))
-{
-    return [handler](HostCommandArgs &args)
-    {
-        if (GZ_ResourceManager *manager = GZgetResourceManager())
-            handler(*manager, args);
-    };
-}
-
 } // namespace
 
 void gz_installBindingCommands(HostCommandManager &commands)
 {
-    const struct
-    {
-        const char *name;
-        const char *options;
-        void (*handler)(GZ_ResourceManager &, HostCommandArgs &);
-        bool allowedWhileLoading;
-        const char *usage;
-    } theCommands[] = {
-        {"ombindinfo", "t:", cmdBindInfo, true, "ombindinfo [-t table] operator"},
-        {"omunbind", "t:", cmdUnbind, true,
-         "omunbind [-t table] operator[:parameter] [description]"},
-        {"ombind", "t:d:", cmdBind, true,
-         "ombind [-t table] [-d settings] description operator:parameter handle:parameter"},
-        {"omls", "t:", cmdList, true, "omls [-t network] [handle ...]"},
-        {"omwhere", "t:", cmdWhere, true, "omwhere [-t table] [handle]"},
-        {"omsbindinfo", "t:", cmdSelectorBindInfo, true, "omsbindinfo [-t table] operator"},
-        {"omsunbind", "t:", cmdSelectorUnbind, true, "omsunbind [-t table] operator [description]"},
-        {"omsbind", "t:", cmdSelectorBind, true,
+    using Row = HostCommandRow<GZ_ResourceManager>;
+    static const Row theCommands[] = {
+        {"ombindinfo", "t:", "ombindinfo [-t table] operator", cmdBindInfo},
+        {"omunbind", "t:", "omunbind [-t table] operator[:parameter] [description]", cmdUnbind},
+        {"ombind",
+         "t:d:", "ombind [-t table] [-d settings] description operator:parameter handle:parameter",
+         cmdBind},
+        {"omls", "t:", "omls [-t network] [handle ...]", cmdList},
+        {"omwhere", "t:", "omwhere [-t table] [handle]", cmdWhere},
+        {"omsbindinfo", "t:", "omsbindinfo [-t table] operator", cmdSelectorBindInfo},
+        {"omsunbind", "t:", "omsunbind [-t table] operator [description]", cmdSelectorUnbind},
+        {"omsbind", "t:",
          "omsbind [-t table] operator:parameter selector description prompt input required "
-         "mask drag menu selectall"},
-        {"omsls", "t:", cmdSelectorList, true, "omsls [-t network]"},
-        {"omswhere", "t:", cmdSelectorWhere, true, "omswhere [-t table] [selector]"},
+         "mask drag menu selectall",
+         cmdSelectorBind},
+        {"omsls", "t:", "omsls [-t network]", cmdSelectorList},
+        {"omswhere", "t:", "omswhere [-t table] [selector]", cmdSelectorWhere},
         // Writing files is no business of a scene being loaded.
-        {"omwrite", "", cmdWrite, false, "omwrite [file]"},
-        {"omparm", "", cmdParm, true, "omparm handle-name handle-type node-path settings"},
+        {"omwrite", "", "omwrite [file]", cmdWrite, /*allowedWhileLoading=*/false},
+        {"omparm", "", "omparm handle-name handle-type node-path settings", cmdParm},
     };
-    for (const auto &command : theCommands)
-        commands.installCommand(command.name, command.options, onManager(command.handler),
-                                command.allowedWhileLoading, command.usage);
+    HostCommandTable::install<GZ_ResourceManager>(commands, theCommands, &GZgetResourceManager);
 }

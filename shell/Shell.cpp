@@ -7,6 +7,7 @@
 #include "shell/ShellViewerClasses.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostCommandTable.h"
 #include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
@@ -28,7 +29,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-bool theCommandsInstalled = false;
 
 /// A problem of gzsh's own (its arguments, a file it cannot read).
 void reportError(const std::string &text)
@@ -104,20 +104,10 @@ void Shell::startLibrary()
 
 void Shell::installCommands()
 {
-    if (theCommandsInstalled)
-        return;
-    theCommandsInstalled = true;
+    // The interpreter is process-wide: the first shell's rows stay, a later shell's are left
+    // out as installed already.
     for (ShellCommandGroup group : shellCommandGroups())
-    {
-        for (const ShellCommand &command : group())
-        {
-            auto handler = command.handler;
-            myCommands->installCommand(
-                command.name, command.options,
-                [this, handler](HostCommandArgs &args) { handler(*this, args); },
-                command.allowedWhileLoading, command.usage);
-        }
-    }
+        HostCommandTable::install<Shell>(*myCommands, group(), [this] { return this; });
 }
 
 bool Shell::findScript(const std::string &name, std::string &path)

@@ -1,0 +1,41 @@
+// HostCommandTable: installs the rows of a command table into the interpreter.
+#pragma once
+
+#include "host/HostCommandManager.h"
+#include "host/HostCommandRow.h"
+
+#include <functional>
+
+/// The one installer of command rows, used by the host's shell and the library's layers. A
+/// row whose name is installed already is left alone, so installing a table twice (a second
+/// shell, a manager made again) changes nothing.
+class HostCommandTable
+{
+public:
+    /// Installs `rows` into `commands`; each handler runs on what `context` returns when the
+    /// command runs, and the command does nothing when that is null. Returns how many rows
+    /// were installed.
+    template <typename Context, typename Rows>
+    static int install(HostCommandManager &commands, const Rows &rows,
+                       std::function<Context *()> context)
+    {
+        int installed = 0;
+        for (const HostCommandRow<Context> &row : rows)
+        {
+            if (commands.isInstalled(row.name))
+                continue;
+            auto handler = row.handler;
+            auto run = [context, handler](HostCommandArgs &args)
+            {
+                if (Context *target = context())
+                    handler(*target, args);
+            };
+            if (!commands.installCommand(row.name, row.options, run, row.allowedWhileLoading,
+                                         row.synopsis))
+                continue;
+            commands.setHelp(row.name, row.summary, row.optionHelp);
+            ++installed;
+        }
+        return installed;
+    }
+};
