@@ -501,28 +501,56 @@ void cmdParm(GZ_ResourceManager &manager, HostCommandArgs &args)
 
 } // namespace
 
+// Option lines that several rows show in help.
+#define GZ_TABLE_OPTION                                                                            \
+    "-t TABLE  the operator table: obj, sop, dop, cop2, chop or lop, in any case (default sop)"
+#define GZ_NETWORK_OPTION                                                                          \
+    "-t NETWORK  the network the listed types support, in any case (default Sop)"
+
 void gz_installBindingCommands(HostCommandManager &commands)
 {
     using Row = HostCommandRow<GZ_ResourceManager>;
     static const Row theCommands[] = {
-        {"ombindinfo", "t:", "ombindinfo [-t table] operator", cmdBindInfo},
-        {"omunbind", "t:", "omunbind [-t table] operator[:parameter] [description]", cmdUnbind},
+        {"ombindinfo", "t:", "ombindinfo [-t table] operator", cmdBindInfo, true,
+         "Lists the handle bindings of an operator type.", GZ_TABLE_OPTION},
+        {"omunbind", "t:", "omunbind [-t table] operator[:parameter] [description]", cmdUnbind,
+         true, "Removes handle bindings of the operator type.", GZ_TABLE_OPTION},
         {"ombind",
          "t:d:", "ombind [-t table] [-d settings] description operator:parameter handle:parameter",
-         cmdBind},
-        {"omls", "t:", "omls [-t network] [handle ...]", cmdList},
-        {"omwhere", "t:", "omwhere [-t table] [handle]", cmdWhere},
-        {"omsbindinfo", "t:", "omsbindinfo [-t table] operator", cmdSelectorBindInfo},
-        {"omsunbind", "t:", "omsunbind [-t table] operator [description]", cmdSelectorUnbind},
+         cmdBind, true,
+         "Binds handle parameter parameter of handle type handle to the operator parameter (a "
+         "channel such as tx, or a whole parameter name) of operator type operator.",
+         GZ_TABLE_OPTION "\n"
+                         "-d SETTINGS  default settings of a new handle instance"},
+        {"omls", "t:", "omls [-t network] [handle ...]", cmdList, true,
+         "Without arguments, lists the handle types that have parameters and support the network, "
+         "one per line, sorted by name.",
+         GZ_NETWORK_OPTION},
+        {"omwhere", "t:", "omwhere [-t table] [handle]", cmdWhere, true,
+         "Lists the operator types of the table that bind handles, sorted by name.",
+         GZ_TABLE_OPTION},
+        {"omsbindinfo", "t:", "omsbindinfo [-t table] operator", cmdSelectorBindInfo, true,
+         "Lists the selector bindings.", GZ_TABLE_OPTION},
+        {"omsunbind", "t:", "omsunbind [-t table] operator [description]", cmdSelectorUnbind, true,
+         "Removes the selector bindings of an operator type, or only those of the description.",
+         GZ_TABLE_OPTION},
         {"omsbind", "t:",
          "omsbind [-t table] operator:parameter selector description prompt input required "
          "mask drag menu selectall",
-         cmdSelectorBind},
-        {"omsls", "t:", "omsls [-t network]", cmdSelectorList},
-        {"omswhere", "t:", "omswhere [-t table] [selector]", cmdSelectorWhere},
+         cmdSelectorBind, true, "Binds a selector to an operator type.", GZ_TABLE_OPTION},
+        {"omsls", "t:", "omsls [-t network]", cmdSelectorList, true,
+         "Lists the selectors that support the network, sorted, one per line.", GZ_NETWORK_OPTION},
+        {"omswhere", "t:", "omswhere [-t table] [selector]", cmdSelectorWhere, true,
+         "As omwhere, for selectors.", GZ_TABLE_OPTION},
         // Writing files is no business of a scene being loaded.
-        {"omwrite", "", "omwrite [file]", cmdWrite, /*allowedWhileLoading=*/false},
-        {"omparm", "", "omparm handle-name handle-type node-path settings", cmdParm},
+        {"omwrite", "", "omwrite [file]", cmdWrite, /*allowedWhileLoading=*/false,
+         "Writes every binding as a bindings file to FILE, by default OPbindings in the user's "
+         "directory (the current directory in gzsh)."},
+        {"omparm", "", "omparm handle-name handle-type node-path settings", cmdParm, true,
+         "Records handle settings (settings text) for the handle of that name and type on a node, "
+         "as saved scenes do."},
     };
+#undef GZ_TABLE_OPTION
+#undef GZ_NETWORK_OPTION
     HostCommandTable::install<GZ_ResourceManager>(commands, theCommands, &GZgetResourceManager);
 }

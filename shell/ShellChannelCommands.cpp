@@ -446,13 +446,26 @@ void ShellChannels::writeAnimation(std::ostream &os, const std::string &path, co
 std::vector<ShellCommand> shellChannelCommands()
 {
     return {
-        {"chkey", "", "chkey PATH CHANNEL [TIME [VALUE]]", &cmdChKey},
-        {"chkeyrm", "", "chkeyrm PATH CHANNEL [TIME]", &cmdChKeyRm},
-        {"chkeyls", "", "chkeyls PATH CHANNEL", &cmdChKeyLs},
-        {"chrm", "", "chrm PATH CHANNEL...", &cmdChRm},
-        {"chcp", "", "chcp NODEPATH/CHANNEL NODEPATH/CHANNEL", &cmdChCp},
-        {"chrename", "", "chrename NODEPATH/CHANNEL NEWCHANNEL", &cmdChRename},
-        {"chscope", "wa", "chscope [-w] [-a] [[+|-]NODEPATH/CHANNEL[,CHANNEL...]...]", &cmdChScope},
-        {"chopscope", "", "chopscope [PATH...]", &cmdChopScope},
+        {"chkey", "", "chkey PATH CHANNEL [TIME [VALUE]]", &cmdChKey, true,
+         "Sets a key on a channel, or on every component of a parameter, at TIME (default the "
+         "current time)."},
+        {"chkeyrm", "", "chkeyrm PATH CHANNEL [TIME]", &cmdChKeyRm, true,
+         "Removes the key at TIME (default the current time); an error when there is none."},
+        {"chkeyls", "", "chkeyls PATH CHANNEL", &cmdChKeyLs, true,
+         "Lists the keys, one TIME VALUE line each; a whole parameter lists each animated "
+         "component under a NAME: line."},
+        {"chrm", "", "chrm PATH CHANNEL...", &cmdChRm, true,
+         "Removes channels; each component keeps its value at the current time as its constant."},
+        {"chcp", "", "chcp NODEPATH/CHANNEL NODEPATH/CHANNEL", &cmdChCp, true,
+         "Gives the second channel the first one's animation."},
+        {"chrename", "", "chrename NODEPATH/CHANNEL NEWCHANNEL", &cmdChRename, true,
+         "Moves a channel's animation (keys or expression) to another channel of the same node; "
+         "the old channel keeps its current value as a constant."},
+        {"chscope", "wa", "chscope [-w] [-a] [[+|-]NODEPATH/CHANNEL[,CHANNEL...]...]", &cmdChScope,
+         true, "Sets the channel scope.",
+         "-a  add channels that are not animated too\n-w  open the channel editor (no effect in "
+         "gzsh)"},
+        {"chopscope", "", "chopscope [PATH...]", &cmdChopScope, true,
+         "Remembers the motion-channel paths given; without paths lists them."},
     };
 }

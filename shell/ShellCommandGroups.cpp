@@ -4,11 +4,8 @@
 const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
     static const std::vector<ShellCommandGroup> theGroups = {
-        &shellHostCommands,
-        &shellChannelCommands,
-        &shellStateCommands,
-        &shellHandleCommands,
-        &shellHandleOpCommands,
+        &shellHostCommands,   &shellChannelCommands,  &shellStateCommands,
+        &shellHandleCommands, &shellHandleOpCommands,
     };
     return theGroups;
 }

@@ -95,7 +95,11 @@ void cmdParmCache(Shell &shell, HostCommandArgs &args)
 std::vector<ShellCommand> shellHandleOpCommands()
 {
     return {
-        {"handleop", "", "handleop OPERATION NODEPATH DESCRIPTION", &cmdHandleOp},
-        {"parmcache", "", "parmcache begin|end", &cmdParmCache},
+        {"handleop", "", "handleop OPERATION NODEPATH DESCRIPTION", &cmdHandleOp, true,
+         "Runs an entry of a handle's menu on the node at NODEPATH through the handle a tool would "
+         "show for it."},
+        {"parmcache", "", "parmcache begin|end", &cmdParmCache, true,
+         "Opens and closes a parameter cache period, in which handle operations collect the "
+         "channels they would key or scope instead of doing it."},
     };
 }

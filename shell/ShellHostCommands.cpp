@@ -274,6 +274,18 @@ void cmdEcho(Shell &, HostCommandArgs &args)
     args.out() << "\n";
 }
 
+/// The synopsis of a command, the sentence on what it does, and its option lines indented.
+void writeHelp(const HostCommandManager &commands, const std::string &name, std::ostream &os)
+{
+    os << commands.usage(name) << "\n";
+    const std::string summary = commands.summary(name);
+    if (!summary.empty())
+        os << summary << "\n";
+    std::istringstream options(commands.optionHelp(name));
+    for (std::string line; std::getline(options, line);)
+        os << "  " << line << "\n";
+}
+
 void cmdHelp(Shell &shell, HostCommandArgs &args)
 {
     if (!shellCheckCount(args, 1, 2))
@@ -286,7 +298,7 @@ void cmdHelp(Shell &shell, HostCommandArgs &args)
             args.err() << "help: unknown command " << args.arg(1) << "\n";
             return;
         }
-        args.out() << commands.usage(args.arg(1)) << "\n";
+        writeHelp(commands, args.arg(1), args.out());
         return;
     }
     for (const std::string &name : commands.commandNames())
@@ -334,23 +346,45 @@ void cmdUnset(Shell &shell, HostCommandArgs &args)
 std::vector<ShellCommand> shellHostCommands()
 {
     return {
-        {"nodeadd", "", "nodeadd TYPE PATH", &cmdNodeAdd},
-        {"noderm", "", "noderm PATH...", &cmdNodeRm},
-        {"nodemv", "", "nodemv PATH NEWNAME", &cmdNodeMv},
-        {"nodels", "", "nodels [PATH]", &cmdNodeLs},
-        {"parmset", "ep", "parmset [-e|-p] PATH PARM VALUE...", &cmdParmSet},
-        {"parmget", "", "parmget PATH CHANNEL", &cmdParmGet},
-        {"tcur", "", "tcur [SECONDS]", &cmdTcur},
-        {"undo", "", "undo", &cmdUndo},
-        {"redo", "", "redo", &cmdRedo},
-        {"scenenew", "", "scenenew", &cmdSceneNew},
-        {"scenesave", "", "scenesave FILE", &cmdSceneSave, /*allowedWhileLoading=*/false},
-        {"sceneload", "", "sceneload FILE", &cmdSceneLoad, /*allowedWhileLoading=*/false},
-        {"source", "", "source FILE", &cmdSource},
-        {"echo", "", "echo [WORDS...]", &cmdEcho},
-        {"help", "", "help [COMMAND]", &cmdHelp},
-        {"exit", "", "exit", &cmdExit, /*allowedWhileLoading=*/false},
-        {"set", "", "set [NAME [VALUE...]]", &cmdSet},
-        {"unset", "", "unset NAME...", &cmdUnset},
+        {"nodeadd", "", "nodeadd TYPE PATH", &cmdNodeAdd, true,
+         "Creates a node of operator type TYPE at PATH."},
+        {"noderm", "", "noderm PATH...", &cmdNodeRm, true,
+         "Deletes each node with everything inside it, in order; one undo step for all."},
+        {"nodemv", "", "nodemv PATH NEWNAME", &cmdNodeMv, true,
+         "Renames a node; the node's listeners get the renamed event with the old name."},
+        {"nodels", "", "nodels [PATH]", &cmdNodeLs, true,
+         "Writes the names of PATH's children (default /), one per line, in creation order."},
+        {"parmset", "ep", "parmset [-e|-p] PATH PARM VALUE...", &cmdParmSet, true,
+         "Sets a parameter.",
+         "-e  the values are expressions of the host's expression language\n-p  the values are "
+         "expressions of the scripting language"},
+        {"parmget", "", "parmget PATH CHANNEL", &cmdParmGet, true,
+         "Writes the value of a channel (or of a parameter's first component) at the current "
+         "time."},
+        {"tcur", "", "tcur [SECONDS]", &cmdTcur, true,
+         "Without an argument writes the current time in seconds (%g); with one, sets it."},
+        {"undo", "", "undo", &cmdUndo, true, "Undoes the last step."},
+        {"redo", "", "redo", &cmdRedo, true, "Redoes the last undone one."},
+        {"scenenew", "", "scenenew", &cmdSceneNew, true,
+         "Deletes every node, resets the time and clears the undo history."},
+        {"scenesave", "", "scenesave FILE", &cmdSceneSave, /*allowedWhileLoading=*/false,
+         "Writes the scene to FILE as commands."},
+        {"sceneload", "", "sceneload FILE", &cmdSceneLoad, /*allowedWhileLoading=*/false,
+         "Reads FILE (as given, else on the search path), clears the scene as scenenew does, and "
+         "runs FILE with the loading flag set and undo off, so the loaded scene starts with no "
+         "history."},
+        {"source", "", "source FILE", &cmdSource, true,
+         "Runs the commands of FILE (as given, else on the search path)."},
+        {"echo", "", "echo [WORDS...]", &cmdEcho, true,
+         "Writes the words separated by one blank, then a newline."},
+        {"help", "", "help [COMMAND]", &cmdHelp, true,
+         "Without an argument writes the synopsis of every command, host and library, sorted by "
+         "name, one per line; with one, that command's synopsis, what it does and its options."},
+        {"exit", "", "exit", &cmdExit, /*allowedWhileLoading=*/false,
+         "Stops gzsh: the current script, every script that ran it, and the remaining FILEs and -c "
+         "text."},
+        {"set", "", "set [NAME [VALUE...]]", &cmdSet, true,
+         "Sets the variable NAME to the values joined by single blanks."},
+        {"unset", "", "unset NAME...", &cmdUnset, true, "Removes variables."},
     };
 }
