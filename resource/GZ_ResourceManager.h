@@ -32,7 +32,8 @@ class HostOperator;
 class HostOperatorTable;
 class HostParm;
 class HostParmTemplate;
-class HostPreprocessor;
+struct gz_BindingsDocument;
+struct gz_BindingsRecord;
 class gz_OpHandleEntry;
 class gz_OpSelectorEntry;
 
@@ -228,9 +229,9 @@ public:
     /// Reads bindings-file text as registerOpHandleBindings reads the file; `name` stands for
     /// the file in locations, and includes are looked for on the host's search path.
     void registerOpHandleBindingsFromText(const std::string &text, const std::string &name);
-    /// Reads one operator block of a bindings file (the "{" line to the closing "}") for the
-    /// qualified operator name that opened it, replacing that key's bindings.
-    void loadOperator(HostPreprocessor &pp, const std::string &op_name);
+    /// Applies a decoded bindings file in its order: each operator block replaces its key's
+    /// bindings, and problems are reported where they stand among the messages of applying.
+    void applyBindings(const gz_BindingsDocument &document);
     /// Writes every binding in bindings-file form (operator types that keep their own
     /// bindings are left out). Returns 0 when the file cannot be written, else non-zero.
     int writeBindingsFile(const char *path) const;
@@ -359,15 +360,15 @@ protected:
     /// Writes the handle bindings recorded on live nodes as binding commands.
     HostErrorSeverity save(std::ostream &os);
 
-    /// Reads a preprocessed bindings file to its end.
-    void loadBindings(HostPreprocessor &pp);
-    /// Reads a handle block of a bindings file into `handle`, bound to `op` (null when the
-    /// operator type does not exist).
-    void loadHandle(HostPreprocessor &pp, HostOperator *op, GZ_BindingHandleInfo &handle);
-    /// Reads a selector block of a bindings file and stores the binding in `entry` when the
-    /// block is complete.
-    void loadSelector(HostPreprocessor &pp, const std::string &name, const std::string &description,
-                      gz_OpSelectorEntry &entry);
+    // Applying a decoded bindings file, one record at a time.
+    struct BindingsApplyState;
+    void startOperator(BindingsApplyState &state, const std::string &key);
+    void finishOperator(BindingsApplyState &state);
+    /// The handle instance a HANDLE record makes, or null when its links are to be ignored.
+    GZ_BindingHandleInfo *applyHandle(BindingsApplyState &state, const gz_BindingsRecord &record);
+    void applyLink(BindingsApplyState &state, const gz_BindingsRecord &link);
+    void applySelector(const gz_BindingsRecord &selector, const gz_BindingsRecord &fields,
+                       gz_OpSelectorEntry &entry);
 
     /// Entries of the binding maps; null when the key has none.
     gz_OpHandleEntry *findHandleEntry(const std::string &key) const;

@@ -1,9 +1,11 @@
 // The bindings file: golden files good and damaged, write-read-write round trips.
 #include "gz_ResourceTestEnv.h"
 
+#include "host/HostPreprocessor.h"
 #include "host/HostReader.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_SelectorTemplate.h"
+#include "resource/gz_BindingsParser.h"
 #include "tests/DiagnosticsRecorder.h"
 
 #include <cstdio>
@@ -312,4 +314,37 @@ TEST(BindingsFileWrite, UnwritablePathReturnsZero)
     FileManager manager;
     EXPECT_EQ(manager.writeBindingsFile("/nonexistent-dir/OPbindings"), 0);
     EXPECT_EQ(manager.writeBindingsFile(nullptr), 0);
+}
+
+TEST(BindingsFileRead, TextDecodesIntoRecordsWithLocationsAndAppliesAsTheFileDoes)
+{
+    // Decoding needs no registry: every record knows its line, problems sit in file order.
+    const std::string text = "Sop/a\n{\n    bindhandle xform d \"\"\n    {\n\ttx 0 ty\n"
+                             "\tty 1x tz\n    }\n    bindselector everything s\n    {\n\tp\n"
+                             "\tgroup 0 1 \"\" 0 \"\" 0\n\tx\n\tfourth\n    }\n    junk\n}\n";
+    HostPreprocessor pp;
+    pp.openText(text, "t");
+    gz_BindingsDocument document;
+    gz_BindingsParser::read(pp, document);
+    std::string kinds;
+    for (const gz_BindingsRecord &record : document.records)
+        kinds += std::to_string(record.kind) + "@" + std::to_string(record.line) + " ";
+    using R = gz_BindingsRecord;
+    const auto at = [](R::Kind kind, int line)
+    { return std::to_string(kind) + "@" + std::to_string(line) + " "; };
+    EXPECT_EQ(kinds, at(R::OPERATOR, 1) + at(R::HANDLE, 3) + at(R::LINK, 5) + at(R::PROBLEM, 6) +
+                         at(R::SELECTOR, 8) + at(R::PROBLEM, 13) + at(R::SELECTOR_END, 14) +
+                         at(R::PROBLEM, 15));
+    EXPECT_EQ(document.records[2].vecIndex, 0);
+    EXPECT_TRUE(document.records[5].onlyForKnownSelector);
+    EXPECT_TRUE(document.records[6].complete);
+
+    // The text entry point reads as the file does, includes beside the name given.
+    const std::string dir = theCasesDir + "/good";
+    FileManager from_file, from_text;
+    from_file.readFrom(dir);
+    theDiagnostics.start();
+    from_text.registerOpHandleBindingsFromText(readText(dir + "/OPbindings"), dir + "/OPbindings");
+    EXPECT_EQ(theDiagnostics.take(), "");
+    EXPECT_EQ(from_text.written(), from_file.written());
 }
