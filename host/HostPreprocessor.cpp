@@ -2,6 +2,7 @@
 #include "host/HostPreprocessor.h"
 
 #include "host/HostDiagnostics.h"
+#include "host/HostText.h"
 
 #include <cctype>
 #include <fstream>
@@ -20,17 +21,12 @@ bool isIdentChar(char c)
 {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
 }
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
-
 std::string trim(const std::string &s)
 {
     size_t b = 0, e = s.size();
-    while (b < e && isBlank(s[b]))
+    while (b < e && HostText::isBlank(s[b]))
         ++b;
-    while (e > b && isBlank(s[e - 1]))
+    while (e > b && HostText::isBlank(s[e - 1]))
         --e;
     return s.substr(b, e - b);
 }
@@ -71,7 +67,7 @@ private:
 
     void skipBlanks()
     {
-        while (myPos < myText.size() && isBlank(myText[myPos]))
+        while (myPos < myText.size() && HostText::isBlank(myText[myPos]))
             ++myPos;
     }
     bool accept(const char *op)
@@ -368,7 +364,7 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
                                        std::string &emitted)
 {
     size_t pos = 1;
-    while (pos < line.size() && isBlank(line[pos]))
+    while (pos < line.size() && HostText::isBlank(line[pos]))
         ++pos;
     size_t end = pos;
     while (end < line.size() && isIdentChar(line[end]))
@@ -572,7 +568,7 @@ bool HostPreprocessor::atLineEnd()
 {
     if (!myHaveTokenLine)
         return true;
-    while (myTokenPos < myTokenLine.size() && isBlank(myTokenLine[myTokenPos]))
+    while (myTokenPos < myTokenLine.size() && HostText::isBlank(myTokenLine[myTokenPos]))
         ++myTokenPos;
     return myTokenPos >= myTokenLine.size();
 }
@@ -588,7 +584,7 @@ bool HostPreprocessor::getLineToken(std::string &token, bool *quoted)
         *quoted = isQuoted;
     if (!isQuoted)
     {
-        while (myTokenPos < myTokenLine.size() && !isBlank(myTokenLine[myTokenPos]))
+        while (myTokenPos < myTokenLine.size() && !HostText::isBlank(myTokenLine[myTokenPos]))
             token += myTokenLine[myTokenPos++];
         return true;
     }

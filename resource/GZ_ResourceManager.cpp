@@ -30,10 +30,11 @@ bool theFirstConstruction = true;
 // Host table type names ("SOP") to network types; filled by the first construction.
 std::unordered_map<std::string, GZ_NetworkType> theTableTypes;
 
-const char *const theNetworkTokens[GZ_NETWORK_MAX_TYPES] = {"Object", "Sop", "Dop", "Cop2",
-                                                            "Chop",   "Lop", "Top"};
-const char *const theTableTypeNames[GZ_NETWORK_MAX_TYPES] = {"OBJ",  "SOP", "DOP", "COP2",
-                                                             "CHOP", "LOP", "TOP"};
+// The library's network types are the host's, in the same order: the names are the host's.
+static_assert(static_cast<int>(GZ_NETWORK_MAX_TYPES) == static_cast<int>(HOST_NUM_NETWORK_TYPES),
+              "network types and host tables differ");
+static_assert(static_cast<int>(GZ_NETWORK_TOP) == static_cast<int>(HOST_NETWORK_TOP),
+              "network types and host tables differ");
 const char *const theViewerTokens[GZ_NUM_VIEWER_TYPES] = {"SceneViewer", "CompositeViewer",
                                                           "SceneGraphViewer"};
 
@@ -86,7 +87,7 @@ GZ_ResourceManager::GZ_ResourceManager()
     theFirstConstruction = false;
     theInstance = this;
     for (int i = 0; i < GZ_NETWORK_MAX_TYPES; ++i)
-        theTableTypes[theTableTypeNames[i]] = static_cast<GZ_NetworkType>(i);
+        theTableTypes[HostOperatorTable::getNetworkTypeName(i)] = static_cast<GZ_NetworkType>(i);
 
     installCommands();
     registerOpHandleLinks();
@@ -170,9 +171,7 @@ void GZ_ResourceManager::printWarningAt(const std::string &file, int line,
 
 const char *GZ_ResourceManager::getNetworkTypeName(GZ_NetworkType type)
 {
-    if (type < 0 || type >= GZ_NETWORK_MAX_TYPES)
-        return "";
-    return theNetworkTokens[type];
+    return HostOperatorTable::getNetworkToken(type);
 }
 
 bool GZ_ResourceManager::getNetworkType(const char *table_name, GZ_NetworkType &type)

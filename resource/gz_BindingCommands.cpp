@@ -33,18 +33,13 @@ bool commandNetwork(const HostCommandArgs &args, GZ_NetworkType &type)
     type = GZ_NETWORK_SOP;
     if (!args.found('t'))
         return true;
-    static const struct
-    {
-        const char *name;
-        GZ_NetworkType type;
-    } theTables[] = {{"obj", GZ_NETWORK_OBJ},   {"sop", GZ_NETWORK_SOP},   {"dop", GZ_NETWORK_DOP},
-                     {"cop2", GZ_NETWORK_COP2}, {"chop", GZ_NETWORK_CHOP}, {"lop", GZ_NETWORK_LOP}};
+    // The host's type names (OBJ, SOP, ...) in any case, every network before Top.
     const std::string name = gz::toLower(gz::str(args.argp('t')));
-    for (const auto &table : theTables)
+    for (int i = 0; i < GZ_NETWORK_TOP; ++i)
     {
-        if (name == table.name)
+        if (name == gz::toLower(HostOperatorTable::getNetworkTypeName(i)))
         {
-            type = table.type;
+            type = static_cast<GZ_NetworkType>(i);
             return true;
         }
     }

@@ -2,6 +2,7 @@
 #include "resource/gz_BindingsParser.h"
 
 #include "host/HostPreprocessor.h"
+#include "host/HostText.h"
 
 #include <cctype>
 #include <climits>
@@ -11,24 +12,11 @@ namespace
 
 const char theParseError[] = "Error parsing OPbindings: ";
 
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
-
-bool isBlankLine(const std::string &line)
-{
-    for (char c : line)
-        if (!isBlank(c))
-            return false;
-    return true;
-}
-
 /// The first character of a line that is not blank (the line must hold one).
 char firstChar(const std::string &line)
 {
     for (char c : line)
-        if (!isBlank(c))
+        if (!HostText::isBlank(c))
             return c;
     return ' ';
 }
@@ -128,7 +116,7 @@ bool gz_BindingsParser::nextContentLine(std::string &line)
 {
     while (myPP.getLine(line))
     {
-        if (!isBlankLine(line) && firstChar(line) != '#')
+        if (!HostText::isBlankLine(line) && firstChar(line) != '#')
             return true;
     }
     return false;
@@ -149,7 +137,7 @@ bool gz_BindingsParser::nextToken(std::string &token, bool &quoted)
     std::string line;
     while (myPP.getLine(line))
     {
-        if (isBlankLine(line))
+        if (HostText::isBlankLine(line))
             continue;
         startLine(line, token, &quoted);
         return true;
@@ -231,7 +219,7 @@ bool gz_BindingsParser::readBracedParm(std::string &op_parm)
 {
     const std::string rest = myPP.restOfLine();
     size_t begin = 0;
-    while (begin < rest.size() && isBlank(rest[begin]))
+    while (begin < rest.size() && HostText::isBlank(rest[begin]))
         ++begin;
     const size_t close = rest.find('}', begin);
     if (close == std::string::npos)
