@@ -485,6 +485,15 @@ int GZ_ResourceManager::registerState(GZ_StateTemplate *state)
     return appended ? 1 : 0;
 }
 
+int GZ_ResourceManager::adoptState(std::unique_ptr<GZ_StateTemplate> state)
+{
+    if (!registerState(state.get()))
+        return 0;
+    const GZ_StateTemplate *key = state.get();
+    myOwnedStates[key] = std::move(state);
+    return 1;
+}
+
 // ---------------------------------------------------------------------------------------
 // Registry lookups
 

@@ -39,10 +39,11 @@ class gz_OpSelectorEntry;
 
 /// The library's single registry. It owns every registered handle, op-handle-link and
 /// selector template, every binding of handles and selectors to operator types and every
-/// handle setting list, and deletes them when it is destroyed; state templates stay owned by
-/// whoever registers them. The host creates one instance through GZcreateResourceManager
-/// (or by constructing a derived manager first) and reaches it through GZgetResourceManager.
-/// Lookups by name and by operator key are hashed.
+/// handle setting list, and deletes them when it is destroyed. A state template registered by
+/// pointer stays its registrant's; one handed over with adoptState is the manager's, deleted
+/// with its operator type or with the manager. The host creates one instance through
+/// GZcreateResourceManager (or by constructing a derived manager first) and reaches it through
+/// GZgetResourceManager. Lookups by name and by operator key are hashed.
 class GZ_ResourceManager : public HostOperatorTableSink, public HostTemplatesSink
 {
 public:
@@ -89,10 +90,10 @@ public:
         int myOpId = 0;
     };
 
-    /// One entry of the per-operator setting table. The table owns the settings list.
+    /// One entry of the per-operator setting table, which owns the settings list.
     struct OpGZSettingInfo
     {
-        GZ_SettingList *mySettings = nullptr;
+        std::unique_ptr<GZ_SettingList> mySettings;
         /// Set when the entry was recorded from a saved scene rather than by the handle.
         bool myRecorded = false;
     };
@@ -107,8 +108,11 @@ public:
     void tableDeleted(HostOperatorTable *table) override;
 
     // Registration. The manager owns a registered handle, op-handle-link or selector
-    // template; a refused one stays the caller's. States are never owned.
+    // template; a refused one stays the caller's. A state registered here stays the caller's.
     virtual int registerState(GZ_StateTemplate *state);
+    /// Registers a state and keeps it: deleted when its operator type is deleted and no list
+    /// holds it any more, or with the manager. A refused state is deleted at once.
+    int adoptState(std::unique_ptr<GZ_StateTemplate> state);
     virtual int registerHandle(GZ_HandleTemplate *handle);
     virtual int registerOpHandleLink(GZ_GZTemplate *gz);
     virtual int registerSelector(GZ_SelectorTemplate *selector);
@@ -381,6 +385,7 @@ protected:
 private:
     friend HostErrorSeverity saveGZResourceManagerCallback(std::ostream &os);
 
+    /// Lists of states by viewer and network; they point at states, owned or not.
     using StateList = std::vector<GZ_StateTemplate *>;
 
     static int stateListIndex(GZ_ViewerType viewer, GZ_NetworkType network);
@@ -410,6 +415,8 @@ private:
     std::unordered_map<GZ_OpGZKey, OpGZSettingInfo, GZ_OpGZKey::Hasher> myOpGZSettingTable;
     std::unordered_map<std::string, std::unique_ptr<GZ_SettingList>> myLastGZSettingTable;
     StateList myStateLists[GZ_NUM_VIEWER_TYPES * GZ_NETWORK_MAX_TYPES];
+    /// The states handed over with adoptState.
+    std::unordered_map<const GZ_StateTemplate *, std::unique_ptr<GZ_StateTemplate>> myOwnedStates;
     std::unordered_map<std::string, GZ_NetworkType> myTableInterests;
     std::vector<std::pair<void (*)(void *), void *>> mySaveCallbacks;
     void *myPythonResourceSupport = nullptr;

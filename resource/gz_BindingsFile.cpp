@@ -375,7 +375,7 @@ HostErrorSeverity GZ_ResourceManager::save(std::ostream &os)
     std::string args;
     for (const auto &item : myOpGZSettingTable)
     {
-        const GZ_SettingList *settings = item.second.mySettings;
+        const GZ_SettingList *settings = item.second.mySettings.get();
         if (!settings || !director->findNodeById(item.first.opId()))
             continue;
         settings->getSetting("hudbindingargs", args, "");

@@ -115,7 +115,9 @@ void GZ_ResourceManager::recordGZSettings(const char *name, const char *type, co
     GZ_OpGZKey key(name, type, node.getUniqueId());
     auto it = myOpGZSettingTable.find(key);
     if (it == myOpGZSettingTable.end())
-        it = myOpGZSettingTable.emplace(key, OpGZSettingInfo{new GZ_SettingList, recorded}).first;
+        it = myOpGZSettingTable
+                 .emplace(key, OpGZSettingInfo{std::make_unique<GZ_SettingList>(), recorded})
+                 .first;
     else
         it->second.myRecorded = recorded;
     it->second.mySettings->loadFromSettingString(settings_text);
@@ -131,7 +133,8 @@ void GZ_ResourceManager::saveGZSettingsToTables(GZ_OpHandleLink &link)
         auto it = myOpGZSettingTable.find(opKey(link, *node));
         if (it == myOpGZSettingTable.end())
             it = myOpGZSettingTable
-                     .emplace(opKey(link, *node), OpGZSettingInfo{new GZ_SettingList, false})
+                     .emplace(opKey(link, *node),
+                              OpGZSettingInfo{std::make_unique<GZ_SettingList>(), false})
                      .first;
         it->second.myRecorded = false;
         *it->second.mySettings = settings;
@@ -184,7 +187,7 @@ void GZ_ResourceManager::loadGZSettingsFromTables(GZ_OpHandleLink &link, bool us
         auto it = myOpGZSettingTable.find(opKey(link, *node));
         if (it != myOpGZSettingTable.end())
         {
-            candidate = it->second.mySettings;
+            candidate = it->second.mySettings.get();
             recorded = it->second.myRecorded;
             found = true;
         }
@@ -244,10 +247,7 @@ void GZ_ResourceManager::removeGZSettingsFromTables(const GZ_OpHandleLink &link)
     {
         auto it = myOpGZSettingTable.find(opKey(link, *link.getOpNode(0)));
         if (it != myOpGZSettingTable.end())
-        {
-            delete it->second.mySettings;
             myOpGZSettingTable.erase(it);
-        }
     }
     myLastGZSettingTable.erase(lastKey(link));
 }
@@ -271,10 +271,8 @@ void GZ_ResourceManager::removeGZSettingsFromTables(HostOperator &op)
             auto it = myOpGZSettingTable.find(GZ_OpGZKey(binding.getGZDescription().c_str(),
                                                          binding.getGZName().c_str(),
                                                          (*node)->getUniqueId()));
-            if (it == myOpGZSettingTable.end())
-                continue;
-            delete it->second.mySettings;
-            myOpGZSettingTable.erase(it);
+            if (it != myOpGZSettingTable.end())
+                myOpGZSettingTable.erase(it);
         }
     }
 }
@@ -284,8 +282,6 @@ void GZ_ResourceManager::removeGZSettingsFromTables(HostOperator &op)
 
 void GZ_ResourceManager::clearOpGZSettings()
 {
-    for (auto &entry : myOpGZSettingTable)
-        delete entry.second.mySettings;
     myOpGZSettingTable.clear();
 }
 

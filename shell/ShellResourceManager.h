@@ -4,14 +4,13 @@
 
 #include "resource/GZ_ResourceManager.h"
 
-#include <unordered_set>
-
 class HostDirector;
 
 /// The host's derived resource manager. It watches every standard operator table and gives
 /// each operator type a state for the scene viewer, named after the type and bound to it.
 /// Such a state follows renames of its type (through the manager's templates listener) and
-/// goes away with it. The manager owns the states it makes; it lives for the whole process,
+/// goes away with it. The states it makes are handed to the base manager, which owns them; it
+/// lives for the whole process,
 /// like the plain manager that GZcreateResourceManager makes.
 class ShellResourceManager : public GZ_ResourceManager
 {
@@ -22,9 +21,6 @@ public:
     static GZ_ResourceManager *create(bool print_warnings);
 
     ShellResourceManager();
-    ~ShellResourceManager() override;
-
-    void operatorDeleted(HostOperator *op) override;
 
     /// Opens a parameter cache period: until the matching close, handle links hand the
     /// components they would key or scope to the cache. Periods nest.
@@ -41,6 +37,4 @@ protected:
 private:
     /// Keys and scopes the cached components of the director's live nodes.
     static void applyParmsCache(HostDirector &director);
-
-    std::unordered_set<GZ_StateTemplate *> myAutomaticStates;
 };
