@@ -401,15 +401,12 @@ const std::vector<std::string> &GZ_ResourceManager::getBuiltinOpHandleNames()
 
 void GZ_ResourceManager::addSaveCallback(void (*callback)(void *), void *data)
 {
-    mySaveCallbacks.emplace_back(callback, data);
+    mySaveCallbacks.add(callback, data);
 }
 
 void GZ_ResourceManager::removeSaveCallback(void (*callback)(void *), void *data)
 {
-    auto it =
-        std::find(mySaveCallbacks.begin(), mySaveCallbacks.end(), std::make_pair(callback, data));
-    if (it != mySaveCallbacks.end())
-        mySaveCallbacks.erase(it);
+    mySaveCallbacks.remove(callback, data);
 }
 
 void GZ_ResourceManager::setPersistentHandleSaver(PersistentHandleSaver saver)

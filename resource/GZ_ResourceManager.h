@@ -1,6 +1,7 @@
 // GZ_ResourceManager: the library's registry of templates, bindings and handle settings.
 #pragma once
 
+#include "host/HostCallbackList.h"
 #include "host/HostErrorSeverity.h"
 #include "host/HostOperatorTableSink.h"
 #include "host/HostTemplatesSink.h"
@@ -222,7 +223,7 @@ public:
     const std::vector<std::string> &getBuiltinOpHandleNames();
 
     // Scene-save callbacks, called in order of addition before the handle settings are
-    // written into a saved scene.
+    // written into a saved scene. A callback added twice is called twice until removed twice.
     void addSaveCallback(void (*callback)(void *), void *data);
     void removeSaveCallback(void (*callback)(void *), void *data);
 
@@ -418,7 +419,7 @@ private:
     /// The states handed over with adoptState.
     std::unordered_map<const GZ_StateTemplate *, std::unique_ptr<GZ_StateTemplate>> myOwnedStates;
     std::unordered_map<std::string, GZ_NetworkType> myTableInterests;
-    std::vector<std::pair<void (*)(void *), void *>> mySaveCallbacks;
+    HostCallbackList<void (*)(void *)> mySaveCallbacks{HostDuplicates::Kept};
     void *myPythonResourceSupport = nullptr;
 
     static bool ourPrintWarnings;

@@ -287,10 +287,8 @@ void GZ_ResourceManager::clearOpGZSettings()
 
 HostErrorSeverity GZ_ResourceManager::saveSettings(std::ostream &os)
 {
-    // Copy first: a callback may add or remove callbacks while the scene is saved.
-    const auto callbacks = mySaveCallbacks;
-    for (const auto &callback : callbacks)
-        callback.first(callback.second);
+    // A callback may add or remove callbacks while the scene is saved.
+    mySaveCallbacks.forEach([](void (*callback)(void *), void *data) { callback(data); });
 
     // In node path and handle name order: the table's own order depends on its history, and
     // a loaded scene must save the same bytes.
