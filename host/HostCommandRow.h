@@ -21,4 +21,9 @@ template <typename Context> struct HostCommandRow
     const char *summary = "";
     /// One line per option, "-X WHAT  what it does", separated by newlines; empty without.
     const char *optionHelp = "";
+    /// How many words the command takes, its name included; the interpreter refuses other
+    /// counts with "NAME: wrong number of arguments" and the usage before the handler runs.
+    /// -1 for `leastArgs` leaves counting to the handler, -1 for `mostArgs` sets no limit.
+    int leastArgs = -1;
+    int mostArgs = -1;
 };

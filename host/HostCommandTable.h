@@ -5,6 +5,7 @@
 #include "host/HostCommandRow.h"
 
 #include <functional>
+#include <ostream>
 
 /// The one installer of command rows, used by the host's shell and the library's layers. A
 /// row whose name is installed already is left alone, so installing a table twice (a second
@@ -25,8 +26,11 @@ public:
             if (commands.isInstalled(row.name))
                 continue;
             auto handler = row.handler;
-            auto run = [context, handler](HostCommandArgs &args)
+            const int least = row.leastArgs, most = row.mostArgs;
+            auto run = [context, handler, least, most](HostCommandArgs &args)
             {
+                if (!countAllowed(args, least, most))
+                    return;
                 if (Context *target = context())
                     handler(*target, args);
             };
@@ -37,5 +41,16 @@ public:
             ++installed;
         }
         return installed;
+    }
+
+private:
+    /// Whether the word count is one the row allows; reports it when not.
+    static bool countAllowed(HostCommandArgs &args, int least, int most)
+    {
+        if (least < 0 || (args.argc() >= least && (most < 0 || args.argc() <= most)))
+            return true;
+        args.err() << args.commandName() << ": wrong number of arguments\n";
+        args.showUsage();
+        return false;
     }
 };
