@@ -14,7 +14,7 @@
 ///
 /// Problems the reader finds itself (a missing include file, an unbalanced conditional, an
 /// include nested too deep) and `#error` directives go to the problem handler with their file
-/// and line, never into the text: a comment line that happens to read "# error" stays text.
+/// and line, never into the text: a comment line such as "# errors are ..." stays text.
 /// Without a handler they are reported through the host's diagnostics channel as
 /// "FILE[LINE]: message". Nothing throws; a file that cannot be opened makes `open` return
 /// false.

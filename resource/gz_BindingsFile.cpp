@@ -14,9 +14,6 @@
 #include "resource/gz_OpHandleEntry.h"
 #include "resource/gz_OpSelectorEntry.h"
 
-#include <cctype>
-#include <climits>
-#include <cstdio>
 #include <fstream>
 #include <ostream>
 
