@@ -35,6 +35,7 @@ class HostParm;
 class HostParmTemplate;
 struct gz_BindingsDocument;
 struct gz_BindingsRecord;
+struct gz_BindingsSelectorFields;
 class gz_OpHandleEntry;
 class gz_OpSelectorEntry;
 
@@ -371,8 +372,9 @@ protected:
     void finishOperator(BindingsApplyState &state);
     /// The handle instance a HANDLE record makes, or null when its links are to be ignored.
     GZ_BindingHandleInfo *applyHandle(BindingsApplyState &state, const gz_BindingsRecord &record);
-    void applyLink(BindingsApplyState &state, const gz_BindingsRecord &link);
-    void applySelector(const gz_BindingsRecord &selector, const gz_BindingsRecord &fields,
+    void applyLink(BindingsApplyState &state, const gz_BindingsRecord &link,
+                   const std::string &file);
+    void applySelector(const gz_BindingsRecord &selector, const gz_BindingsSelectorFields &fields,
                        gz_OpSelectorEntry &entry);
 
     /// Entries of the binding maps; null when the key has none.

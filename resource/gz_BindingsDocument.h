@@ -28,15 +28,17 @@ struct gz_BindingsRecord
         /// A bindselector entry starts: `type` and `description`. Problems of its block and
         /// a SELECTOR_END follow.
         SELECTOR,
-        /// The selector block ends: its fields, `complete` when every required one was there.
+        /// The selector block ends: `detail` indexes its fields.
         SELECTOR_END,
-        /// A problem of the file's form, reported as it stands; `onlyForKnownSelector` for
-        /// problems inside a selector block that matter only when the selector exists.
+        /// A problem of the file's form (`detail` indexes it), reported as it stands;
+        /// `onlyForKnownSelector` for problems inside a selector block that matter only when
+        /// the selector exists.
         PROBLEM,
     };
 
     Kind kind = PROBLEM;
-    std::string file;
+    /// The file, as an index into the document's `files`, and the line.
+    int fileIndex = 0;
     int line = 0;
 
     std::string name;
@@ -44,8 +46,15 @@ struct gz_BindingsRecord
     std::string description;
     std::string text;
     int vecIndex = -1;
+    /// SELECTOR_END: the index of its fields in the document's `selectors`; PROBLEM: of the
+    /// problem in its `problems`.
+    int detail = -1;
+    bool onlyForKnownSelector = false;
+};
 
-    // Selector fields.
+/// The fields of a selector block.
+struct gz_BindingsSelectorFields
+{
     std::string prompt;
     std::string opParm;
     int opInput = 0;
@@ -55,14 +64,22 @@ struct gz_BindingsRecord
     std::string menu;
     int astSelAll = 0;
     std::string extraInfo;
+    /// Whether every required field was there.
     bool complete = false;
-
-    HostDiagnostic problem;
-    bool onlyForKnownSelector = false;
 };
 
-/// A bindings file decoded: its records in file order.
+/// A bindings file decoded: its records in file order, and what they refer to. Records stay
+/// small (a file name is stored once, a selector's fields and a problem's text apart), since a
+/// large file makes hundreds of thousands of them.
 struct gz_BindingsDocument
 {
     std::vector<gz_BindingsRecord> records;
+    std::vector<std::string> files;
+    std::vector<gz_BindingsSelectorFields> selectors;
+    std::vector<HostDiagnostic> problems;
+
+    const std::string &file(const gz_BindingsRecord &record) const
+    {
+        return files[static_cast<size_t>(record.fileIndex)];
+    }
 };

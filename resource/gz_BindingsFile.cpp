@@ -86,7 +86,7 @@ void GZ_ResourceManager::applyBindings(const gz_BindingsDocument &document)
             break;
         case gz_BindingsRecord::LINK:
             if (state.handle)
-                applyLink(state, record);
+                applyLink(state, record, document.file(record));
             break;
         case gz_BindingsRecord::SELECTOR:
             state.selector = &record;
@@ -96,12 +96,12 @@ void GZ_ResourceManager::applyBindings(const gz_BindingsDocument &document)
             break;
         case gz_BindingsRecord::SELECTOR_END:
             if (state.selectorKnown && state.selector && state.selectors)
-                applySelector(*state.selector, record, *state.selectors);
+                applySelector(*state.selector, document.selectors[record.detail], *state.selectors);
             state.selectorKnown = false;
             break;
         case gz_BindingsRecord::PROBLEM:
             if (!record.onlyForKnownSelector || state.selectorKnown)
-                HostDiagnostics::report(record.problem);
+                HostDiagnostics::report(document.problems[record.detail]);
             break;
         }
     }
@@ -151,7 +151,8 @@ GZ_BindingHandleInfo *GZ_ResourceManager::applyHandle(BindingsApplyState &state,
     return &state.handles->append(type, record.description, std::move(defaults));
 }
 
-void GZ_ResourceManager::applyLink(BindingsApplyState &state, const gz_BindingsRecord &link)
+void GZ_ResourceManager::applyLink(BindingsApplyState &state, const gz_BindingsRecord &link,
+                                   const std::string &file)
 {
     GZ_BindingHandleInfo &handle = *state.handle;
     const std::string &type = handle.getGZName();
@@ -165,8 +166,8 @@ void GZ_ResourceManager::applyLink(BindingsApplyState &state, const gz_BindingsR
                 "Error parsing OPbindings: " +
                 HostDiagnostics::upToNul("parameter '" + link.text + "' has no component " +
                                          std::to_string(link.vecIndex));
-            HostDiagnostics::report(HostDiagSeverity::Error, link.file, link.line, message,
-                                    link.file + "[" + std::to_string(link.line) + "] " + message);
+            HostDiagnostics::report(HostDiagSeverity::Error, file, link.line, message,
+                                    file + "[" + std::to_string(link.line) + "] " + message);
             return;
         }
     }
@@ -177,14 +178,15 @@ void GZ_ResourceManager::applyLink(BindingsApplyState &state, const gz_BindingsR
                               "'";
         if (state.op)
             message += " of the operator '" + state.op->getName() + "'";
-        printWarningAt(link.file, link.line, message);
+        printWarningAt(file, link.line, message);
         return;
     }
     handle.addBinding(channel, link.name);
 }
 
 void GZ_ResourceManager::applySelector(const gz_BindingsRecord &selector,
-                                       const gz_BindingsRecord &fields, gz_OpSelectorEntry &entry)
+                                       const gz_BindingsSelectorFields &fields,
+                                       gz_OpSelectorEntry &entry)
 {
     if (!fields.complete)
     {

@@ -71,25 +71,47 @@ gz_BindingsParser::Location gz_BindingsParser::here() const
     return Location{myPP.fileName(), myPP.lineNumber()};
 }
 
-gz_BindingsRecord &gz_BindingsParser::add(gz_BindingsRecord::Kind kind, const Location &where)
+gz_BindingsRecord &gz_BindingsParser::add(gz_BindingsRecord::Kind kind)
+{
+    return add(kind, myPP.fileName(), myPP.lineNumber());
+}
+
+gz_BindingsRecord &gz_BindingsParser::add(gz_BindingsRecord::Kind kind, const std::string &file,
+                                          int line)
 {
     myDocument.records.emplace_back();
     gz_BindingsRecord &record = myDocument.records.back();
     record.kind = kind;
-    record.file = where.file;
-    record.line = where.line;
+    record.fileIndex = fileIndex(file);
+    record.line = line;
     return record;
+}
+
+int gz_BindingsParser::fileIndex(const std::string &file)
+{
+    // Files change only at include boundaries: the last one is nearly always the one.
+    std::vector<std::string> &files = myDocument.files;
+    for (size_t i = files.size(); i-- > 0;)
+    {
+        if (files[i] == file)
+            return static_cast<int>(i);
+    }
+    files.push_back(file);
+    return static_cast<int>(files.size() - 1);
 }
 
 void gz_BindingsParser::problem(const Location &where, const std::string &message,
                                 const std::string &text, bool only_for_known_selector)
 {
-    gz_BindingsRecord &record = add(gz_BindingsRecord::PROBLEM, where);
-    record.problem.mySeverity = HostDiagSeverity::Error;
-    record.problem.myFile = where.file;
-    record.problem.myLine = where.line;
-    record.problem.myMessage = message;
-    record.problem.myText = text;
+    HostDiagnostic diagnostic;
+    diagnostic.mySeverity = HostDiagSeverity::Error;
+    diagnostic.myFile = where.file;
+    diagnostic.myLine = where.line;
+    diagnostic.myMessage = message;
+    diagnostic.myText = text;
+    myDocument.problems.push_back(std::move(diagnostic));
+    gz_BindingsRecord &record = add(gz_BindingsRecord::PROBLEM, where.file, where.line);
+    record.detail = static_cast<int>(myDocument.problems.size() - 1);
     record.onlyForKnownSelector = only_for_known_selector;
 }
 
@@ -286,7 +308,7 @@ void gz_BindingsParser::readHandleBlock(const std::string &what)
         }
         if (bad_index)
             continue;
-        gz_BindingsRecord &link = add(gz_BindingsRecord::LINK, here());
+        gz_BindingsRecord &link = add(gz_BindingsRecord::LINK);
         link.text = op_parm;
         link.vecIndex = vec_index;
         link.name = token;
@@ -295,7 +317,8 @@ void gz_BindingsParser::readHandleBlock(const std::string &what)
 }
 
 /// Reads the seven fields of a selector block's second line, whose first token is `first`.
-bool gz_BindingsParser::readSelectorFields(const std::string &first, gz_BindingsRecord &fields)
+bool gz_BindingsParser::readSelectorFields(const std::string &first,
+                                           gz_BindingsSelectorFields &fields)
 {
     std::string input, required, drag, sel_all;
     fields.opParm = first;
@@ -306,9 +329,9 @@ bool gz_BindingsParser::readSelectorFields(const std::string &first, gz_Bindings
            myPP.getLineToken(sel_all) && parseInt(sel_all, fields.astSelAll);
 }
 
-/// Reads a selector block into `end`, which is complete when the block held every required
+/// Reads a selector block into `end`, complete when the block held every required
 /// field. Lines past the optional third are recorded as problems of a known selector only.
-void gz_BindingsParser::readSelectorBlock(const std::string &what, gz_BindingsRecord &end)
+void gz_BindingsParser::readSelectorBlock(const std::string &what, gz_BindingsSelectorFields &end)
 {
     Location opened;
     if (!openBlock(what, opened))
@@ -364,11 +387,11 @@ bool gz_BindingsParser::readHandleEntry(const Location &opened, const std::strin
     }
     if (!myPP.getLineToken(settings, &quoted) || !quoted)
     {
-        add(gz_BindingsRecord::HANDLE_WITHOUT_SETTINGS, here()).type = type;
+        add(gz_BindingsRecord::HANDLE_WITHOUT_SETTINGS).type = type;
         skipBlock(opened, op_name);
         return false;
     }
-    gz_BindingsRecord &handle = add(gz_BindingsRecord::HANDLE, here());
+    gz_BindingsRecord &handle = add(gz_BindingsRecord::HANDLE);
     handle.type = type;
     handle.description = description;
     handle.text = settings;
@@ -387,22 +410,19 @@ bool gz_BindingsParser::readSelectorEntry(const Location &opened, const std::str
         skipBlock(opened, op_name);
         return false;
     }
-    gz_BindingsRecord &selector = add(gz_BindingsRecord::SELECTOR, here());
+    gz_BindingsRecord &selector = add(gz_BindingsRecord::SELECTOR);
     selector.type = type;
     selector.description = description;
-    gz_BindingsRecord end;
-    readSelectorBlock("bindselector " + type, end);
-    gz_BindingsRecord &record = add(gz_BindingsRecord::SELECTOR_END, here());
-    end.kind = record.kind;
-    end.file = record.file;
-    end.line = record.line;
-    record = std::move(end);
+    gz_BindingsSelectorFields fields;
+    readSelectorBlock("bindselector " + type, fields);
+    myDocument.selectors.push_back(std::move(fields));
+    add(gz_BindingsRecord::SELECTOR_END).detail = static_cast<int>(myDocument.selectors.size() - 1);
     return true;
 }
 
 void gz_BindingsParser::readOperator(const std::string &name)
 {
-    add(gz_BindingsRecord::OPERATOR, here()).name = name;
+    add(gz_BindingsRecord::OPERATOR).name = name;
     std::string line, keyword;
     if (!nextContentLine(line))
     {

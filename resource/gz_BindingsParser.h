@@ -44,8 +44,8 @@ private:
     bool readHandleEntry(const Location &opened, const std::string &op_name);
     bool readSelectorEntry(const Location &opened, const std::string &op_name);
     void readHandleBlock(const std::string &what);
-    void readSelectorBlock(const std::string &what, gz_BindingsRecord &end);
-    bool readSelectorFields(const std::string &first, gz_BindingsRecord &fields);
+    void readSelectorBlock(const std::string &what, gz_BindingsSelectorFields &fields);
+    bool readSelectorFields(const std::string &first, gz_BindingsSelectorFields &fields);
     bool readBracedParm(std::string &op_parm);
     bool openBlock(const std::string &what, Location &opened);
     void skipBlock(const Location &opened, const std::string &what);
@@ -56,7 +56,10 @@ private:
     void startLine(const std::string &line, std::string &token, bool *quoted = nullptr);
 
     Location here() const;
-    gz_BindingsRecord &add(gz_BindingsRecord::Kind kind, const Location &where);
+    /// A new record at the line last read.
+    gz_BindingsRecord &add(gz_BindingsRecord::Kind kind);
+    gz_BindingsRecord &add(gz_BindingsRecord::Kind kind, const std::string &file, int line);
+    int fileIndex(const std::string &file);
     void malformed(const Location &where, const std::string &what);
     void unexpected(const std::string &word, bool only_for_known_selector = false);
     void problem(const Location &where, const std::string &message, const std::string &text,

@@ -337,7 +337,8 @@ TEST(BindingsFileRead, TextDecodesIntoRecordsWithLocationsAndAppliesAsTheFileDoe
                          at(R::PROBLEM, 15));
     EXPECT_EQ(document.records[2].vecIndex, 0);
     EXPECT_TRUE(document.records[5].onlyForKnownSelector);
-    EXPECT_TRUE(document.records[6].complete);
+    EXPECT_TRUE(document.selectors[document.records[6].detail].complete);
+    EXPECT_EQ(document.file(document.records[2]), "t");
 
     // The text entry point reads as the file does, includes beside the name given.
     const std::string dir = theCasesDir + "/good";
