@@ -9,7 +9,8 @@ execute_process(COMMAND ${GZSH} ${BUILD} -c "scenesave first.gzs"
 if(NOT rc EQUAL 0 OR NOT err STREQUAL "")
   message(FATAL_ERROR "building the scene failed (${rc}): ${err}")
 endif()
-execute_process(COMMAND ${GZSH} -c "sceneload first.gzs; scenesave second.gzs"
+# A variable named in the scene must not change what loads.
+execute_process(COMMAND ${GZSH} -c "set V injected; sceneload first.gzs; scenesave second.gzs"
   WORKING_DIRECTORY ${WORKDIR} RESULT_VARIABLE rc ERROR_VARIABLE err)
 if(NOT rc EQUAL 0 OR NOT err STREQUAL "")
   message(FATAL_ERROR "loading the scene failed (${rc}): ${err}")

@@ -53,24 +53,32 @@ double HostChannel::evaluateKeys(double time) const
     return prev->myValue + (next->myValue - prev->myValue) * u;
 }
 
+std::vector<HostChannelKey>::const_iterator HostChannel::nearestKey(double time) const
+{
+    auto best = myKeys.end();
+    for (auto it = lowerKey(time); it != myKeys.end() && sameTime(it->myTime, time); ++it)
+        if (best == myKeys.end() || std::fabs(it->myTime - time) < std::fabs(best->myTime - time))
+            best = it;
+    return best;
+}
+
 int HostChannel::findKey(double time) const
 {
-    auto it = lowerKey(time);
-    if (it == myKeys.end() || !sameTime(it->myTime, time))
-        return -1;
-    return static_cast<int>(it - myKeys.begin());
+    auto it = nearestKey(time);
+    return it == myKeys.end() ? -1 : static_cast<int>(it - myKeys.begin());
 }
 
 void HostChannel::setKey(double time, double value)
 {
     if (myHasPending && sameTime(myPendingTime, time))
         myHasPending = false;
-    auto it = lowerKey(time);
-    if (it != myKeys.end() && sameTime(it->myTime, time))
+    auto near = nearestKey(time);
+    if (near != myKeys.end())
     {
-        myKeys[static_cast<size_t>(it - myKeys.begin())].myValue = value;
+        myKeys[static_cast<size_t>(near - myKeys.begin())].myValue = value;
         return;
     }
+    auto it = lowerKey(time);
     myKeys.insert(myKeys.begin() + (it - myKeys.begin()), HostChannelKey{time, value});
 }
 

@@ -91,6 +91,9 @@ public:
 private:
     /// First key whose time is not before `time - tolerance`.
     std::vector<HostChannelKey>::const_iterator lowerKey(double time) const;
+    /// The key nearest `time` within the tolerance (keys may lie closer together than twice
+    /// the tolerance, so two can qualify); end when none does.
+    std::vector<HostChannelKey>::const_iterator nearestKey(double time) const;
 
     std::vector<HostChannelKey> myKeys;
     bool myHasPending = false;

@@ -104,6 +104,31 @@ bool HostChannelManager::isScoped(const std::string &channelPath) const
     return std::find(myScoped.begin(), myScoped.end(), channelPath) != myScoped.end();
 }
 
+namespace
+{
+// Whether `channel_path` names a channel of the node at `node_path` ("/obj/a/tx" for
+// "/obj/a"); channels of its children count too, since they go with it.
+bool isUnder(const std::string &channel_path, const std::string &node_path)
+{
+    return channel_path.size() > node_path.size() && channel_path[node_path.size()] == '/' &&
+           channel_path.compare(0, node_path.size(), node_path) == 0;
+}
+} // namespace
+
+void HostChannelManager::renameScopedNode(const std::string &old_path, const std::string &new_path)
+{
+    for (std::string &path : myScoped)
+        if (isUnder(path, old_path))
+            path = new_path + path.substr(old_path.size());
+}
+
+void HostChannelManager::unscopeNode(const std::string &path)
+{
+    myScoped.erase(std::remove_if(myScoped.begin(), myScoped.end(),
+                                  [&path](const std::string &p) { return isUnder(p, path); }),
+                   myScoped.end());
+}
+
 HostAnimLayer &HostChannelManager::addLayer(const std::string &name)
 {
     if (HostAnimLayer *layer = findLayer(name))

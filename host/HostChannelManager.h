@@ -65,6 +65,10 @@ public:
     /// Returns whether it was there.
     bool removeFromScope(const std::string &channelPath);
     bool isScoped(const std::string &channelPath) const;
+    /// Follows a node rename: scoped channels under `old_path` move under `new_path`.
+    void renameScopedNode(const std::string &old_path, const std::string &new_path);
+    /// Drops the scoped channels of a deleted node.
+    void unscopeNode(const std::string &path);
 
     /// The motion-channel override paths last given to "chopscope".
     const std::vector<std::string> &getMotionScope() const { return myMotionScope; }

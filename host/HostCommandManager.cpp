@@ -5,6 +5,7 @@
 
 #include <exception>
 #include <iostream>
+#include <sstream>
 #include <streambuf>
 
 namespace
@@ -267,7 +268,7 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
     bool all_ran = true;
     while (!myExitRequested && parser.next(cmd))
     {
-        if (!runCommand(cmd, options.source))
+        if (!runCommand(cmd, options))
         {
             all_ran = false;
             if (options.errors)
@@ -277,8 +278,9 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
     return all_ran;
 }
 
-bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const std::string &source)
+bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExecOptions &options)
 {
+    const std::string &source = options.source;
     if (!cmd.error.empty())
     {
         reportAt(source, cmd.line, cmd.error);
@@ -350,20 +352,47 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const std::str
     for (; i < words.size(); ++i)
         positional.push_back(words[i].text);
 
-    HostCommandArgs args(std::move(positional), *myCurrentOut, *myCurrentErr);
-    for (auto &option : given)
-        args.setOption(option.first, std::move(option.second));
-    args.setUsage(command.usage);
+    callHandler(name, command.callback, std::move(positional), options, cmd.line,
+                [&](HostCommandArgs &args)
+                {
+                    for (auto &option : given)
+                        args.setOption(option.first, std::move(option.second));
+                    args.setUsage(command.usage);
+                });
+    return true;
+}
+
+void HostCommandManager::callHandler(const std::string &name, const HostCommandCallback &callback,
+                                     std::vector<std::string> positional,
+                                     const HostExecOptions &options, int line,
+                                     const std::function<void(HostCommandArgs &)> &prepare)
+{
+    const bool locate = options.locateCommandErrors && !options.source.empty() &&
+                        myCurrentErr != myNullStream.get();
+    std::ostringstream located;
+    HostCommandArgs args(std::move(positional), *myCurrentOut,
+                         locate ? static_cast<std::ostream &>(located) : *myCurrentErr);
+    prepare(args);
     try
     {
-        command.callback(args);
+        callback(args);
     }
     catch (const std::exception &e)
     {
         // A handler should never throw; if one does, the script must still go on.
-        *myCurrentErr << name << ": " << e.what() << "\n";
+        args.err() << name << ": " << e.what() << "\n";
     }
-    return true;
+    if (!locate)
+        return;
+    const std::string text = located.str();
+    for (size_t start = 0; start < text.size();)
+    {
+        size_t end = text.find('\n', start);
+        end = end == std::string::npos ? text.size() : end + 1;
+        *myCurrentErr << options.source << ":" << line << ": ";
+        myCurrentErr->write(text.data() + start, static_cast<std::streamsize>(end - start));
+        start = end;
+    }
 }
 
 void HostCommandManager::setVariable(const std::string &name, const std::string &value)
@@ -400,4 +429,9 @@ void HostCommandManager::protectString(std::ostream &os, const std::string &text
 std::string HostCommandManager::protectString(const std::string &text)
 {
     return HostCommandParser::protect(text);
+}
+
+void HostCommandManager::protectQuotedString(std::ostream &os, const std::string &text)
+{
+    HostCommandParser::protectQuoted(os, text);
 }

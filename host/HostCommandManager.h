@@ -32,6 +32,10 @@ struct HostExecOptions
     std::string source;
     /// Line number of the first line of the text.
     int firstLine = 1;
+    /// With `source`: every line a command writes to the error stream begins with
+    /// "SOURCE:LINE: " too (files run by other commands, whose errors would not otherwise
+    /// say where they stand).
+    bool locateCommandErrors = false;
 };
 
 /// The host's command interpreter. Commands are installed by name with an option string (a
@@ -142,6 +146,8 @@ public:
     /// word as it is, anything else quoted.
     static void protectString(std::ostream &os, const std::string &text);
     static std::string protectString(const std::string &text);
+    /// The same, but always inside double quotes (settings text in saved lines).
+    static void protectQuotedString(std::ostream &os, const std::string &text);
 
 private:
     struct Command
@@ -154,7 +160,11 @@ private:
         std::string summary;
         std::string optionHelp;
     };
-    bool runCommand(const HostParsedCommand &cmd, const std::string &source);
+    bool runCommand(const HostParsedCommand &cmd, const HostExecOptions &options);
+    /// Runs a command's handler; its error lines are prefixed with the location when asked.
+    void callHandler(const std::string &name, const HostCommandCallback &callback,
+                     std::vector<std::string> positional, const HostExecOptions &options, int line,
+                     const std::function<void(HostCommandArgs &)> &prepare);
     void reportAt(const std::string &source, int line, const std::string &message) const;
     static bool parseOptionString(const char *options, std::map<char, int> &counts);
     static std::string makeUsage(const std::string &name, const std::string &options);

@@ -223,6 +223,44 @@ bool HostCommandParser::next(HostParsedCommand &cmd)
     return !cmd.words.empty();
 }
 
+bool HostCommandParser::needsMoreLines(const std::string &text)
+{
+    bool word_start = true;
+    for (size_t i = 0; i < text.size(); ++i)
+    {
+        const char c = text[i];
+        if (c == '#' && word_start)
+        {
+            i = text.find('\n', i);
+            if (i == std::string::npos)
+                return false;
+            continue;
+        }
+        word_start = isBlank(c) || c == '\n' || c == ';';
+        if (c == '\\')
+        {
+            if (++i == text.size())
+                return true;
+        }
+        else if (c == '\'')
+        {
+            i = text.find('\'', i + 1);
+            if (i == std::string::npos)
+                return true;
+        }
+        else if (c == '"')
+        {
+            for (++i; i < text.size() && text[i] != '"'; ++i)
+                if (text[i] == '\\' && i + 1 < text.size() &&
+                    (text[i + 1] == '"' || text[i + 1] == '$'))
+                    ++i;
+            if (i >= text.size())
+                return true;
+        }
+    }
+    return false;
+}
+
 bool HostCommandParser::isPlainWord(const std::string &text)
 {
     if (text.empty() || text[0] == '#')
@@ -252,6 +290,11 @@ void HostCommandParser::protect(std::ostream &os, const std::string &text)
         os << '\'' << text << '\'';
         return;
     }
+    protectQuoted(os, text);
+}
+
+void HostCommandParser::protectQuoted(std::ostream &os, const std::string &text)
+{
     // Double quotes: only '"' and '$' need a backslash. A backslash right before the closing
     // quote would escape it, so trailing backslashes are written after the quotes.
     size_t body = text.size();

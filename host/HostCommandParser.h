@@ -58,6 +58,14 @@ public:
     static void protect(std::ostream &os, const std::string &text);
     static std::string protect(const std::string &text);
 
+    /// Writes `text` always inside double quotes (with the escapes `protect` uses), for
+    /// words such as settings text whose saved form shows them quoted even when plain.
+    static void protectQuoted(std::ostream &os, const std::string &text);
+
+    /// Whether `text` stops inside a quote or right after a backslash, so that a prompt
+    /// should read another line before running it.
+    static bool needsMoreLines(const std::string &text);
+
     /// Whether `text` can be written without quotes.
     static bool isPlainWord(const std::string &text);
 

@@ -1,6 +1,7 @@
 // HostDirector: scene root, node registry, current director, time, proxies.
 #include "host/HostDirector.h"
 
+#include "host/HostChannelManager.h"
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "host/HostOperatorTable.h"
@@ -65,6 +66,7 @@ void HostDirector::clearScene()
         if (HostNetwork *net = managers->getNode(i)->getChildNetwork())
             net->clear();
     myUndo.clear();
+    HostChannelManager::get().clearScope();
     myTime = 0.0;
     myCurrentNodeId = -1;
     myLoading = false;

@@ -1,6 +1,7 @@
 // HostNetwork: creating, deleting and renaming the nodes of one network.
 #include "host/HostNetwork.h"
 
+#include "host/HostChannelManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -36,7 +37,8 @@ HostNetwork::~HostNetwork()
 
 HostNode *HostNetwork::getNode(int i) const
 {
-    return (i >= 0 && i < getNumNodes()) ? myNodes[i].get() : nullptr;
+    return (i >= 0 && i < getNumNodes()) ? myNodes[myFirst + static_cast<size_t>(i)].get()
+                                         : nullptr;
 }
 
 HostNode *HostNetwork::findNode(const std::string &name) const
@@ -45,15 +47,89 @@ HostNode *HostNetwork::findNode(const std::string &name) const
     return it == myByName.end() ? nullptr : it->second;
 }
 
+namespace
+{
+// " (a Sop type; this network takes Object types)" when the type exists in another table.
+std::string wrongNetworkHint(const HostOperatorTable *mine, const std::string &type)
+{
+    for (const HostOperatorTable *table : HostOperatorTable::getTables())
+        if (table != mine && table->getOperator(type))
+            return " (a " + table->getName() + " type; this network takes " +
+                   (mine ? mine->getName() : std::string("no")) + " types)";
+    return "";
+}
+} // namespace
+
 HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node, int position)
 {
     HostNode *n = node.get();
     myByName.emplace(n->getName(), n);
-    if (position >= 0 && position < static_cast<int>(myNodes.size()))
-        myNodes.insert(myNodes.begin() + position, std::move(node));
+    if (position >= 0 && position < getNumNodes())
+        insertAt(static_cast<size_t>(position), std::move(node));
     else
         myNodes.push_back(std::move(node));
     return n;
+}
+
+void HostNetwork::insertAt(size_t index, std::unique_ptr<HostNode> node)
+{
+    const size_t count = myNodes.size() - myFirst;
+    if (index >= count / 2)
+    {
+        myNodes.insert(myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst + index),
+                       std::move(node));
+        return;
+    }
+    if (myFirst == 0)
+    {
+        // Open a gap as large as the list, so that the next inserts at the front are free.
+        const size_t gap = std::max<size_t>(count, 8);
+        std::vector<std::unique_ptr<HostNode>> grown(gap + count);
+        std::move(myNodes.begin(), myNodes.end(), grown.begin() + static_cast<std::ptrdiff_t>(gap));
+        myNodes.swap(grown);
+        myFirst = gap;
+    }
+    // The nodes before the place move one slot into the gap.
+    const auto first = myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst);
+    std::move(first, first + static_cast<std::ptrdiff_t>(index), first - 1);
+    --myFirst;
+    myNodes[myFirst + index] = std::move(node);
+}
+
+std::unique_ptr<HostNode> HostNetwork::takeAt(size_t index)
+{
+    const auto at = myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst + index);
+    std::unique_ptr<HostNode> node = std::move(*at);
+    const size_t count = myNodes.size() - myFirst;
+    if (index < count / 2)
+    {
+        // The nodes before it move one slot back; the gap grows.
+        const auto first = myNodes.begin() + static_cast<std::ptrdiff_t>(myFirst);
+        std::move_backward(first, at, at + 1);
+        ++myFirst;
+    }
+    else
+    {
+        myNodes.erase(at);
+    }
+    if (myFirst == myNodes.size())
+    {
+        myNodes.clear();
+        myFirst = 0;
+    }
+    return node;
+}
+
+int HostNetwork::indexOf(const HostNode *node) const
+{
+    for (int front = 0, back = getNumNodes(); front < back; ++front)
+    {
+        if (getNode(front) == node)
+            return front;
+        if (getNode(--back) == node)
+            return back;
+    }
+    return -1;
 }
 
 HostNode *HostNetwork::createNode(const std::string &type, const std::string &name,
@@ -62,7 +138,7 @@ HostNode *HostNetwork::createNode(const std::string &type, const std::string &na
     HostOperator *op = myTable ? myTable->getOperator(type) : nullptr;
     if (!op)
     {
-        setError(error, "Invalid node type: " + type);
+        setError(error, "Invalid node type: " + type + wrongNetworkHint(myTable, type));
         return nullptr;
     }
     const std::string node_name = name.empty() ? getFreeName(type) : name;
@@ -93,36 +169,29 @@ HostNode *HostNetwork::createManager(const std::string &name, HostOperatorTable 
 
 bool HostNetwork::deleteNode(HostNode *node)
 {
-    // Searched from the back: clear() deletes the last node each time, which keeps
-    // emptying a large network linear.
-    auto find = [this, node]()
-    {
-        auto rit =
-            std::find_if(myNodes.rbegin(), myNodes.rend(),
-                         [node](const std::unique_ptr<HostNode> &n) { return n.get() == node; });
-        return rit == myNodes.rend() ? myNodes.end() : std::prev(rit.base());
-    };
-    auto it = find();
-    if (!node || it == myNodes.end())
+    // Searched from both ends at once: clear() deletes the last node each time and a
+    // script often deletes nodes in the order it made them, and both stay linear.
+    if (!node || indexOf(node) < 0)
         return false;
     if (node->myChildren)
         node->myChildren->clear();
     node->sendEvent(HOST_NODE_DELETED);
     // A callback may have deleted other nodes: look the node up again.
-    it = find();
-    if (it == myNodes.end())
+    const int index = indexOf(node);
+    if (index < 0)
         return true;
+    if (!HostChannelManager::get().getScopedChannels().empty())
+        HostChannelManager::get().unscopeNode(node->getFullPath());
+    releaseName(node->getName());
     myByName.erase(node->getName());
-    std::unique_ptr<HostNode> doomed = std::move(*it);
-    myNodes.erase(it);
-    doomed.reset();
+    takeAt(static_cast<size_t>(index)).reset();
     return true;
 }
 
 void HostNetwork::clear()
 {
-    while (!myNodes.empty())
-        deleteNode(myNodes.back().get());
+    while (getNumNodes() > 0)
+        deleteNode(getNode(getNumNodes() - 1));
 }
 
 bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::string *error)
@@ -145,9 +214,13 @@ bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::s
         return false;
     }
     const std::string old_name = node->getName();
+    const std::string old_path = node->getFullPath();
     myByName.erase(old_name);
+    releaseName(old_name);
     node->myName = new_name;
     myByName.emplace(new_name, node);
+    if (!HostChannelManager::get().getScopedChannels().empty())
+        HostChannelManager::get().renameScopedNode(old_path, node->getFullPath());
     node->sendEvent(HOST_NODE_RENAMED, const_cast<char *>(old_name.c_str()));
     return true;
 }
@@ -164,12 +237,33 @@ std::string HostNetwork::getFreeName(const std::string &base) const
     long long n = 0;
     if (digits < base.size() && base.size() - digits < 18)
         n = std::stoll(base.substr(digits));
+    // Numbers below the stem's mark are all taken: a search that would start below it
+    // starts at it and moves the mark, so naming many nodes from one base stays linear.
+    long long &mark = myTakenBelow.emplace(stem, 1).first->second;
+    const bool from_mark = n + 1 <= mark;
+    if (from_mark)
+        n = mark - 1;
     for (++n;; ++n)
     {
         std::string candidate = stem + std::to_string(n);
-        if (!findNode(candidate))
-            return candidate;
+        if (findNode(candidate))
+            continue;
+        if (from_mark)
+            mark = n;
+        return candidate;
     }
+}
+
+void HostNetwork::releaseName(const std::string &name)
+{
+    size_t digits = name.size();
+    while (digits > 0 && std::isdigit(static_cast<unsigned char>(name[digits - 1])))
+        --digits;
+    if (digits == name.size() || name.size() - digits >= 18)
+        return;
+    auto it = myTakenBelow.find(name.substr(0, digits));
+    if (it != myTakenBelow.end())
+        it->second = std::min(it->second, std::max(1LL, std::stoll(name.substr(digits))));
 }
 
 bool HostNetwork::isValidName(const std::string &name)

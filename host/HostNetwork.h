@@ -27,7 +27,7 @@ public:
     HostOperatorTable *getOperatorTable() const { return myTable; }
     HostDirector *getDirector() const { return myDirector; }
 
-    int getNumNodes() const { return static_cast<int>(myNodes.size()); }
+    int getNumNodes() const { return static_cast<int>(myNodes.size() - myFirst); }
     HostNode *getNode(int i) const;
     HostNode *findNode(const std::string &name) const;
 
@@ -62,11 +62,24 @@ public:
     static bool isValidName(const std::string &name);
 
 private:
+    /// Keeps the free-name marks true when a child's name is given up.
+    void releaseName(const std::string &name);
     HostNode *adopt(std::unique_ptr<HostNode> node, int position = -1);
+    /// Index (from 0) of a child, or -1; searched from both ends at once.
+    int indexOf(const HostNode *node) const;
+    void insertAt(size_t index, std::unique_ptr<HostNode> node);
+    std::unique_ptr<HostNode> takeAt(size_t index);
 
     HostDirector *myDirector;
     HostNode *myOwner;
     HostOperatorTable *myTable;
+    /// The children are myNodes[myFirst...]: the slots before myFirst are a gap, so that
+    /// putting nodes back at the front (undo of deletions made first node first) and
+    /// deleting from the front cost O(1) amortised instead of moving every sibling.
     std::vector<std::unique_ptr<HostNode>> myNodes;
+    size_t myFirst = 0;
     std::unordered_map<std::string, HostNode *> myByName;
+    /// Per name stem, a number below which every stem + number (from 1) is a child's name:
+    /// where the free-name search starts. Lowered when such a name is released.
+    mutable std::unordered_map<std::string, long long> myTakenBelow;
 };

@@ -93,10 +93,15 @@ void HostOperator::getRefreshGZCommands(HostNode * /*node*/, std::ostream & /*os
 
 void HostOperator::removeActiveNode(HostNode *node)
 {
-    // From the back: a scene is cleared last node first, which keeps that linear.
-    auto it = std::find(myNodes.rbegin(), myNodes.rend(), node);
-    if (it != myNodes.rend())
-        myNodes.erase(std::prev(it.base()));
+    // From both ends: a scene is cleared last node first, scripts often delete first node
+    // first, and both stay linear.
+    for (size_t front = 0, back = myNodes.size(); front < back; ++front)
+    {
+        if (myNodes[front] == node)
+            return void(myNodes.erase(myNodes.begin() + static_cast<std::ptrdiff_t>(front)));
+        if (myNodes[--back] == node)
+            return void(myNodes.erase(myNodes.begin() + static_cast<std::ptrdiff_t>(back)));
+    }
 }
 
 void HostOperator::notifyTemplatesUpdated()

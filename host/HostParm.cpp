@@ -1,6 +1,7 @@
 // HostParm: component values, states, defaults and saved state of one parameter.
 #include "host/HostParm.h"
 
+#include "host/HostChoiceList.h"
 #include "host/HostParmList.h"
 
 #include <algorithm>
@@ -73,9 +74,6 @@ HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
         c.myDefault = c.myFactoryDefault;
         applyDefault(c, c.myDefault, is_string);
     }
-    myChannelNames.resize(n);
-    for (int k = 0; k < n; ++k)
-        myChannelNames[k] = tmpl.getChannelName(k);
 }
 
 HostParm::~HostParm() = default;
@@ -87,13 +85,25 @@ HostNode *HostParm::getNode() const
 
 const std::string &HostParm::getChannelName(int k) const
 {
-    return (k >= 0 && k < getVectorSize()) ? myChannelNames[k] : theEmpty;
+    if (k < 0 || k >= getVectorSize())
+        return theEmpty;
+    return myChannelNames.empty() ? myTemplate->getChannelName(k) : myChannelNames[k];
+}
+
+void HostParm::setChannelName(int k, const std::string &name)
+{
+    // Only instances of multiparms rename their channels: the others share the template's
+    // names instead of holding copies (a node has many components).
+    if (myChannelNames.empty())
+        for (int j = 0; j < getVectorSize(); ++j)
+            myChannelNames.push_back(myTemplate->getChannelName(j));
+    myChannelNames[k] = name;
 }
 
 int HostParm::findChannel(const std::string &channel) const
 {
     for (int k = 0; k < getVectorSize(); ++k)
-        if (myChannelNames[k] == channel)
+        if (getChannelName(k) == channel)
             return k;
     return -1;
 }
@@ -133,11 +143,23 @@ void HostParm::setValue(int k, double value)
     }
     if (getType().isInteger() || getType().isOrdinal() || getType().isMultiparm())
         value = std::round(value);
+    value = clampToMenu(value);
     HostParmComponent &c = myComponents[k];
     c.myValue = value;
     c.myExpression.clear();
     if (!getType().isString() && !getType().isData())
         c.myMeaning = HOST_STRING_LITERAL;
+}
+
+double HostParm::clampToMenu(double value) const
+{
+    // A menu holds the index of one of its items; handles drag it like any number.
+    const HostChoiceList *menu = myTemplate->getChoiceList();
+    if (!getType().isOrdinalMenu() || !menu || menu->getNumItems() == 0)
+        return value;
+    if (std::isnan(value))
+        return 0;
+    return std::min(std::max(value, 0.0), static_cast<double>(menu->getNumItems() - 1));
 }
 
 void HostParm::setString(int k, const std::string &text, HostStringMeaning meaning)

@@ -98,7 +98,10 @@ public:
     int getInt(int k) const;
     const std::string &getString(int k) const;
     HostStringMeaning getStringMeaning(int k) const;
+    /// Menus clamp to their first and last item: a menu never holds an index it lacks.
     void setValue(int k, double value);
+    /// `value` moved into the item range when this is a menu; unchanged otherwise.
+    double clampToMenu(double value) const;
     void setString(int k, const std::string &text, HostStringMeaning meaning);
 
     /// The value at a time. Without an expression or a channel it is the constant; the
@@ -230,6 +233,9 @@ public:
 private:
     friend class HostParmList;
 
+    /// Gives component k a channel name of its own (multiparm instances).
+    void setChannelName(int k, const std::string &name);
+
     /// Remembers (or clears) the error of component k's last evaluation; reports it to the
     /// channel manager's log when `report`.
     void noteEvalError(int k, const std::string &error, bool report) const;
@@ -241,7 +247,7 @@ private:
     int myIndex;
     std::string myName;
     std::vector<HostParmComponent> myComponents;
-    std::vector<std::string> myChannelNames; ///< instance-renamed channel names
+    std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
     std::vector<HostParmInterest> myInterests;
     mutable std::vector<std::string> myEvalErrors; ///< per component, sized on first error
     bool mySpare = false;

@@ -88,10 +88,10 @@ HostParm *HostParmList::addParm(const HostParmTemplate &tmpl, bool spare, HostPa
         for (int number : numbers)
             p->myName = instanceName(p->myName, number);
         for (int k = 0; k < p->getVectorSize(); ++k)
-            p->myChannelNames[k] = tmpl.getType().isSwitcher() || tmpl.getType().isMultiparm()
-                                       ? p->myName
-                                       : HostParmTemplate::makeChannelName(
-                                             tmpl.getType(), p->myName, tmpl.getVectorSize(), k);
+            p->setChannelName(k, tmpl.getType().isSwitcher() || tmpl.getType().isMultiparm()
+                                     ? p->myName
+                                     : HostParmTemplate::makeChannelName(tmpl.getType(), p->myName,
+                                                                         tmpl.getVectorSize(), k));
     }
     myParms.push_back(std::move(parm));
     indexParm(*p);

@@ -440,6 +440,7 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
     }
     if (word == "error")
     {
+        // Located like the preprocessor's own problems, so the message says where it stands.
         directiveProblem(file, number, rest.empty() ? "#error" : rest);
         return false;
     }

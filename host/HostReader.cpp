@@ -132,6 +132,10 @@ bool HostReader::readFile(const std::string &path, std::string &text)
     std::ostringstream buf;
     buf << in.rdbuf();
     text = buf.str();
+    // A UTF-8 byte-order mark is not text: editors add it, and it would make the first word
+    // unknown.
+    if (text.compare(0, 3, "\xEF\xBB\xBF") == 0)
+        text.erase(0, 3);
     return true;
 }
 

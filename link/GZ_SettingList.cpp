@@ -123,8 +123,9 @@ bool overflows(std::string_view number)
 }
 
 /// The value of the longest leading decimal number of word; 0 when there is none. Values
-/// beyond the double range become an infinity or zero of the right sign. Independent of
-/// the C locale, so a written list always reads back the same.
+/// beyond the double range become the largest finite double or zero of the right sign (an
+/// infinity would be written as "inf", which settings text cannot read back). Independent
+/// of the C locale, so a written list always reads back the same.
 double lenientNumber(std::string_view word)
 {
     const std::size_t length = leadingNumberLength(word);
@@ -139,7 +140,7 @@ double lenientNumber(std::string_view word)
         std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (r.ec == std::errc::result_out_of_range)
     {
-        value = overflows(number) ? std::numeric_limits<double>::infinity() : 0.0;
+        value = overflows(number) ? std::numeric_limits<double>::max() : 0.0;
         return negative ? -value : value;
     }
     return value;

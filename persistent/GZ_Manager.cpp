@@ -303,7 +303,7 @@ void GZ_Manager::addGZtoGroup(int gz_index, int group_index)
     if (!group || !handle || group->contains(handle))
         return;
     gz_UndoBlock block("Add To Handle Group");
-    block.add<GZ_UndoGroup>(this, group);
+    block.add<GZ_UndoGroupMember>(this, group, handle, /*adding=*/true);
     group->appendMember(handle);
     groupChanged(group, GZ_CHANGE_MEMBERS);
 }
@@ -315,18 +315,15 @@ void GZ_Manager::removeGZfromGroup(int gz_index, int group_index)
     if (!group || !handle)
         return;
     gz_UndoBlock block("Remove From Handle Group");
-    block.add<GZ_UndoGroup>(this, group);
+    block.add<GZ_UndoGroupMember>(this, group, handle, /*adding=*/false);
     group->eraseMember(handle);
     groupChanged(group, GZ_CHANGE_MEMBERS);
 }
 
 void GZ_Manager::insertGZinGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group, int member_index)
 {
-    if (!handle || !group || !group->appendMember(handle))
+    if (!handle || !group || !group->insertMember(handle, member_index))
         return;
-    // Undo only: moving it into place one swap at a time is fine for one handle.
-    for (int i = group->getNumGZs() - 1; i > member_index && i > 0; --i)
-        group->swapGZs(i, i - 1);
     groupChanged(group, GZ_CHANGE_MEMBERS);
 }
 

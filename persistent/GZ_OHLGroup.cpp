@@ -52,9 +52,9 @@ void GZ_OHLGroup::setExposeAll(bool expose) const
         (*it)->setExpose(expose);
 }
 
-bool GZ_OHLGroup::appendMember(GZ_OHLPersistent *handle)
+bool GZ_OHLGroup::insertMember(GZ_OHLPersistent *handle, int index)
 {
-    if (!myMembers.append(handle))
+    if (!myMembers.insert(index, handle))
         return false;
     if (!myIsMaster)
         handle->myGroups.push_back(this);

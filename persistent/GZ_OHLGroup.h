@@ -44,7 +44,8 @@ private:
     void swapGZs(int i, int j) { myMembers.swap(i, j); }
     // Membership, kept in step with each handle's list of the groups that hold it (the
     // master group is not listed there: every handle is in it).
-    bool appendMember(GZ_OHLPersistent *handle);
+    bool appendMember(GZ_OHLPersistent *handle) { return insertMember(handle, getNumGZs()); }
+    bool insertMember(GZ_OHLPersistent *handle, int index);
     bool eraseMember(GZ_OHLPersistent *handle);
     void clearMembers();
     void setExposeAll(bool expose) const;

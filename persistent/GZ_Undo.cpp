@@ -172,6 +172,27 @@ void GZ_UndoRemoveGroup::redo()
         myManager->removeGroup(group);
 }
 
+GZ_UndoGroupMember::GZ_UndoGroupMember(GZ_Manager *manager, GZ_OHLGroup *group,
+                                       GZ_OHLPersistent *handle, bool adding)
+    : myManager(manager), myGroup(group->getName()), myHandle(handle->getName()),
+      myIndex(adding ? group->getNumGZs() : group->getGZIndex(handle)), myAdding(adding)
+{
+    setMemoryUsage(sizeof(*this) + myGroup.size() + myHandle.size());
+}
+
+void GZ_UndoGroupMember::apply(bool add) const
+{
+    GZ_OHLGroup *group = findGroup(myManager, myGroup);
+    GZ_OHLPersistent *handle = findGZ(myManager, myHandle);
+    if (!group || !handle || myIndex < 0)
+        return;
+    if (add)
+        myManager->insertGZinGroup(handle, group, myIndex);
+    else if (group->contains(handle))
+        myManager->removeGZfromGroup(myManager->getGZIndex(handle),
+                                     myManager->getGroupIndex(group));
+}
+
 // ---------------------------------------------------------------------------------------
 // Order and names
 

@@ -123,6 +123,27 @@ public:
     void redo() override;
 };
 
+/// One handle added to or removed from a group: the record keeps that member and its place,
+/// not the whole membership, so that adding n members one at a time costs O(n).
+class GZ_UndoGroupMember : public HostUndo
+{
+public:
+    /// Call before the change; `adding` tells which change it is.
+    GZ_UndoGroupMember(GZ_Manager *manager, GZ_OHLGroup *group, GZ_OHLPersistent *handle,
+                       bool adding);
+    void undo() override { apply(!myAdding); }
+    void redo() override { apply(myAdding); }
+
+private:
+    void apply(bool add) const;
+
+    GZ_Manager *myManager;
+    std::string myGroup;
+    std::string myHandle;
+    int myIndex; // the member's place while it is in the group; -1 when it never was
+    bool myAdding;
+};
+
 /// Reordering two handles; undo and redo swap them again.
 class GZ_UndoSwapGZs : public HostUndo
 {

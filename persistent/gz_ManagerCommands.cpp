@@ -8,6 +8,7 @@
 #include "persistent/GZ_OHLPersistent.h"
 #include "persistent/GZ_Undo.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ostream>
 #include <strings.h>
@@ -49,6 +50,22 @@ GZ_OHLGroup *findGroupOrReport(GZ_Manager &manager, HostCommandArgs &args, const
 }
 
 const char *const theUnknownGroup = "Unknown handle group: ";
+
+/// Names with control characters are refused: undo keeps a handle's lines as one
+/// ';'-separated command line, in which a newline inside a name would become a ';'.
+bool acceptName(HostCommandArgs &args, const std::string &name)
+{
+    for (char ch : name)
+    {
+        const unsigned char c = static_cast<unsigned char>(ch);
+        if (c < ' ' || c == 0x7f)
+        {
+            args.err() << args.arg(0) << ": a name cannot hold control characters\n";
+            return false;
+        }
+    }
+    return true;
+}
 
 /// An option's on/off value: missing or empty is off, "on" (any case) is on, anything else
 /// is on exactly when its leading decimal integer is not zero ("off", "no" and "0" are off).
@@ -106,6 +123,8 @@ void pomadd(GZ_Manager &manager, HostCommandArgs &args)
     {
         if (numArgs(args) != 1)
             return args.showUsage();
+        if (!acceptName(args, args.arg(1)))
+            return;
         const int index = manager.addGroup(args.argv(1));
         if (args.found('v'))
             args.out() << manager.getGroup(index)->getName() << "\n";
@@ -113,6 +132,8 @@ void pomadd(GZ_Manager &manager, HostCommandArgs &args)
     }
     if (numArgs(args) != 2)
         return args.showUsage();
+    if (!acceptName(args, args.arg(1)))
+        return;
     const int index = manager.addGZ(args.argv(1), args.argv(2));
     if (index < 0)
     {
@@ -204,6 +225,39 @@ void changeMembers(GZ_Manager &manager, HostCommandArgs &args, Change change)
     }
 }
 
+/// The attached nodes that drive at least one handle parameter.
+std::vector<HostNode *> drivingNodes(const GZ_OHLPersistent &handle)
+{
+    std::vector<HostNode *> nodes;
+    for (int k = 0; k < handle.getNumOps(); ++k)
+    {
+        const auto &names = handle.linkedParmNames(k);
+        for (int j = 0; j < static_cast<int>(names.size()) && j < handle.getNumHandleParms(); ++j)
+            if (!names[j].empty() && handle.getOpnumForHandleParmIndex(j) == k)
+            {
+                nodes.push_back(handle.getOpNode(k));
+                break;
+            }
+    }
+    return nodes;
+}
+
+/// A handle parameter follows one node: binding it on another node takes it from the first.
+/// A node that drove parameters before the attach and drives none after it is detached, so
+/// no node stays attached to nothing, and the command says so.
+void detachBypassed(GZ_OHLPersistent &handle, const std::vector<HostNode *> &before,
+                    HostCommandArgs &args)
+{
+    const std::vector<HostNode *> after = drivingNodes(handle);
+    for (HostNode *node : before)
+        if (std::find(after.begin(), after.end(), node) == after.end() && handle.hasOpNode(*node))
+        {
+            args.err() << args.arg(0) << ": " << node->getFullPath() << " drives no parameter of "
+                       << handle.getName() << " any more and is detached\n";
+            handle.detach(*node);
+        }
+}
+
 void pomattach(GZ_Manager &manager, HostCommandArgs &args)
 {
     if (args.found('g'))
@@ -219,7 +273,9 @@ void pomattach(GZ_Manager &manager, HostCommandArgs &args)
                           [&]()
                           {
                               handle->id(args.found('i') ? args.iargp('i') : -1);
+                              const std::vector<HostNode *> before = drivingNodes(*handle);
                               handle->runBindCommand(args);
+                              detachBypassed(*handle, before, args);
                           });
 }
 
@@ -291,6 +347,8 @@ void pomrename(GZ_Manager &manager, HostCommandArgs &args)
 {
     if (numArgs(args) != 2)
         return args.showUsage();
+    if (!acceptName(args, args.arg(2)))
+        return;
     if (args.found('g'))
     {
         if (GZ_OHLGroup *group = findGroupOrReport(manager, args, args.arg(1), theUnknownGroup))

@@ -53,9 +53,11 @@ void writeGZ(std::ostream &os, const GZ_OHLPersistent &handle)
     {
         os << "pomparm ";
         protect(os, handle.getName());
-        os << " \"";
-        handle.getSettingList().generateSettingString(os);
-        os << "\"\n";
+        os << " ";
+        std::ostringstream settings;
+        handle.getSettingList().generateSettingString(settings);
+        HostCommandManager::protectQuotedString(os, settings.str());
+        os << "\n";
     }
 
     std::ostringstream prefix;

@@ -1,170 +1,241 @@
-// gz_OrderedList: an ordered list of distinct pointers with logarithmic index lookups.
+// gz_OrderedList: an ordered list of distinct pointers with logarithmic index operations.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 /// The member lists of handle groups (the master list of all persistent handles is one).
 /// Keeps the user-visible order, and answers "where is this pointer", "what is at index i",
-/// "remove this pointer" without scanning, so that removing handles one by one (a scene of
-/// many nodes being cleared) is not quadratic.
+/// "remove this pointer" and "put this pointer back at index i" without scanning, so that
+/// removing handles one by one (a scene of many nodes being cleared), and undoing that,
+/// is not quadratic.
 ///
-/// Removed entries leave a hole in the slot array; a Fenwick tree over the slots counts the
-/// live entries before a slot, which turns a slot into an index and back in O(log n). The
-/// slots are compacted when holes outnumber the entries. A pointer appears at most once.
-/// Cost: append, erase, indexOf, at: O(log n) (amortised); iteration: linear in the slots.
+/// The order is a treap keyed by position (each node knows its subtree's size and its
+/// parent), with a hash from pointer to node: a pointer's index is the sizes to its left
+/// summed on the way up. A pointer appears at most once.
+/// Cost: append, insert, erase, indexOf, at, swap: O(log n) expected; iteration: linear.
 template <typename T> class gz_OrderedList
 {
 public:
-    int size() const { return myCount; }
-    bool empty() const { return myCount == 0; }
-    bool contains(const T *item) const { return myPos.count(item) != 0; }
+    gz_OrderedList() = default;
+    gz_OrderedList(const gz_OrderedList &) = delete;
+    gz_OrderedList &operator=(const gz_OrderedList &) = delete;
+    ~gz_OrderedList() { clear(); }
+
+    int size() const { return sizeOf(myRoot); }
+    bool empty() const { return myRoot == nullptr; }
+    bool contains(const T *item) const { return myNodes.count(item) != 0; }
 
     /// Appends an item that is not in the list yet; returns false (and changes nothing) when
     /// it is already there.
-    bool append(T *item)
+    bool append(T *item) { return insert(size(), item); }
+
+    /// Puts an item that is not in the list yet at `index` (clamped to 0..size); false (and
+    /// nothing changes) when it is already there.
+    bool insert(int index, T *item)
     {
         if (!item || contains(item))
             return false;
-        mySlots.push_back(item);
-        myPos.emplace(item, mySlots.size() - 1);
-        fenwickAppend(1);
-        ++myCount;
+        Node *node = new Node{item, nextPriority()};
+        myNodes.emplace(item, node);
+        index = index < 0 ? 0 : (index > size() ? size() : index);
+        Node *left = nullptr;
+        Node *right = nullptr;
+        split(myRoot, index, left, right);
+        myRoot = merge(merge(left, node), right);
+        myRoot->parent = nullptr;
         return true;
     }
 
     /// Removes an item; false when it was not in the list.
     bool erase(const T *item)
     {
-        auto it = myPos.find(item);
-        if (it == myPos.end())
+        auto it = myNodes.find(item);
+        if (it == myNodes.end())
             return false;
-        const std::size_t slot = it->second;
-        myPos.erase(it);
-        mySlots[slot] = nullptr;
-        fenwickAdd(slot, -1);
-        --myCount;
-        if (mySlots.size() > 64 && mySlots.size() > 2 * static_cast<std::size_t>(myCount))
-            compact();
+        Node *node = it->second;
+        myNodes.erase(it);
+        Node *joined = merge(node->left, node->right);
+        Node *parent = node->parent;
+        if (joined)
+            joined->parent = parent;
+        if (!parent)
+            myRoot = joined;
+        else if (parent->left == node)
+            parent->left = joined;
+        else
+            parent->right = joined;
+        for (Node *up = parent; up; up = up->parent)
+            update(up);
+        delete node;
         return true;
     }
 
     /// The index of an item, or -1.
     int indexOf(const T *item) const
     {
-        auto it = myPos.find(item);
-        if (it == myPos.end())
+        auto it = myNodes.find(item);
+        if (it == myNodes.end())
             return -1;
-        return prefixCount(it->second + 1) - 1;
+        const Node *node = it->second;
+        int index = sizeOf(node->left);
+        for (; node->parent; node = node->parent)
+            if (node->parent->right == node)
+                index += sizeOf(node->parent->left) + 1;
+        return index;
     }
 
     /// The item at an index, or null when out of range.
     T *at(int index) const
     {
-        if (index < 0 || index >= myCount)
-            return nullptr;
-        return mySlots[slotOf(index)];
+        const Node *node = nodeAt(index);
+        return node ? node->item : nullptr;
     }
 
     /// Exchanges the items at two valid indices.
     void swap(int i, int j)
     {
-        if (i == j)
+        Node *a = nodeAt(i);
+        Node *b = nodeAt(j);
+        if (!a || !b || a == b)
             return;
-        const std::size_t a = slotOf(i);
-        const std::size_t b = slotOf(j);
-        std::swap(mySlots[a], mySlots[b]);
-        myPos[mySlots[a]] = a;
-        myPos[mySlots[b]] = b;
+        std::swap(a->item, b->item);
+        myNodes[a->item] = a;
+        myNodes[b->item] = b;
     }
 
     void clear()
     {
-        mySlots.clear();
-        myTree.clear();
-        myPos.clear();
-        myCount = 0;
+        for (auto &entry : myNodes)
+            delete entry.second;
+        myNodes.clear();
+        myRoot = nullptr;
     }
 
     /// The items in order.
     std::vector<T *> items() const
     {
         std::vector<T *> out;
-        out.reserve(myCount);
-        for (T *item : mySlots)
-            if (item)
-                out.push_back(item);
+        out.reserve(myNodes.size());
+        forEach([&out](T *item) { out.push_back(item); });
         return out;
     }
 
     /// Calls fn(item) for every item in order. The list must not change meanwhile.
     template <typename Fn> void forEach(Fn &&fn) const
     {
-        for (T *item : mySlots)
-            if (item)
-                fn(item);
+        // In order without a stack: down to the leftmost, then to each successor.
+        const Node *node = myRoot;
+        while (node && node->left)
+            node = node->left;
+        while (node)
+        {
+            fn(node->item);
+            if (node->right)
+            {
+                node = node->right;
+                while (node->left)
+                    node = node->left;
+                continue;
+            }
+            while (node->parent && node->parent->right == node)
+                node = node->parent;
+            node = node->parent;
+        }
     }
 
 private:
-    // Fenwick tree over the slots: myTree[k - 1] holds the live count of slots
-    // (k - lowbit(k), k], for 1-based k.
-    static std::size_t lowbit(std::size_t k) { return k & (~k + 1); }
-
-    int prefixCount(std::size_t slots) const // live entries among the first `slots` slots
+    struct Node
     {
-        int sum = 0;
-        for (std::size_t k = slots; k > 0; k -= lowbit(k))
-            sum += myTree[k - 1];
-        return sum;
+        T *item;
+        std::uint32_t priority;
+        int size = 1;
+        Node *left = nullptr;
+        Node *right = nullptr;
+        Node *parent = nullptr;
+    };
+
+    static int sizeOf(const Node *node) { return node ? node->size : 0; }
+
+    static void update(Node *node)
+    {
+        node->size = 1 + sizeOf(node->left) + sizeOf(node->right);
+        if (node->left)
+            node->left->parent = node;
+        if (node->right)
+            node->right->parent = node;
     }
 
-    void fenwickAdd(std::size_t slot, int delta)
+    // A fixed sequence, so that runs are repeatable.
+    std::uint32_t nextPriority()
     {
-        for (std::size_t k = slot + 1; k <= myTree.size(); k += lowbit(k))
-            myTree[k - 1] += delta;
+        mySeed ^= mySeed << 13;
+        mySeed ^= mySeed >> 17;
+        mySeed ^= mySeed << 5;
+        return mySeed;
     }
 
-    void fenwickAppend(int value)
+    // The first `count` nodes of `node` go to `left`, the rest to `right`.
+    static void split(Node *node, int count, Node *&left, Node *&right)
     {
-        const std::size_t k = myTree.size() + 1;
-        // The new node covers (k - lowbit(k), k]: its own value plus the slots before it.
-        const int covered = prefixCount(k - 1) - prefixCount(k - lowbit(k));
-        myTree.push_back(value + covered);
-    }
-
-    // The slot of the index-th live entry (0-based), by descending the tree.
-    std::size_t slotOf(int index) const
-    {
-        std::size_t pos = 0;
-        int remaining = index + 1;
-        std::size_t step = 1;
-        while (step * 2 <= myTree.size())
-            step *= 2;
-        for (; step > 0; step /= 2)
+        if (!node)
         {
-            if (pos + step <= myTree.size() && myTree[pos + step - 1] < remaining)
+            left = right = nullptr;
+            return;
+        }
+        node->parent = nullptr;
+        if (sizeOf(node->left) < count)
+        {
+            split(node->right, count - sizeOf(node->left) - 1, node->right, right);
+            left = node;
+        }
+        else
+        {
+            split(node->left, count, left, node->left);
+            right = node;
+        }
+        update(node);
+    }
+
+    static Node *merge(Node *left, Node *right)
+    {
+        if (!left || !right)
+            return left ? left : right;
+        if (left->priority > right->priority)
+        {
+            left->right = merge(left->right, right);
+            update(left);
+            return left;
+        }
+        right->left = merge(left, right->left);
+        update(right);
+        return right;
+    }
+
+    Node *nodeAt(int index) const
+    {
+        if (index < 0 || index >= size())
+            return nullptr;
+        Node *node = myRoot;
+        for (;;)
+        {
+            const int left = sizeOf(node->left);
+            if (index == left)
+                return node;
+            if (index < left)
+                node = node->left;
+            else
             {
-                pos += step;
-                remaining -= myTree[pos - 1];
+                index -= left + 1;
+                node = node->right;
             }
         }
-        return pos; // 1-based position pos + 1 holds it, i.e. slot pos
     }
 
-    void compact()
-    {
-        std::vector<T *> live = items();
-        clear();
-        mySlots.reserve(live.size());
-        myTree.reserve(live.size());
-        for (T *item : live)
-            append(item);
-    }
-
-    std::vector<T *> mySlots;
-    std::vector<int> myTree;
-    std::unordered_map<const T *, std::size_t> myPos;
-    int myCount = 0;
+    Node *myRoot = nullptr;
+    std::unordered_map<const T *, Node *> myNodes;
+    std::uint32_t mySeed = 2463534242u;
 };

@@ -1,6 +1,7 @@
 // GZ_ResourceManager: reading and writing the bindings file, and the bindings of a saved scene.
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostCommandManager.h"
 #include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
@@ -385,9 +386,13 @@ HostErrorSeverity GZ_ResourceManager::save(std::ostream &os)
             const std::vector<std::string> fields = splitNonEmpty(entry, ',');
             if (fields.size() < 4)
                 continue;
-            os << "ombind"
-               << " -t " << fields[0] << " " << fields[1] << " " << fields[2] << " " << fields[3]
-               << "\n";
+            os << "ombind -t";
+            for (int i = 0; i < 4; ++i)
+            {
+                os << " ";
+                HostCommandManager::protectString(os, fields[i]);
+            }
+            os << "\n";
         }
     }
     return HOST_ERR_NONE;

@@ -1,6 +1,7 @@
 // GZ_ResourceManager: the handle setting tables and the "omparm" lines of a saved scene.
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -136,6 +138,9 @@ void GZ_ResourceManager::saveGZSettingsToTables(GZ_OpHandleLink &link)
                      .emplace(opKey(link, *node),
                               OpGZSettingInfo{std::make_unique<GZ_SettingList>(), false})
                      .first;
+        // The link saves only the settings it knows; the others recorded for the node (a
+        // colour, binding arguments) stay, or using the handle would drop them.
+        settings.copyMissing(*it->second.mySettings);
         it->second.myRecorded = false;
         *it->second.mySettings = settings;
     }
@@ -311,10 +316,17 @@ HostErrorSeverity GZ_ResourceManager::saveSettings(std::ostream &os)
                                 : nullptr;
         if (atDefaults(settings, defaults))
             continue;
-        os << "omparm " << key.gzNameInSettingTable() << " " << key.gzType() << " "
-           << node->getFullPath() << " \"";
-        settings.generateSettingString(os);
-        os << "\"\n";
+        os << "omparm ";
+        HostCommandManager::protectString(os, key.gzNameInSettingTable());
+        os << " ";
+        HostCommandManager::protectString(os, key.gzType());
+        os << " ";
+        HostCommandManager::protectString(os, node->getFullPath());
+        os << " ";
+        std::ostringstream text;
+        settings.generateSettingString(text);
+        HostCommandManager::protectQuotedString(os, text.str());
+        os << "\n";
     }
     return HOST_ERR_NONE;
 }

@@ -7,6 +7,7 @@
 #include "shell/ShellViewerClasses.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostCommandParser.h"
 #include "host/HostCommandTable.h"
 #include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
@@ -112,8 +113,10 @@ void Shell::installCommands()
 
 bool Shell::findScript(const std::string &name, std::string &path)
 {
+    // Any readable thing that is not a directory: pipes and devices too ("gzsh /dev/stdin",
+    // "gzsh <(generate)").
     std::error_code ec;
-    if (fs::is_regular_file(name, ec))
+    if (fs::exists(name, ec) && !fs::is_directory(name, ec))
     {
         path = name;
         return true;
@@ -156,6 +159,16 @@ void Shell::runPrompt()
             add_history(line);
         std::string text(line);
         std::free(line);
+        // An open quote or a trailing backslash goes on on the next line, as in a file.
+        while (HostCommandParser::needsMoreLines(text))
+        {
+            char *more = readline("> ");
+            if (!more)
+                break;
+            text += "\n";
+            text += more;
+            std::free(more);
+        }
         myCommands->execute(text, /*add_to_history=*/true);
         std::cout.flush();
     }

@@ -33,8 +33,11 @@ std::unique_ptr<ShellHandle> ShellHandle::create(HostNode &node, const std::stri
     const GZ_BindingHandleInfo *info = findBinding(node.getOperator(), description);
     if (!info)
     {
-        err << command << ": no handle " << description << " is bound to " << node.getOperatorName()
-            << " (" << node.getFullPath() << ")\n";
+        err << command << ": no handle " << description << " is bound to ";
+        if (node.getOperator())
+            err << node.getOperatorName() << " (" << node.getFullPath() << ")\n";
+        else
+            err << node.getFullPath() << ", a network\n";
         return nullptr;
     }
     GZ_GZTemplate *gz_template =

@@ -225,6 +225,7 @@ void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
     director.getUndoManager().disable();
     HostExecOptions options;
     options.source = baseName(args.arg(1));
+    options.locateCommandErrors = true;
     commands.execute(text, options);
     director.getUndoManager().enable();
     commands.setLoading(commands_loading);
@@ -238,6 +239,7 @@ void cmdSource(Shell &shell, HostCommandArgs &args)
         return;
     HostExecOptions options;
     options.source = baseName(args.arg(1));
+    options.locateCommandErrors = true;
     shell.commands().execute(text, options);
 }
 

@@ -80,14 +80,22 @@ std::size_t ShellNodeSnapshot::memoryUsage() const
     return bytes;
 }
 
+// The snapshot is taken when the creation is undone: every later change has been undone by
+// then, so the node is as it was made, and a scene built by many nodeadd commands does not
+// hold a copy of every node in its history.
 ShellUndoNodeCreate::ShellUndoNodeCreate(HostDirector &director, const HostNode &created)
-    : myDirector(&director), mySnapshot(ShellNodeSnapshot::take(created, /*keep_place=*/false))
+    : myDirector(&director), myId(created.getUniqueId())
 {
-    setMemoryUsage(mySnapshot.memoryUsage());
+    setMemoryUsage(sizeof(*this));
 }
 
 void ShellUndoNodeCreate::undo()
 {
+    HostNode *node = myDirector->findNodeById(myId);
+    if (!node)
+        return;
+    mySnapshot = ShellNodeSnapshot::take(*node, /*keep_place=*/false);
+    setMemoryUsage(sizeof(*this) + mySnapshot.memoryUsage());
     mySnapshot.remove(*myDirector);
 }
 

@@ -59,7 +59,8 @@ public:
 
 private:
     HostDirector *myDirector;
-    ShellNodeSnapshot mySnapshot;
+    int myId;
+    ShellNodeSnapshot mySnapshot; ///< taken by undo, for redo
 };
 
 /// Undoes the deletion of a node: undo re-creates it with everything below it, redo deletes

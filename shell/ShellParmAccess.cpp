@@ -36,7 +36,14 @@ bool ShellParmAccess::parseNumber(const std::string &word, double &value)
     char *end = nullptr;
     errno = 0;
     value = std::strtod(start, &end);
-    return end == start + word.size() && errno != ERANGE && std::isfinite(value);
+    if (end != start + word.size() || errno == ERANGE)
+        return false;
+    // The scene writer writes infinities and NaN as these words, so they must read back;
+    // other spellings strtod takes ("INFINITY", "nan(1)") are not numbers here.
+    if (std::isfinite(value))
+        return true;
+    const std::string bare = word[0] == '-' || word[0] == '+' ? word.substr(1) : word;
+    return bare == "inf" || bare == "nan";
 }
 
 HostParm *ShellParmAccess::resolveForWrite(const HostNode &node, const std::string &name,
@@ -102,6 +109,12 @@ bool ShellParmAccess::set(HostNode &node, const std::string &name,
             else if (!parseNumber(values[i], numbers[i]))
             {
                 error = "not a number: " + values[i];
+                return false;
+            }
+            else if (menu && parm->clampToMenu(std::round(numbers[i])) != std::round(numbers[i]))
+            {
+                // Typed indices are refused rather than clamped, like unknown tokens.
+                error = "not an item of " + parm->getName() + ": " + values[i];
                 return false;
             }
         }

@@ -106,3 +106,22 @@ TEST(CommandParser, MarksQuotedWords)
     EXPECT_EQ(cmd.words[4].text, "x");
     EXPECT_FALSE(parser.next(cmd));
 }
+
+TEST(CommandParser, KnowsWhenAPromptMustReadOn)
+{
+    const std::pair<const char *, bool> cases[] = {
+        {"echo 'a", true},
+        {"echo \"a\\\"", true},
+        {"echo a\\", true},
+        {"echo 'a\nb'", false},
+        {"echo \"a\\\\\"", true},
+        {"echo a\\\\", false},
+        {"echo # it's", false},
+        {"echo a#'b", true},
+        {"echo '#' \"", true},
+        {"echo \"x\" 'y' z", false},
+        {"", false},
+    };
+    for (const auto &[text, more] : cases)
+        EXPECT_EQ(HostCommandParser::needsMoreLines(text), more) << text;
+}

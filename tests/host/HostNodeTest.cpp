@@ -49,7 +49,7 @@ TEST_F(HostNodeCreation, CreatesNodesAtFullPathsAndRefusesBadOnes)
     std::string error;
     // Wrong table for the parent network, missing parent, duplicate, bad name, no children.
     EXPECT_EQ(myDirector.createNode("tbox", "/obj/box2", &error), nullptr);
-    EXPECT_EQ(error, "Invalid node type: tbox");
+    EXPECT_EQ(error, "Invalid node type: tbox (a Sop type; this network takes Object types)");
     EXPECT_EQ(myDirector.createNode("tbox", "/obj/nothere/box1", &error), nullptr);
     EXPECT_EQ(error, "Parent not found: /obj/nothere");
     EXPECT_EQ(myDirector.createNode("tgeo", "/obj/geo1", &error), nullptr);

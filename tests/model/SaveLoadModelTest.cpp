@@ -44,7 +44,8 @@ public:
         if (!fault.empty())
             return fault;
         const std::string again = myDir.file("second.gzs");
-        const std::string errors = myDir.runGzsh("", "sceneload " + saved + "; scenesave " + again);
+        const std::string errors =
+            myDir.runGzsh("", "set V injected; sceneload " + saved + "; scenesave " + again);
         return compare("loading in a new gzsh", first, ScratchDir::readText(again), errors);
     }
 

@@ -95,7 +95,8 @@ std::string SceneGenerator::parmCommand()
         return "parmset " + path + " group " + quoted(pick({"", "a b", "it's \"q\"", "@x"}));
     case 3:
         return "parmset -e " + path + " " + channel() + " " +
-               quoted(pick({"$T*2", "ch(\"tx\")+1", "sin($F)*3", "1/0", "ch(\"../a/ty\")"}));
+               quoted(pick({"$T*2", "ch(\"tx\")+1", "sin($F)*3", "1/0", "ch(\"../a/ty\")", "10^400",
+                            "-10^400", "0/0"}));
     case 4:
         return "parmset -p " + path + " " + channel() + " " + quoted("frame() * 2");
     default:
@@ -132,7 +133,7 @@ std::string SceneGenerator::handleCommand()
     case 0:
     case 1:
         return "pomadd " + (chance(40) ? options() : "") +
-               quoted(pick({"h", "h1", "Handle", "", "x9", "a b", "it's"})) + " " +
+               quoted(chance(30) ? hostile() : pick({"h", "h1", "Handle", "x9"})) + " " +
                pick({"xform", "xform", "translate", "rotate", "nosuch"});
     case 2:
     case 3:
@@ -153,7 +154,8 @@ std::string SceneGenerator::handleCommand()
     case 7:
         return "pomset " + options() + name;
     default:
-        return "pomrename " + name + " " + quoted(pick({"h", "renamed", "x9", "Handle", "b c"}));
+        return "pomrename " + name + " " +
+               quoted(chance(30) ? hostile() : pick({"h", "renamed", "x9", "Handle"}));
     }
 }
 
@@ -164,7 +166,7 @@ std::string SceneGenerator::groupCommand()
     {
     case 0:
         return std::string("pomadd -g ") + (chance(30) ? "-v " : "") +
-               quoted(pick({"g", "g1", "", "all of them"}));
+               quoted(chance(30) ? hostile() : pick({"g", "g1", "all of them"}));
     case 1:
     case 2:
     {
@@ -182,7 +184,8 @@ std::string SceneGenerator::groupCommand()
     case 6:
         return "pomset -g " + options() + group;
     default:
-        return "pomrename -g " + group + " " + quoted(pick({"g", "grp", "Group", "x y"}));
+        return "pomrename -g " + group + " " +
+               quoted(chance(30) ? hostile() : pick({"g", "grp", "Group"}));
     }
 }
 
@@ -203,8 +206,8 @@ std::string SceneGenerator::settingsCommand()
     if (chance(50))
         return "pomparm " + (chance(20) ? "-g " + groupName() : handleName()) + " " +
                quoted(settings());
-    return std::string("omparm ") + pick({"xform", "hud"}) + " xform " + nodePath() + " " +
-           quoted(settings());
+    return "omparm " + quoted(chance(30) ? hostile() : pick({"xform", "hud"})) + " " +
+           quoted(chance(20) ? hostile() : "xform") + " " + nodePath() + " " + quoted(settings());
 }
 
 std::string SceneGenerator::readCommand()
@@ -250,8 +253,11 @@ std::string SceneGenerator::bindingCommand()
                pick({"all", "poly", "''"}) + " " + std::to_string(below(2)) + " " +
                pick({"''", "menu"}) + " " + std::to_string(below(2));
     default:
+        // Descriptions differ from the handle names omparm uses: bindings are not part of
+        // the scene, so a setting that differs from a binding's defaults only in this
+        // process would not be saved by a new one.
         return "ombind " + table + (chance(50) ? "-d " + quoted(settings()) + " " : "") +
-               pick({"d1", "d2", "d3", "'d 4'"}) + " " + op + ":" +
+               (chance(25) ? quoted(hostile() + " d") : pick({"d1", "d2", "d3"})) + " " + op + ":" +
                pick({"tx", "ty", "tz", "rx", "t", "r", "scale"}) + " " +
                pick({"xform", "translate", "rotate"}) + ":" +
                pick({"tx", "ty", "tz", "rx", "ry", "sx", "uniform_scale"});
@@ -306,10 +312,13 @@ std::string SceneGenerator::channel()
     return pick({"tx", "ty", "tz", "rx", "ry", "rz", "sx", "scale", "px"});
 }
 
-std::string SceneGenerator::number()
+std::string SceneGenerator::number(bool words)
 {
     if (chance(70))
         return pick({"0", "1", "-1", "0.5", "2.25", "3", "-0.125", "10"});
+    // Values a scene must still save and load; settings text has no words for them.
+    if (chance(5))
+        return words ? pick({"inf", "-inf", "1e999"}) : "1e999";
     // Values with every digit in use, to catch numbers that do not read back exactly.
     std::uniform_real_distribution<double> any(-1000.0, 1000.0);
     char text[40];
@@ -362,21 +371,30 @@ std::string SceneGenerator::settings()
         switch (kind)
         {
         case 0:
-            text += "color(" + number() + " " + number() + " " + number() + ")";
+            text += "color(" + number(false) + " " + number(false) + " " + number(false) + ")";
             break;
         case 1:
             text += std::string("showoppath(") + pick({"0", "1"}) + ")";
             break;
         case 2:
-            text += std::string("ownerop('") + pick({"xform1", "a b", "it\\'s", "back\\\\slash"}) +
+            text += std::string("ownerop('") +
+                    pick({"xform1", "a b", "it\\'s", "back\\\\slash", "$V", "q\"x", "a;b #c", ""}) +
                     "')";
             break;
         default:
-            text += "scale(" + number() + ")";
+            // Setting names hold anything but blanks and "(".
+            text += pick({"scale", "a$V", "q\"n", "#n", ";n", "b\\s", "it's"});
+            text += "(" + number(false) + ")";
             break;
         }
     }
     return text;
+}
+
+std::string SceneGenerator::hostile()
+{
+    return pick({"", "a b", "it's", "q\"d", "$V", "${V}x", "a;b", "#c", "back\\slash", "end\\",
+                 "-x", "both ' \" $V"});
 }
 
 int SceneGenerator::below(int n)

@@ -43,10 +43,12 @@ private:
     std::string handleName();
     std::string groupName();
     std::string channel();
-    std::string number();
+    std::string number(bool words = true);
     std::string options();
     std::string bindingPair();
     std::string settings();
+    /// A name meant to break saved lines: blanks, both quotes, "$", ";", "#", backslashes.
+    std::string hostile();
 
     int below(int n);
     bool chance(int percent) { return below(100) < percent; }

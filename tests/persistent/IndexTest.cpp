@@ -46,10 +46,13 @@ TEST(OrderedList, MatchesAVectorThroughRandomEdits)
         case 0:
         case 1:
         {
+            // Appends and inserts at any place (undo puts members back where they were).
             const bool fresh = std::find(model.begin(), model.end(), item) == model.end();
-            EXPECT_EQ(list.append(item), fresh);
+            const int at = random() % 2 ? static_cast<int>(model.size())
+                                        : static_cast<int>(random() % (model.size() + 1));
+            EXPECT_EQ(list.insert(at, item), fresh);
             if (fresh)
-                model.push_back(item);
+                model.insert(model.begin() + at, item);
             break;
         }
         case 2:

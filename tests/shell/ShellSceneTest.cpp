@@ -48,9 +48,13 @@ TEST(ShellParmWords, NumbersMustFillTheWord)
     EXPECT_FALSE(ShellParmAccess::parseNumber("", v));
     EXPECT_FALSE(ShellParmAccess::parseNumber("1x", v));
     EXPECT_FALSE(ShellParmAccess::parseNumber("1 ", v));
-    EXPECT_FALSE(ShellParmAccess::parseNumber("nan", v));
-    EXPECT_FALSE(ShellParmAccess::parseNumber("inf", v));
     EXPECT_FALSE(ShellParmAccess::parseNumber("1e999", v));
+    EXPECT_FALSE(ShellParmAccess::parseNumber("INFINITY", v));
+    // The words the scene writer gives non-finite values are numbers.
+    EXPECT_TRUE(ShellParmAccess::parseNumber("-inf", v));
+    EXPECT_EQ(v, -HUGE_VAL);
+    EXPECT_TRUE(ShellParmAccess::parseNumber("nan", v));
+    EXPECT_TRUE(std::isnan(v));
 }
 
 TEST(ShellArguments, BadUsageExitsWithTwo)

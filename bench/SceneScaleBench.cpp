@@ -1,0 +1,156 @@
+// Benchmarks of everyday gzsh operations that must grow linearly with the scene: automatic
+// node names, group membership with undo, and undoing the deletion of nodes whose handles
+// share one group. Each runs at two sizes, a tenth apart, so that the growth can be read off.
+#include "host/HostCommandManager.h"
+#include "host/HostDirector.h"
+#include "host/HostNetwork.h"
+#include "host/HostNode.h"
+#include "persistent/GZ_Manager.h"
+#include "persistent/GZ_OHLGroup.h"
+#include "shell/Shell.h"
+
+#include <benchmark/benchmark.h>
+
+#include <sstream>
+#include <string>
+
+namespace
+{
+/// One gzsh for every benchmark here (a shell sets up process-wide state), with its output
+/// and errors kept out of the report.
+class ScaleShell
+{
+public:
+    static ScaleShell &get()
+    {
+        static ScaleShell *theShell = new ScaleShell;
+        return *theShell;
+    }
+
+    void run(const std::string &text)
+    {
+        myShell.commands().execute(text);
+        myOut.str("");
+        myErr.str("");
+    }
+
+    /// An empty scene with undo on and an empty history.
+    void reset() { run("scenenew"); }
+
+    HostDirector &director() const { return myShell.director(); }
+
+private:
+    ScaleShell()
+    {
+        myShell.startup({});
+        myShell.commands().setStreams(&myOut, &myErr);
+    }
+
+    Shell myShell;
+    std::ostringstream myOut;
+    std::ostringstream myErr;
+};
+
+/// `count` lines made by `line(i)`, as one script.
+template <typename Line> std::string script(int count, Line line)
+{
+    std::ostringstream os;
+    for (int i = 0; i < count; ++i)
+        os << line(i) << "\n";
+    return os.str();
+}
+
+/// Nodes /obj/nI, each with a handle hI attached.
+std::string handlesScript(int count)
+{
+    return script(count,
+                  [](int i)
+                  {
+                      const std::string n = std::to_string(i);
+                      return "nodeadd geo /obj/n" + n + "\npomadd h" + n + " xform\npomattach h" +
+                             n + " /obj/n" + n + " tx:tx";
+                  });
+}
+
+int groupSize()
+{
+    const GZ_Manager *manager = GZgetManager();
+    return manager->getNumGroups() == 0 ? -1 : manager->getGroup(0)->getNumGZs();
+}
+} // namespace
+
+/// "nodeadd geo /obj/" N times: each node asks for a free name made from its type.
+static void BM_AutomaticNodeNames(benchmark::State &state)
+{
+    const int count = static_cast<int>(state.range(0));
+    ScaleShell &shell = ScaleShell::get();
+    const std::string text = script(count, [](int) { return "nodeadd geo /obj/"; });
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        shell.reset();
+        state.ResumeTiming();
+        shell.run(text);
+        state.PauseTiming();
+        if (!shell.director().findNode("/obj/geo" + std::to_string(count)))
+            state.SkipWithError("the nodes were not named geo1..N");
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(BM_AutomaticNodeNames)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+/// "pomattach -g g hI" N times, with undo records.
+static void BM_GroupMembersWithUndo(benchmark::State &state)
+{
+    const int count = static_cast<int>(state.range(0));
+    ScaleShell &shell = ScaleShell::get();
+    const std::string setup = handlesScript(count) + "pomadd -g g\n";
+    const std::string text =
+        script(count, [](int i) { return "pomattach -g g h" + std::to_string(i); });
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        shell.reset();
+        shell.run(setup);
+        state.ResumeTiming();
+        shell.run(text);
+        state.PauseTiming();
+        if (groupSize() != count)
+            state.SkipWithError("the members were not added");
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(BM_GroupMembersWithUndo)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+/// "noderm /obj/nI" for every node while the N handles share one group, then "undo" N
+/// times; the time is that of the undos.
+static void BM_UndoNodeDeletionsInBigGroup(benchmark::State &state)
+{
+    const int count = static_cast<int>(state.range(0));
+    ScaleShell &shell = ScaleShell::get();
+    const std::string setup =
+        handlesScript(count) + "pomadd -g g\n" +
+        script(count, [](int i) { return "pomattach -g g h" + std::to_string(i); });
+    const std::string deletions =
+        script(count, [](int i) { return "noderm /obj/n" + std::to_string(i); });
+    const std::string undos = script(count, [](int) { return "undo"; });
+    for (auto _ : state)
+    {
+        state.PauseTiming();
+        shell.reset();
+        shell.run(setup);
+        shell.run(deletions);
+        if (groupSize() != 0)
+            state.SkipWithError("the handles were not deleted with their nodes");
+        state.ResumeTiming();
+        shell.run(undos);
+        state.PauseTiming();
+        if (groupSize() != count)
+            state.SkipWithError("undo did not bring the members back");
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+BENCHMARK(BM_UndoNodeDeletionsInBigGroup)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
