@@ -236,7 +236,7 @@ bool HostCommandParser::needsMoreLines(const std::string &text)
                 return false;
             continue;
         }
-        word_start = isBlank(c) || c == '\n' || c == ';';
+        word_start = HostText::isBlank(c) || c == '\n' || c == ';';
         if (c == '\\')
         {
             if (++i == text.size())

@@ -350,7 +350,9 @@ std::vector<ShellCommand> shellHostCommands()
          "history.",
          "", 2, 2},
         {"source", "", "source FILE", &cmdSource, true,
-         "Runs the commands of FILE (as given, else on the search path).", "", 2, 2},
+         "Runs the commands of FILE (as given, else on the search path; any stream, /dev/stdin "
+         "too).",
+         "", 2, 2},
         {"echo", "", "echo [WORDS...]", &cmdEcho, true,
          "Writes the words separated by one blank, then a newline."},
         {"help", "", "help [COMMAND]", &cmdHelp, true,
