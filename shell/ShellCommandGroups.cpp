@@ -4,8 +4,13 @@
 const std::vector<ShellCommandGroup> &shellCommandGroups()
 {
     static const std::vector<ShellCommandGroup> theGroups = {
-        &shellHostCommands,   &shellChannelCommands,  &shellStateCommands,
-        &shellHandleCommands, &shellHandleOpCommands,
+        &shellHostCommands,
+        &shellChannelCommands,
+        &shellStateCommands,
+        &shellHandleCommands,
+        &shellHandleOpCommands,
+        &shellPythonCommands,
+        &shellSpareCommands,
     };
     return theGroups;
 }

@@ -4,6 +4,9 @@
 
 #include "resource/GZ_ResourceManager.h"
 
+#include <string>
+#include <vector>
+
 class HostDirector;
 
 /// The host's derived resource manager. It watches every standard operator table and gives
@@ -22,6 +25,18 @@ public:
 
     ShellResourceManager();
 
+    /// Handles written in Python are shown by gzsh's generic handle class, like built-in ones.
+    int registerOpHandleLink(GZ_GZTemplate *gz) override;
+
+    // Handles and states written in Python: the ones registered with this manager whose
+    // templates are scripted ones. Names come in name order.
+    const std::vector<std::string> &getViewerHandleTypeNames() const override;
+    bool isRegisteredViewerHandle(const char *name) const override;
+    const GZ_PythonHandle::Template *viewerHandleTemplate(const char *name) const override;
+    bool isRegisteredViewerState(const char *name) const override;
+    GZ_PythonState::Template *viewerStateTemplate(const char *name) override;
+    const GZ_PythonState::Template *viewerStateTemplate(const char *name) const override;
+
     /// Opens a parameter cache period: until the matching close, handle links hand the
     /// components they would key or scope to the cache. Periods nest.
     static void beginParmsCache() { startParmsCache(); }
@@ -37,4 +52,6 @@ protected:
 private:
     /// Keys and scopes the cached components of the director's live nodes.
     static void applyParmsCache(HostDirector &director);
+
+    mutable std::vector<std::string> myViewerHandleNames;
 };
