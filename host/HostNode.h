@@ -1,6 +1,7 @@
 // HostNode: a node of the scene, with its parameters, flags, child network and event callbacks.
 #pragma once
 
+#include "host/HostCallbackList.h"
 #include "host/HostParmList.h"
 
 #include <memory>
@@ -168,12 +169,6 @@ private:
              int unique_id);
     void buildParms();
 
-    struct Callback
-    {
-        void *myCallee;
-        HostNodeEventCallback myCallback;
-    };
-
     HostDirector *myDirector;
     HostNetwork *myParent;
     HostOperator *myOperator;
@@ -184,7 +179,6 @@ private:
     HostParmTemplateList mySpareTemplates;
     std::unique_ptr<HostParmList> myParms;
     std::unique_ptr<HostNetwork> myChildren;
-    std::vector<Callback> myCallbacks;
+    HostCallbackList<HostNodeEventCallback> myCallbacks;
     int myParmChanges = 0;
-    int mySendDepth = 0; ///< >0 while sendEvent runs; removals then only null the entry
 };
