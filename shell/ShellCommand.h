@@ -47,3 +47,7 @@ std::vector<ShellCommand> shellHandleOpCommands();
 
 /// The python command (ShellPythonCommands.cpp).
 std::vector<ShellCommand> shellPythonCommands();
+
+/// Spare parameters of nodes and the parameter sections of operator types
+/// (ShellSpareCommands.cpp).
+std::vector<ShellCommand> shellSpareCommands();

@@ -10,6 +10,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellHandleCommands,
         &shellHandleOpCommands,
         &shellPythonCommands,
+        &shellSpareCommands,
     };
     return theGroups;
 }
