@@ -302,52 +302,27 @@ void HostNode::setFlag(unsigned mask, bool on)
 
 void HostNode::addEventCallback(void *callee, HostNodeEventCallback cb)
 {
-    if (!cb || hasEventCallback(callee, cb))
-        return;
-    myCallbacks.push_back({callee, cb});
+    myCallbacks.add(callee, cb);
 }
 
 void HostNode::removeEventCallback(void *callee, HostNodeEventCallback cb)
 {
-    for (size_t i = 0; i < myCallbacks.size(); ++i)
-    {
-        Callback &c = myCallbacks[i];
-        if (c.myCallee != callee || c.myCallback != cb)
-            continue;
-        if (mySendDepth > 0)
-            c.myCallback = nullptr; // compacted when the outermost send ends
-        else
-            myCallbacks.erase(myCallbacks.begin() + i);
-        return;
-    }
+    myCallbacks.remove(callee, cb);
 }
 
 bool HostNode::hasEventCallback(void *callee, HostNodeEventCallback cb) const
 {
-    return std::any_of(myCallbacks.begin(), myCallbacks.end(),
-                       [&](const Callback &c)
-                       { return c.myCallback && c.myCallee == callee && c.myCallback == cb; });
+    return myCallbacks.contains(callee, cb);
 }
 
 int HostNode::getNumEventCallbacks() const
 {
-    return static_cast<int>(std::count_if(myCallbacks.begin(), myCallbacks.end(),
-                                          [](const Callback &c) { return c.myCallback; }));
+    return myCallbacks.size();
 }
 
 void HostNode::sendEvent(HostNodeEvent event, void *data)
 {
-    ++mySendDepth;
     // Callbacks added during the send are not called for this event.
-    const size_t n = myCallbacks.size();
-    for (size_t i = 0; i < n; ++i)
-    {
-        const Callback c = myCallbacks[i];
-        if (c.myCallback)
-            c.myCallback(this, c.myCallee, event, data);
-    }
-    if (--mySendDepth == 0)
-        myCallbacks.erase(std::remove_if(myCallbacks.begin(), myCallbacks.end(),
-                                         [](const Callback &c) { return !c.myCallback; }),
-                          myCallbacks.end());
+    myCallbacks.forEach([&](void *callee, HostNodeEventCallback cb)
+                        { cb(this, callee, event, data); });
 }

@@ -1,6 +1,7 @@
 // HostNode: a node of the scene, with its parameters, flags, child network and event callbacks.
 #pragma once
 
+#include "host/HostNodeCallbackList.h"
 #include "host/HostParmList.h"
 #include "host/HostSpareLayout.h"
 
@@ -176,12 +177,6 @@ private:
              int unique_id);
     void buildParms();
 
-    struct Callback
-    {
-        void *myCallee;
-        HostNodeEventCallback myCallback;
-    };
-
     HostDirector *myDirector;
     HostNetwork *myParent;
     HostOperator *myOperator;
@@ -193,7 +188,6 @@ private:
     std::vector<HostImportRecord> mySpareImports;
     std::unique_ptr<HostParmList> myParms;
     std::unique_ptr<HostNetwork> myChildren;
-    std::vector<Callback> myCallbacks;
+    HostNodeCallbackList<HostNodeEventCallback> myCallbacks;
     int myParmChanges = 0;
-    int mySendDepth = 0; ///< >0 while sendEvent runs; removals then only null the entry
 };

@@ -10,6 +10,7 @@
 #include "link/GZ_SettingList.h"
 #include "link/gz_Binding.h"
 #include "link/gz_References.h"
+#include "link/gz_SharedBindings.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
 
@@ -107,10 +108,29 @@ bool GZ_OpHandleLink::ethereal() const
 GZ_OpHandleLink::StringArray &GZ_OpHandleLink::opParmNames(const char *operator_type_name)
 {
     auto it = myOpTypeParmNames.find(orEmpty(operator_type_name));
-    if (it != myOpTypeParmNames.end())
-        return it->second;
-    return myOpTypeParmNames.emplace(orEmpty(operator_type_name), StringArray(getNumHandleParms()))
-        .first->second;
+    if (it == myOpTypeParmNames.end())
+        it = myOpTypeParmNames
+                 .emplace(orEmpty(operator_type_name),
+                          std::make_shared<StringArray>(getNumHandleParms()))
+                 .first;
+    // Held by the pool or a node's list as well, the list is copied before anybody changes
+    // it; held by this entry alone, it was made here (non-const) and is nobody else's.
+    std::shared_ptr<const StringArray> &names = it->second;
+    if (names.use_count() != 1)
+        names = std::make_shared<StringArray>(*names);
+    return const_cast<StringArray &>(*names);
+}
+
+std::shared_ptr<const GZ_OpHandleLink::StringArray>
+GZ_OpHandleLink::sharedOpParmNames(const std::string &operator_type_name)
+{
+    auto it = myOpTypeParmNames.find(operator_type_name);
+    if (it == myOpTypeParmNames.end())
+        it = myOpTypeParmNames
+                 .emplace(operator_type_name, std::make_shared<StringArray>(getNumHandleParms()))
+                 .first;
+    it->second = gz_SharedBindings::intern(std::move(it->second));
+    return it->second;
 }
 
 void GZ_OpHandleLink::clearOpTypeParmNamesMap()
@@ -167,7 +187,7 @@ void GZ_OpHandleLink::addParmNames(int opnum)
 {
     HostNode *node = getOpNode(opnum);
     const std::string type = node ? node->getOperatorName() : std::string();
-    myNodeParmNames.push_back(std::make_unique<StringArray>(opParmNames(type.c_str())));
+    myNodeParmNames.push_back(sharedOpParmNames(type));
 }
 
 void GZ_OpHandleLink::removeParmNames(int opnum)
@@ -781,7 +801,7 @@ int GZ_OpHandleLink::setEqual(const GZ_OpHandleLink &other)
             auto theirs = other.myOpTypeParmNames.find(type);
             if (theirs != other.myOpTypeParmNames.end())
             {
-                const StringArray names = theirs->second;
+                const StringArray names = *theirs->second;
                 for (int i = 0; i < static_cast<int>(names.size()); ++i)
                     if (!names[i].empty())
                         linkOpParm(type.c_str(), i, names[i].c_str());

@@ -130,6 +130,9 @@ public:
 
     // Bindings per operator type and per attached node.
     /// The bindings of every handle parameter for nodes of that operator type, created empty.
+    /// The reference is good until the next attach: lists are shared between links and
+    /// nodes while nobody changes them (see gz_SharedBindings), and this one is made the
+    /// link's own before it is returned.
     StringArray &opParmNames(const char *operator_type_name);
     void clearOpTypeParmNamesMap();
     /// Stores a binding; expressions and empty bindings leave the handle parameter on node 0,
@@ -377,11 +380,13 @@ private:
     /// Whether the undo diagnostics are printed (the cached host debug-log flag).
     static bool undoDebugLogging();
     std::string bindingOf(int opnum, int index) const;
+    /// The operator type's bindings, pooled so that nodes and other links can share them.
+    std::shared_ptr<const StringArray> sharedOpParmNames(const std::string &operator_type_name);
 
     const GZ_GZTemplate *myTemplate;
-    std::unordered_map<std::string, StringArray> myOpTypeParmNames;
+    std::unordered_map<std::string, std::shared_ptr<const StringArray>> myOpTypeParmNames;
     std::vector<int> myHandleParmOpnums;
-    std::vector<std::unique_ptr<StringArray>> myNodeParmNames;
+    std::vector<std::shared_ptr<const StringArray>> myNodeParmNames;
     std::vector<HostNode *> myOps;
     std::vector<HostNode *> myKeyframeOps;
     StringArray myInputGroupInterestNames;

@@ -14,6 +14,7 @@ struct EventLog
 {
     std::vector<std::string> myEvents;
     HostNode *myRemoveOnEvent = nullptr; ///< removes its own callback from this node
+    std::vector<const void *> *myOrder = nullptr; ///< where calls are recorded in order
 };
 
 void logEvent(HostNode *node, void *callee, HostNodeEvent event, void *data)
@@ -25,6 +26,8 @@ void logEvent(HostNode *node, void *callee, HostNodeEvent event, void *data)
     if (event == HOST_NODE_PARM_CHANGED)
         text += ":" + static_cast<HostParm *>(data)->getName();
     log->myEvents.push_back(text);
+    if (log->myOrder)
+        log->myOrder->push_back(callee);
     if (log->myRemoveOnEvent == node)
         node->removeEventCallback(callee, logEvent);
 }
@@ -169,6 +172,42 @@ TEST_F(HostNodeCreation, CallbacksAreUniqueAndMayRemoveThemselvesWhileCalled)
     geo->setFlag(HostNode::FLAG_DISPLAY, true); // unchanged: no event
     EXPECT_EQ(second.myEvents.size(), 3u);
     myDirector.clearScene(); // the local listeners die before TearDown
+}
+
+TEST_F(HostNodeCreation, ManyCallbacksKeepTheirOrderThroughRemovals)
+{
+    // Enough watchers that the node indexes them; half remove themselves while called.
+    HostNode *geo = make("tgeo", "/obj/geo1");
+    std::vector<EventLog> logs(40);
+    std::vector<const void *> order, expected;
+    for (EventLog &log : logs)
+    {
+        geo->addEventCallback(&log, logEvent);
+        geo->addEventCallback(&log, logEvent);
+        log.myOrder = &order;
+    }
+    for (size_t i = 0; i < logs.size(); i += 2)
+        logs[i].myRemoveOnEvent = geo;
+    geo->sendEvent(HOST_NODE_DATA_CHANGED);
+    EXPECT_EQ(order.size(), 40u);
+    order.clear();
+    // Registered again, a removed watcher comes last.
+    logs[0].myRemoveOnEvent = nullptr;
+    geo->addEventCallback(&logs[0], logEvent);
+    geo->sendEvent(HOST_NODE_FLAG_CHANGED);
+    for (size_t i = 1; i < logs.size(); i += 2)
+        expected.push_back(&logs[i]);
+    expected.push_back(&logs[0]);
+    EXPECT_EQ(order, expected);
+    for (size_t i = 1; i < logs.size(); ++i)
+        EXPECT_EQ(geo->hasEventCallback(&logs[i], logEvent), i % 2 == 1) << i;
+    for (size_t i = 1; i < logs.size(); i += 2)
+        geo->removeEventCallback(&logs[i], logEvent);
+    EXPECT_EQ(geo->getNumEventCallbacks(), 1);
+    order.clear();
+    geo->sendEvent(HOST_NODE_DATA_CHANGED);
+    EXPECT_EQ(order, std::vector<const void *>{&logs[0]});
+    myDirector.clearScene();
 }
 
 TEST_F(HostNodeCreation, ParmWritesNotifyAndRespectLocksAndAccess)

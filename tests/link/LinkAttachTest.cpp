@@ -3,6 +3,7 @@
 
 #include "host/HostCommandArgs.h"
 #include "link/GZ_SettingList.h"
+#include "link/gz_SharedBindings.h"
 
 #include <sstream>
 
@@ -98,6 +99,24 @@ TEST_F(LinkFixture, BindingsAreKeptPerOperatorType)
     EXPECT_EQ(link->allParmNames(0), (Names{"tx", "!3*2", "{2,0,0,1,tz}", "", ""}));
     EXPECT_EQ(link->allParmNames(1), Names(5));
     EXPECT_TRUE(link->allParmNames(7).empty());
+
+    // A node's list is a copy, shared with a link bound the same way until either changes.
+    auto twin = makeLink();
+    for (int i = 0; i < 3; ++i)
+        twin->linkOpParm("lxform", i, link->allParmNames(0)[i].c_str());
+    twin->attach(*a);
+    EXPECT_EQ(&twin->allParmNames(0), &link->allParmNames(0));
+    twin->opParmNames("lxform")[0] = "ty";
+    EXPECT_EQ(twin->allParmNames(0)[0], "tx");
+    EXPECT_EQ(link->opParmNames("lxform")[0], "tx");
+    // Lists nobody holds leave the pool: it stays far below the lists ever made.
+    for (int i = 0; i < 1000; ++i)
+    {
+        twin->linkOpParm("lbox", 3, std::to_string(i).c_str());
+        twin->attach(*box);
+        twin->detach(*box);
+    }
+    EXPECT_LT(gz_SharedBindings::size(), 200u);
     link->detach(*a); // bindings outlive a detach
     link->attach(*a);
     EXPECT_EQ(link->allParmNames(1)[2], "{2,0,0,1,tz}");
