@@ -125,8 +125,7 @@ HostNode *GZ_ImportUtils::parseOpSource(const char *source, const HostNode *rela
     path = source + OP_PREFIX_LENGTH;
     if (path.empty())
         return nullptr;
-    const HostDirector *director = HostDirector::instance();
-    return director ? director->findNode(path, relative_to) : nullptr;
+    return HostDirector::instance()->findNode(path, relative_to);
 }
 
 std::unique_ptr<HostScriptPage> GZ_ImportUtils::parseImportFile(const char *path)
