@@ -396,7 +396,8 @@ const std::string *HostCommandManager::variable(const std::string &name) const
 std::string HostCommandManager::expandVariables(const std::string &text) const
 {
     std::string from_environment;
-    auto lookup = [this, &from_environment](const std::string &name) -> const std::string * {
+    auto lookup = [this, &from_environment](const std::string &name) -> const std::string *
+    {
         if (const std::string *value = variable(name))
             return value;
         const char *env = std::getenv(name.c_str());

@@ -97,10 +97,14 @@ TEST_F(ImportUtilsTest, OpSourceFindsAndValidates)
         const char *source, *token;
         bool folder, multi, ok;
     } cases[] = {
-        {"op:/obj/src", "amp", false, false, true},   {"op:/obj/src", "amp", false, true, false},
-        {"op:/obj/src", "pts", false, true, true},    {"op:/obj/src", "gone", false, true, true},
-        {"op:/obj/src", "nope", false, false, false}, {"op:/obj/other", "amp", false, false, false},
-        {"/obj/src", "amp", false, false, false},     {"op:/obj/src", "fold:Extra", true, false, true},
+        {"op:/obj/src", "amp", false, false, true},
+        {"op:/obj/src", "amp", false, true, false},
+        {"op:/obj/src", "pts", false, true, true},
+        {"op:/obj/src", "gone", false, true, true},
+        {"op:/obj/src", "nope", false, false, false},
+        {"op:/obj/other", "amp", false, false, false},
+        {"/obj/src", "amp", false, false, false},
+        {"op:/obj/src", "fold:Extra", true, false, true},
         {"op:/obj/src", "fold:Hidden", true, false, false},
         {"op:/obj/src", "fold:Nope", true, false, false},
         {"op:/obj/src", "amp:Main", true, false, false},
@@ -108,7 +112,8 @@ TEST_F(ImportUtilsTest, OpSourceFindsAndValidates)
         {"op:/obj/src", nullptr, false, false, false},
     };
     for (const Case &c : cases)
-        EXPECT_EQ(IU::validateOpSource(c.source, c.token, c.folder, c.multi, "/obj/src", parms), c.ok)
+        EXPECT_EQ(IU::validateOpSource(c.source, c.token, c.folder, c.multi, "/obj/src", parms),
+                  c.ok)
             << c.source << " " << (c.token ? c.token : "(null)");
 }
 
@@ -141,11 +146,16 @@ TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
         const char *token;
         bool folder, multi, ok;
     } cases[] = {
-        {"amp", false, false, true},         {"inner", false, false, true},
-        {"pts", false, true, true},          {"pts", false, false, false},
-        {"pt#", false, true, false},         {"tabs:Second", true, false, true},
-        {"tabs:First", true, false, true},   {"tabs:", true, false, false},
-        {"tabs_1:Second", true, false, false}, {"amp:First", true, false, false},
+        {"amp", false, false, true},
+        {"inner", false, false, true},
+        {"pts", false, true, true},
+        {"pts", false, false, false},
+        {"pt#", false, true, false},
+        {"tabs:Second", true, false, true},
+        {"tabs:First", true, false, true},
+        {"tabs:", true, false, false},
+        {"tabs_1:Second", true, false, false},
+        {"amp:First", true, false, false},
     };
     for (const Case &c : cases)
         EXPECT_EQ(IU::validateFileSource(src, c.token, c.folder, c.multi, src, parms), c.ok)
