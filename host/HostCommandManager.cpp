@@ -3,6 +3,7 @@
 
 #include "host/HostCommandParser.h"
 
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <sstream>
@@ -413,6 +414,22 @@ const std::string *HostCommandManager::variable(const std::string &name) const
 {
     auto it = myVariables.find(name);
     return it == myVariables.end() ? nullptr : &it->second;
+}
+
+std::string HostCommandManager::expandVariables(const std::string &text) const
+{
+    std::string from_environment;
+    auto lookup = [this, &from_environment](const std::string &name) -> const std::string *
+    {
+        if (const std::string *value = variable(name))
+            return value;
+        const char *env = std::getenv(name.c_str());
+        if (!env)
+            return nullptr;
+        from_environment = env;
+        return &from_environment;
+    };
+    return HostCommandParser::expandVariables(text, lookup);
 }
 
 bool HostCommandManager::isValidVariableName(const std::string &name)

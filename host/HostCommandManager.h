@@ -138,6 +138,9 @@ public:
     /// The value of a variable, or null when it is not set.
     const std::string *variable(const std::string &name) const;
     const std::map<std::string, std::string> &variables() const { return myVariables; }
+    /// `text` with $NAME and ${NAME} replaced by the variable's value, else by the process
+    /// environment's (so "$HOME" works in paths); names set in neither stay as written.
+    std::string expandVariables(const std::string &text) const;
     /// Whether `name` can be a variable name ($NAME).
     static bool isValidVariableName(const std::string &name);
 

@@ -74,6 +74,20 @@ bool HostCommandParser::readDoubleQuoted(std::string &word)
     return false;
 }
 
+std::string HostCommandParser::expandVariables(const std::string &text, VariableLookup variables)
+{
+    HostCommandParser parser(text, 1, std::move(variables));
+    std::string out;
+    while (parser.myPos < parser.myText.size())
+    {
+        if (parser.myText[parser.myPos] == '$')
+            parser.expandVariable(out);
+        else
+            out += parser.myText[parser.myPos++];
+    }
+    return out;
+}
+
 // At a '$': appends the value of $NAME or ${NAME}, or the text as written when the name is
 // not set or the '$' starts no name.
 void HostCommandParser::expandVariable(std::string &word)

@@ -69,6 +69,10 @@ public:
     /// Whether `text` can be written without quotes.
     static bool isPlainWord(const std::string &text);
 
+    /// `text` with its $NAME and ${NAME} expanded as the parser expands them in words (an
+    /// unset name stays as written); nothing else in the text is special.
+    static std::string expandVariables(const std::string &text, VariableLookup variables);
+
 private:
     bool readSingleQuoted(std::string &word);
     bool readDoubleQuoted(std::string &word);
