@@ -1,0 +1,300 @@
+// HostReferenceIndex: which parameter components refer to a node's channels.
+#include "host/HostReferenceIndex.h"
+
+#include "host/HostNetwork.h"
+#include "host/HostNode.h"
+#include "host/HostParm.h"
+#include "host/HostParmList.h"
+
+#include <algorithm>
+#include <cctype>
+#include <functional>
+#include <tuple>
+
+namespace
+{
+bool isNameChar(char c)
+{
+    return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+}
+
+size_t skipSpaces(const std::string &text, size_t i)
+{
+    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i])))
+        ++i;
+    return i;
+}
+
+// Reads a quoted literal starting at text[i] (a quote) the way the expression lexer does;
+// on success `end` is the offset of the closing quote.
+bool readLiteral(const std::string &text, size_t i, std::string &contents, size_t &end)
+{
+    const char quote = text[i++];
+    contents.clear();
+    while (i < text.size())
+    {
+        char c = text[i++];
+        if (c == quote)
+        {
+            end = i - 1;
+            return true;
+        }
+        if (c == '\\' && i < text.size())
+        {
+            c = text[i++];
+            if (c == 'n')
+                c = '\n';
+            else if (c == 't')
+                c = '\t';
+            else if (c != '"' && c != '\'' && c != '\\')
+                contents += '\\';
+        }
+        contents += c;
+    }
+    return false;
+}
+
+// Every node under `node`, itself first.
+void forSubtree(HostNode &node, const std::function<void(HostNode &)> &visit)
+{
+    visit(node);
+    if (HostNetwork *children = node.getChildNetwork())
+        for (int i = 0; i < children->getNumNodes(); ++i)
+            forSubtree(*children->getNode(i), visit);
+}
+} // namespace
+
+std::vector<HostChannelPathLiteral> HostReferenceIndex::findChannelPaths(const std::string &text)
+{
+    std::vector<HostChannelPathLiteral> found;
+    for (size_t pos = text.find("ch"); pos != std::string::npos; pos = text.find("ch", pos + 1))
+    {
+        if (pos > 0 && (isNameChar(text[pos - 1]) || text[pos - 1] == '$'))
+            continue;
+        size_t i = pos + 2;
+        if (i < text.size() && text[i] == 's')
+            ++i;
+        i = skipSpaces(text, i);
+        if (i >= text.size() || text[i] != '(')
+            continue;
+        i = skipSpaces(text, i + 1);
+        if (i >= text.size() || (text[i] != '"' && text[i] != '\''))
+            continue;
+        HostChannelPathLiteral literal;
+        literal.myQuote = text[i];
+        literal.myBegin = i + 1;
+        if (!readLiteral(text, i, literal.myPath, literal.myEnd))
+            break;
+        // Only a literal that is the whole argument is a fixed path.
+        const size_t close = skipSpaces(text, literal.myEnd + 1);
+        pos = literal.myEnd;
+        if (close < text.size() && text[close] == ')')
+            found.push_back(std::move(literal));
+    }
+    return found;
+}
+
+bool HostReferenceIndex::splitChannelPath(const std::string &nodePath, const std::string &path,
+                                          std::string &targetNode, std::string &token)
+{
+    const size_t slash = path.rfind('/');
+    token = slash == std::string::npos ? path : path.substr(slash + 1);
+    if (token.empty())
+        return false;
+    std::vector<std::string> parts;
+    auto walk = [&parts](const std::string &text, size_t from, size_t to)
+    {
+        while (from < to)
+        {
+            size_t next = text.find('/', from);
+            if (next == std::string::npos || next > to)
+                next = to;
+            const std::string part = text.substr(from, next - from);
+            from = next + 1;
+            if (part.empty() || part == ".")
+                continue;
+            if (part != "..")
+                parts.push_back(part);
+            else if (parts.empty())
+                return false;
+            else
+                parts.pop_back();
+        }
+        return true;
+    };
+    const bool absolute = slash != std::string::npos && path[0] == '/';
+    if (!absolute && !walk(nodePath, 0, nodePath.size()))
+        return false;
+    if (slash != std::string::npos && !walk(path, 0, slash))
+        return false;
+    targetNode.clear();
+    for (const std::string &part : parts)
+        targetNode += "/" + part;
+    if (targetNode.empty())
+        targetNode = "/";
+    return true;
+}
+
+void HostReferenceIndex::update(HostParm &parm, int k)
+{
+    const std::string &text = parm.getExpression(k);
+    const bool mayRefer = text.find("ch") != std::string::npos;
+    if (!mayRefer && !parm.myReferenced)
+        return;
+    unfile(parm, k);
+    if (mayRefer)
+        file(parm, k, text);
+}
+
+void HostReferenceIndex::remove(HostParm &parm)
+{
+    if (!parm.myReferenced)
+        return;
+    for (int k = 0; k < parm.getVectorSize(); ++k)
+        unfile(parm, k);
+    myByParm.erase(&parm);
+    parm.myReferenced = false;
+}
+
+void HostReferenceIndex::unfile(HostParm &parm, int k)
+{
+    auto it = myByParm.find(&parm);
+    if (it == myByParm.end() || k >= static_cast<int>(it->second.size()))
+        return;
+    for (const Filed &f : it->second[k].myFiled)
+    {
+        auto target = myByTarget.find(f.myTarget);
+        if (target == myByTarget.end())
+            continue;
+        auto token = target->second.find(f.myToken);
+        if (token == target->second.end())
+            continue;
+        myNumEntries -= token->second.erase(Slot(&parm, k));
+        if (token->second.empty())
+            target->second.erase(token);
+        if (target->second.empty())
+            myByTarget.erase(target);
+    }
+    it->second[k].myFiled.clear();
+}
+
+void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
+{
+    const HostNode *node = parm.getNode();
+    if (!node)
+        return;
+    const std::string nodePath = node->getFullPath();
+    std::vector<Filed> filed;
+    for (HostChannelPathLiteral &literal : findChannelPaths(text))
+    {
+        Filed f;
+        if (!splitChannelPath(nodePath, literal.myPath, f.myTarget, f.myToken))
+            continue;
+        f.myPath = std::move(literal.myPath);
+        if (myByTarget[f.myTarget][f.myToken].insert(Slot(&parm, k)).second)
+            ++myNumEntries;
+        filed.push_back(std::move(f));
+    }
+    if (filed.empty())
+        return;
+    std::vector<ComponentRefs> &slots = myByParm[&parm];
+    slots.resize(parm.getVectorSize());
+    slots[k].myFiled = std::move(filed);
+    parm.myReferenced = true;
+}
+
+void HostReferenceIndex::nodeRenamed(HostNode &node)
+{
+    forSubtree(node,
+               [this](HostNode &n)
+               {
+                   HostParmList &list = n.getParmList();
+                   for (int i = 0; i < list.getEntries(); ++i)
+                   {
+                       HostParm *parm = list.getParm(i);
+                       if (!parm || !parm->myReferenced)
+                           continue;
+                       for (int k = 0; k < parm->getVectorSize(); ++k)
+                       {
+                           unfile(*parm, k);
+                           file(*parm, k, parm->getExpression(k));
+                       }
+                   }
+               });
+}
+
+bool HostReferenceIndex::refersTo(const HostParm &parm, const std::vector<Filed> &filed,
+                                  const HostNode &node, const HostParm *target, int targetK)
+{
+    const HostNode *from = parm.getNode();
+    for (const Filed &f : filed)
+    {
+        HostNode *n = nullptr;
+        HostParm *p = nullptr;
+        int k = -1;
+        if (!from->resolveChannel(f.myPath, n, p, k) || n != &node)
+            continue;
+        if (!target || (p == target && k == targetK))
+            return true;
+    }
+    return false;
+}
+
+void HostReferenceIndex::collect(const std::set<Slot> &slots, const HostNode &node,
+                                 const HostParm *target, int targetK, std::set<Slot> &seen,
+                                 std::vector<HostReferrer> &out) const
+{
+    for (const Slot &slot : slots)
+    {
+        if (!seen.insert(slot).second)
+            continue;
+        auto it = myByParm.find(slot.first);
+        if (it == myByParm.end())
+            continue;
+        if (refersTo(*slot.first, it->second[slot.second].myFiled, node, target, targetK))
+            out.push_back({slot.first, slot.second});
+    }
+}
+
+void HostReferenceIndex::sortReferrers(std::vector<HostReferrer> &refs)
+{
+    std::sort(refs.begin(), refs.end(),
+              [](const HostReferrer &a, const HostReferrer &b)
+              {
+                  return std::make_tuple(a.myParm->getNode()->getUniqueId(), a.myParm->getIndex(),
+                                         a.myComponent) <
+                         std::make_tuple(b.myParm->getNode()->getUniqueId(), b.myParm->getIndex(),
+                                         b.myComponent);
+              });
+}
+
+std::vector<HostReferrer> HostReferenceIndex::findReferrers(const HostNode &node,
+                                                            const HostParm &parm, int k) const
+{
+    std::vector<HostReferrer> out;
+    auto target = myByTarget.find(node.getFullPath());
+    if (target == myByTarget.end())
+        return out;
+    std::set<Slot> seen;
+    for (const auto &token : target->second)
+    {
+        int tk = -1;
+        if (node.findChannel(token.first, tk) == &parm && tk == k)
+            collect(token.second, node, &parm, k, seen, out);
+    }
+    sortReferrers(out);
+    return out;
+}
+
+std::vector<HostReferrer> HostReferenceIndex::findNodeReferrers(const HostNode &node) const
+{
+    std::vector<HostReferrer> out;
+    auto target = myByTarget.find(node.getFullPath());
+    if (target == myByTarget.end())
+        return out;
+    std::set<Slot> seen;
+    for (const auto &token : target->second)
+        collect(token.second, node, nullptr, -1, seen, out);
+    sortReferrers(out);
+    return out;
+}
