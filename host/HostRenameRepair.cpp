@@ -120,7 +120,7 @@ void HostRenameRepair::apply(double time, std::vector<std::string> &warnings) co
         HostParm *parm = node ? node->getParm(r.myParm) : nullptr;
         if (!parm)
             continue;
-        if (!node->canAccess(HostNode::ACCESS_WRITE, *parm) || parm->isLocked(r.myComponent))
+        if (!node->canModify() || parm->isLocked(r.myComponent))
         {
             warnings.push_back(node->getFullPath() + "/" + parm->getChannelName(r.myComponent) +
                                ": cannot update the reference to " + myOldPath);

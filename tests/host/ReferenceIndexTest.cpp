@@ -147,3 +147,38 @@ TEST_F(ReferenceIndex, RenameRepairRewritesPathsIntoTheNode)
               std::vector<std::string>{"/obj/geo2/ty: cannot update the reference to /obj/geo1"});
     EXPECT_EQ(referrers("/obj/geo9", "tx"), (std::vector<std::string>{"geo2/tx", "box1/label"}));
 }
+
+TEST_F(ReferenceIndex, BakeKeepsTheValueDropsTheReferenceAndUndoes)
+{
+    make("tgeo", "/obj/geo1")->getParm("t")->setValue(0, 1.5);
+    HostNode *geo2 = make("tgeo", "/obj/geo2");
+    HostNode *box = make("tbox", "/obj/geo2/box1");
+    expr("/obj/geo2", "tx", "ch(\"../geo1/tx\") * 2");
+    expr("/obj/geo2/box1", "label", "\"v\" + chs(\"../../geo1/tx\")");
+    geo2->getParm("t")->setKey(1, 0.0, 4.0);
+    HostParm &t = *geo2->getParm("t");
+    HostParm &label = *box->getParm("label");
+
+    HostUndoManager &undo = myDirector.getUndoManager();
+    const int block = undo.beginUndoBlock("bake");
+    EXPECT_TRUE(geo2->bakeParmValue(t, 0, 0.0));
+    EXPECT_TRUE(geo2->bakeParmValue(t, 1, 0.0));
+    EXPECT_TRUE(geo2->bakeParmValue(t, 2, 0.0)); // a constant: nothing to do
+    EXPECT_TRUE(box->bakeParmValue(label, 0, 0.0));
+    undo.endUndoBlock(block);
+    EXPECT_FALSE(t.hasExpression(0) || t.hasChannel(1) || label.hasExpression(0));
+    EXPECT_EQ(t.getValue(0), 3.0);
+    EXPECT_EQ(t.getValue(1), 4.0);
+    EXPECT_EQ(label.getString(0), "v1.5");
+    EXPECT_EQ(referrers("/obj/geo1", "tx"), std::vector<std::string>{});
+
+    undo.undo();
+    EXPECT_EQ(t.getExpression(0), "ch(\"../geo1/tx\") * 2");
+    EXPECT_TRUE(t.hasChannel(1));
+    EXPECT_EQ(referrers("/obj/geo1", "tx"), (std::vector<std::string>{"geo2/tx", "box1/label"}));
+
+    geo2->setPermissions(0);
+    EXPECT_FALSE(geo2->canModify());
+    EXPECT_FALSE(geo2->bakeParmValue(t, 0, 0.0));
+    EXPECT_TRUE(t.hasExpression(0));
+}
