@@ -224,24 +224,37 @@ void HostReferenceIndex::nodeRenamed(HostNode &node)
 }
 
 bool HostReferenceIndex::refersTo(const HostParm &parm, const std::vector<Filed> &filed,
-                                  const HostNode &node, const HostParm *target, int targetK)
+                                  const Match &m)
 {
     const HostNode *from = parm.getNode();
     for (const Filed &f : filed)
     {
+        if (m.myToken)
+        {
+            // By name: the node part must lead to the node; the channel need not exist.
+            if (f.myToken != *m.myToken)
+                continue;
+            const size_t slash = f.myPath.rfind('/');
+            const HostNode *n =
+                slash == std::string::npos
+                    ? from
+                    : from->findNode(slash == 0 ? std::string("/") : f.myPath.substr(0, slash));
+            if (n == m.myNode)
+                return true;
+            continue;
+        }
         HostNode *n = nullptr;
         HostParm *p = nullptr;
         int k = -1;
-        if (!from->resolveChannel(f.myPath, n, p, k) || n != &node)
+        if (!from->resolveChannel(f.myPath, n, p, k) || n != m.myNode)
             continue;
-        if (!target || (p == target && k == targetK))
+        if (!m.myParm || (p == m.myParm && k == m.myComponent))
             return true;
     }
     return false;
 }
 
-void HostReferenceIndex::collect(const std::set<Slot> &slots, const HostNode &node,
-                                 const HostParm *target, int targetK, std::set<Slot> &seen,
+void HostReferenceIndex::collect(const std::set<Slot> &slots, const Match &m, std::set<Slot> &seen,
                                  std::vector<HostReferrer> &out) const
 {
     for (const Slot &slot : slots)
@@ -251,7 +264,7 @@ void HostReferenceIndex::collect(const std::set<Slot> &slots, const HostNode &no
         auto it = myByParm.find(slot.first);
         if (it == myByParm.end())
             continue;
-        if (refersTo(*slot.first, it->second[slot.second].myFiled, node, target, targetK))
+        if (refersTo(*slot.first, it->second[slot.second].myFiled, m))
             out.push_back({slot.first, slot.second});
     }
 }
@@ -280,7 +293,7 @@ std::vector<HostReferrer> HostReferenceIndex::findReferrers(const HostNode &node
     {
         int tk = -1;
         if (node.findChannel(token.first, tk) == &parm && tk == k)
-            collect(token.second, node, &parm, k, seen, out);
+            collect(token.second, Match{&node, &parm, k, nullptr}, seen, out);
     }
     sortReferrers(out);
     return out;
@@ -294,7 +307,23 @@ std::vector<HostReferrer> HostReferenceIndex::findNodeReferrers(const HostNode &
         return out;
     std::set<Slot> seen;
     for (const auto &token : target->second)
-        collect(token.second, node, nullptr, -1, seen, out);
+        collect(token.second, Match{&node, nullptr, -1, nullptr}, seen, out);
+    sortReferrers(out);
+    return out;
+}
+
+std::vector<HostReferrer> HostReferenceIndex::findReferrersByName(const HostNode &node,
+                                                                  const std::string &channel) const
+{
+    std::vector<HostReferrer> out;
+    auto target = myByTarget.find(node.getFullPath());
+    if (target == myByTarget.end())
+        return out;
+    auto token = target->second.find(channel);
+    if (token == target->second.end())
+        return out;
+    std::set<Slot> seen;
+    collect(token->second, Match{&node, nullptr, -1, &channel}, seen, out);
     sortReferrers(out);
     return out;
 }

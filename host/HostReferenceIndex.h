@@ -60,6 +60,11 @@ public:
     /// ordered by referring node id, parameter index and component.
     std::vector<HostReferrer> findReferrers(const HostNode &node, const HostParm &parm,
                                             int k) const;
+    /// The components whose paths lead to `node` and name `channel` there as written,
+    /// whether or not the node still has such a channel: the referrers of a parameter that
+    /// was renamed or deleted are found by its old name. Same order.
+    std::vector<HostReferrer> findReferrersByName(const HostNode &node,
+                                                  const std::string &channel) const;
     /// The components that refer to any channel of `node`, in the same order.
     std::vector<HostReferrer> findNodeReferrers(const HostNode &node) const;
 
@@ -90,10 +95,18 @@ private:
     void unfile(HostParm &parm, int k);
     void file(HostParm &parm, int k, const std::string &text);
     /// Whether component (parm, k) holds a path that resolves to the given target.
-    static bool refersTo(const HostParm &parm, const std::vector<Filed> &filed,
-                         const HostNode &node, const HostParm *target, int targetK);
-    void collect(const std::set<Slot> &slots, const HostNode &node, const HostParm *target,
-                 int targetK, std::set<Slot> &seen, std::vector<HostReferrer> &out) const;
+    /// What a referrer must match: the target node, and either a component (null parm:
+    /// any) or, with a token, the channel name as written.
+    struct Match
+    {
+        const HostNode *myNode;
+        const HostParm *myParm;
+        int myComponent;
+        const std::string *myToken;
+    };
+    static bool refersTo(const HostParm &parm, const std::vector<Filed> &filed, const Match &m);
+    void collect(const std::set<Slot> &slots, const Match &m, std::set<Slot> &seen,
+                 std::vector<HostReferrer> &out) const;
     static void sortReferrers(std::vector<HostReferrer> &refs);
 
     /// Referring components by parameter; each vector is indexed by component.

@@ -58,6 +58,15 @@ protected:
                           r.myParm->getChannelName(r.myComponent));
         return out;
     }
+    std::vector<std::string> byName(const std::string &path, const std::string &channel)
+    {
+        std::vector<std::string> out;
+        for (const HostReferrer &r : myDirector.getReferenceIndex().findReferrersByName(
+                 *myDirector.findNode(path), channel))
+            out.push_back(r.myParm->getNode()->getName() + "/" +
+                          r.myParm->getChannelName(r.myComponent));
+        return out;
+    }
     void expr(const std::string &path, const std::string &channel, const std::string &text)
     {
         int k = -1;
@@ -82,6 +91,13 @@ TEST_F(ReferenceIndex, FollowsValuesNodesAndNames)
     EXPECT_EQ(referrers("/obj/geo1", "scale"), (V{"box1/label"}));
     EXPECT_EQ(referrers("/obj/geo2", "tx"), (V{"box1/sizex"}));
     EXPECT_EQ(referrers("/obj/geo1", "tz"), V{});
+    // By name, a channel the node does not have (a parameter renamed away) is still found.
+    expr("/obj/geo2", "rx", "ch(\"../geo1/old\") + ch(\"../geo2/../geo1/t\")");
+    EXPECT_EQ(byName("/obj/geo1", "old"), (V{"geo2/rx"}));
+    EXPECT_EQ(byName("/obj/geo1", "t"), (V{"geo2/tx", "geo2/rx"}));
+    EXPECT_EQ(referrers("/obj/geo1", "tx"), (V{"geo2/tx", "geo2/rx"}));
+    EXPECT_EQ(byName("/obj/geo1", "tx"), (V{"geo2/tx"}));
+    myDirector.findNode("/obj/geo2")->getParm("r")->setValue(0, 0.0, 1.0, false);
 
     // A constant replaces the expression; undo of the parameter brings it back.
     HostParm *ty = myDirector.findNode("/obj/geo2")->getParm("t");
