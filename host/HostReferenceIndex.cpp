@@ -5,54 +5,50 @@
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "host/HostParmList.h"
+#include "host/gz_ExprLexer.h"
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
+#include <memory>
 #include <tuple>
 
 namespace
 {
-bool isNameChar(char c)
+// A cursor over the tokens of an expression text that goes on after a character the
+// language does not know (the text may be in the scripting language), so that every ch()
+// call with a literal path is seen.
+class TokenCursor
 {
-    return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
-}
+public:
+    explicit TokenCursor(const std::string &text) : myText(text) { restart(0); }
 
-size_t skipSpaces(const std::string &text, size_t i)
-{
-    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i])))
-        ++i;
-    return i;
-}
-
-// Reads a quoted literal starting at text[i] (a quote) the way the expression lexer does;
-// on success `end` is the offset of the closing quote.
-bool readLiteral(const std::string &text, size_t i, std::string &contents, size_t &end)
-{
-    const char quote = text[i++];
-    contents.clear();
-    while (i < text.size())
+    gz_ExprToken next()
     {
-        char c = text[i++];
-        if (c == quote)
+        for (;;)
         {
-            end = i - 1;
-            return true;
+            gz_ExprToken token = myLexer->next();
+            token.myOffset += myBase;
+            if (token.myKind != gz_ExprTokenKind::Error)
+                return token;
+            if (token.myOffset + 1 >= myText.size())
+                return gz_ExprToken{};
+            restart(token.myOffset + 1);
         }
-        if (c == '\\' && i < text.size())
-        {
-            c = text[i++];
-            if (c == 'n')
-                c = '\n';
-            else if (c == 't')
-                c = '\t';
-            else if (c != '"' && c != '\'' && c != '\\')
-                contents += '\\';
-        }
-        contents += c;
     }
-    return false;
-}
+
+private:
+    void restart(size_t from)
+    {
+        myBase = from;
+        myRest = myText.substr(from);
+        myLexer = std::make_unique<gz_ExprLexer>(myRest);
+    }
+
+    const std::string &myText;
+    std::string myRest;
+    size_t myBase = 0;
+    std::unique_ptr<gz_ExprLexer> myLexer;
+};
 
 // Every node under `node`, itself first.
 void forSubtree(HostNode &node, const std::function<void(HostNode &)> &visit)
@@ -67,31 +63,31 @@ void forSubtree(HostNode &node, const std::function<void(HostNode &)> &visit)
 std::vector<HostChannelPathLiteral> HostReferenceIndex::findChannelPaths(const std::string &text)
 {
     std::vector<HostChannelPathLiteral> found;
-    for (size_t pos = text.find("ch"); pos != std::string::npos; pos = text.find("ch", pos + 1))
+    if (text.find("ch") == std::string::npos)
+        return found;
+    // The last four tokens: a call is Ident "ch"/"chs", "(", String, ")".
+    gz_ExprToken window[4];
+    TokenCursor cursor(text);
+    for (;;)
     {
-        if (pos > 0 && (isNameChar(text[pos - 1]) || text[pos - 1] == '$'))
-            continue;
-        size_t i = pos + 2;
-        if (i < text.size() && text[i] == 's')
-            ++i;
-        i = skipSpaces(text, i);
-        if (i >= text.size() || text[i] != '(')
-            continue;
-        i = skipSpaces(text, i + 1);
-        if (i >= text.size() || (text[i] != '"' && text[i] != '\''))
+        std::rotate(window, window + 1, window + 4);
+        window[3] = cursor.next();
+        if (window[3].myKind == gz_ExprTokenKind::End)
+            return found;
+        const bool call = window[0].myKind == gz_ExprTokenKind::Ident &&
+                          (window[0].myText == "ch" || window[0].myText == "chs") &&
+                          window[1].myKind == gz_ExprTokenKind::Op && window[1].myText == "(" &&
+                          window[2].myKind == gz_ExprTokenKind::String &&
+                          window[3].myKind == gz_ExprTokenKind::Op && window[3].myText == ")";
+        if (!call)
             continue;
         HostChannelPathLiteral literal;
-        literal.myQuote = text[i];
-        literal.myBegin = i + 1;
-        if (!readLiteral(text, i, literal.myPath, literal.myEnd))
-            break;
-        // Only a literal that is the whole argument is a fixed path.
-        const size_t close = skipSpaces(text, literal.myEnd + 1);
-        pos = literal.myEnd;
-        if (close < text.size() && text[close] == ')')
-            found.push_back(std::move(literal));
+        literal.myPath = window[2].myText;
+        literal.myQuote = text[window[2].myOffset];
+        literal.myBegin = window[2].myOffset + 1;
+        literal.myEnd = text.rfind(literal.myQuote, window[3].myOffset);
+        found.push_back(std::move(literal));
     }
-    return found;
 }
 
 bool HostReferenceIndex::splitChannelPath(const std::string &nodePath, const std::string &path,

@@ -23,6 +23,8 @@ TEST(ReferenceIndexText, FindsLiteralPathsOnly)
     EXPECT_EQ(paths("1 + chs ( '../a/b' ) * ch(\"x\\\"y\")"), (V{"../a/b@11-17", "x\"y@27-31"}));
     EXPECT_EQ(paths("mych(\"tx\") + $ch + ch(\"a\" + \"b\") + ch(name) + ch(\"open"), V{});
     EXPECT_EQ(paths("chx(\"tx\") + ch(\"\")"), V{"@16-16"});
+    // Text in another language: characters this one lacks do not hide later calls.
+    EXPECT_EQ(paths("zum.ch('a/b')[0] # ch(\"c\")"), (V{"a/b@8-11", "c@23-24"}));
 
     std::string node, token;
     struct Row
