@@ -277,8 +277,9 @@ void HostReferenceIndex::sortReferrers(std::vector<HostReferrer> &refs)
               });
 }
 
-std::vector<HostReferrer> HostReferenceIndex::findReferrers(const HostNode &node,
-                                                            const HostParm &parm, int k) const
+std::vector<HostReferrer>
+HostReferenceIndex::find(const HostNode &node, const Match &m,
+                         const std::function<bool(const std::string &)> &takeToken) const
 {
     std::vector<HostReferrer> out;
     auto target = myByTarget.find(node.getFullPath());
@@ -286,40 +287,32 @@ std::vector<HostReferrer> HostReferenceIndex::findReferrers(const HostNode &node
         return out;
     std::set<Slot> seen;
     for (const auto &token : target->second)
-    {
-        int tk = -1;
-        if (node.findChannel(token.first, tk) == &parm && tk == k)
-            collect(token.second, Match{&node, &parm, k, nullptr}, seen, out);
-    }
+        if (takeToken(token.first))
+            collect(token.second, m, seen, out);
     sortReferrers(out);
     return out;
 }
 
-std::vector<HostReferrer> HostReferenceIndex::findNodeReferrers(const HostNode &node) const
+std::vector<HostReferrer> HostReferenceIndex::findReferrers(const HostNode &node,
+                                                            const HostParm &parm, int k) const
 {
-    std::vector<HostReferrer> out;
-    auto target = myByTarget.find(node.getFullPath());
-    if (target == myByTarget.end())
-        return out;
-    std::set<Slot> seen;
-    for (const auto &token : target->second)
-        collect(token.second, Match{&node, nullptr, -1, nullptr}, seen, out);
-    sortReferrers(out);
-    return out;
+    // Each token is resolved once on the target, however many components write it.
+    return find(node, Match{&node, &parm, k, nullptr},
+                [&](const std::string &token)
+                {
+                    int tk = -1;
+                    return node.findChannel(token, tk) == &parm && tk == k;
+                });
 }
 
 std::vector<HostReferrer> HostReferenceIndex::findReferrersByName(const HostNode &node,
                                                                   const std::string &channel) const
 {
-    std::vector<HostReferrer> out;
-    auto target = myByTarget.find(node.getFullPath());
-    if (target == myByTarget.end())
-        return out;
-    auto token = target->second.find(channel);
-    if (token == target->second.end())
-        return out;
-    std::set<Slot> seen;
-    collect(token->second, Match{&node, nullptr, -1, &channel}, seen, out);
-    sortReferrers(out);
-    return out;
+    return find(node, Match{&node, nullptr, -1, &channel},
+                [&](const std::string &token) { return token == channel; });
+}
+
+std::vector<HostReferrer> HostReferenceIndex::findNodeReferrers(const HostNode &node) const
+{
+    return find(node, Match{&node, nullptr, -1, nullptr}, [](const std::string &) { return true; });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <set>
 #include <string>
 #include <unordered_map>
@@ -108,6 +109,9 @@ private:
     void collect(const std::set<Slot> &slots, const Match &m, std::set<Slot> &seen,
                  std::vector<HostReferrer> &out) const;
     static void sortReferrers(std::vector<HostReferrer> &refs);
+    /// The referrers filed under `node` for the tokens taken that match `m`, sorted.
+    std::vector<HostReferrer> find(const HostNode &node, const Match &m,
+                                   const std::function<bool(const std::string &)> &takeToken) const;
 
     /// Referring components by parameter; each vector is indexed by component.
     std::unordered_map<const HostParm *, std::vector<ComponentRefs>> myByParm;
