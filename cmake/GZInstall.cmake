@@ -11,6 +11,16 @@ foreach(folder host resource link persistent scriptedit)
     FILES_MATCHING PATTERN "*.h")
 endforeach()
 install(EXPORT GZTargets NAMESPACE GZ:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/GZ)
+# The scripting layer is the package's optional component GZPython (its header uses the
+# standard library alone; CPython stays a private dependency of the shared library).
+if(TARGET GZPython)
+  install(TARGETS GZPython EXPORT GZPythonTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES ${PROJECT_SOURCE_DIR}/python/HostPython.h
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/GZ/python)
+  install(EXPORT GZPythonTargets NAMESPACE GZ:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/GZ)
+endif()
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/GZConfig.cmake.in
   ${PROJECT_BINARY_DIR}/GZConfig.cmake
   INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/GZ)

@@ -4,7 +4,15 @@ get_filename_component(dir ${SCRIPT} DIRECTORY)
 get_filename_component(name ${SCRIPT} NAME_WE)
 file(REMOVE_RECURSE ${WORKDIR})
 file(MAKE_DIRECTORY ${WORKDIR})
-execute_process(COMMAND ${GZSH} -p ${dir}/data ${SCRIPT}
+# NAME.args, when present, holds more gzsh arguments, put before the script; @DIR@ in them
+# is the script's directory.
+set(extra_args "")
+if(EXISTS ${dir}/${name}.args)
+  file(STRINGS ${dir}/${name}.args extra_args)
+  string(REPLACE "@DIR@" "${dir}" extra_args "${extra_args}")
+  separate_arguments(extra_args UNIX_COMMAND "${extra_args}")
+endif()
+execute_process(COMMAND ${GZSH} -p ${dir}/data ${extra_args} ${SCRIPT}
   WORKING_DIRECTORY ${WORKDIR}
   OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE rc)
 set(failed FALSE)

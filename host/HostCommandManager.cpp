@@ -226,6 +226,10 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
         return false;
     }
     gz_ExecScope scope(myCurrentOut, myCurrentErr, myDepth);
+    if (options.out)
+        myCurrentOut = options.out;
+    if (options.err)
+        myCurrentErr = options.err;
     if (!options.output)
         myCurrentOut = myNullStream.get();
     if (!options.errors)

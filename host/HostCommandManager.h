@@ -36,6 +36,10 @@ struct HostExecOptions
     /// "SOURCE:LINE: " too (files run by other commands, whose errors would not otherwise
     /// say where they stand).
     bool locateCommandErrors = false;
+    /// Streams that take this text's output and errors instead of the current ones, so that
+    /// a caller (a script) gets them back; null keeps the current ones. Not owned.
+    std::ostream *out = nullptr;
+    std::ostream *err = nullptr;
 };
 
 /// The host's command interpreter. Commands are installed by name with an option string (a

@@ -295,6 +295,12 @@ void HostNode::setSpareTemplates(const HostParmTemplateList &templates)
     sendEvent(HOST_NODE_INTERFACE_CHANGED);
 }
 
+void HostNode::setSpareLayout(const HostSpareLayout &layout)
+{
+    mySpareImports = layout.myImports;
+    setSpareTemplates(layout.myTemplates);
+}
+
 void HostNode::rebuildParms()
 {
     std::vector<std::string> order;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostParmList.h"
+#include "host/HostSpareLayout.h"
 
 #include <memory>
 #include <string>
@@ -146,6 +147,13 @@ public:
     /// Replaces the spare templates and rebuilds the spare parameters; values of parameters
     /// whose name and size survive are kept. Sends HOST_NODE_INTERFACE_CHANGED.
     void setSpareTemplates(const HostParmTemplateList &templates);
+    /// The import records placed among the spare templates.
+    const std::vector<HostImportRecord> &getSpareImports() const { return mySpareImports; }
+    /// The whole spare interface: templates and import records.
+    HostSpareLayout getSpareLayout() const { return {mySpareTemplates, mySpareImports}; }
+    /// Replaces templates and import records as `setSpareTemplates` does (not undoable; see
+    /// HostSpareUpdate for the undoable edit).
+    void setSpareLayout(const HostSpareLayout &layout);
     /// Rebuilds every parameter after the operator's templates changed, keeping values of
     /// parameters whose name and size survive. Sends HOST_NODE_TEMPLATES_CHANGED.
     void rebuildParms();
@@ -190,6 +198,7 @@ private:
     unsigned myFlags = 0;
     unsigned myPermissions = 0777;
     HostParmTemplateList mySpareTemplates;
+    std::vector<HostImportRecord> mySpareImports;
     std::unique_ptr<HostParmList> myParms;
     std::unique_ptr<HostNetwork> myChildren;
     std::vector<Callback> myCallbacks;

@@ -5,6 +5,7 @@
 #include "host/HostNode.h"
 #include "host/HostNodeExprContext.h"
 #include "host/HostParm.h"
+#include "host/HostScriptEvaluator.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -54,7 +55,9 @@ bool evaluateText(const HostParm &parm, const std::string &text, HostStringMeani
     if (language == HOST_STRING_SCRIPT)
     {
         value = HostExprValue();
-        error = "Scripting-language expressions are not evaluated here";
+        if (HostScriptEvaluator *evaluator = HostScriptEvaluator::installed())
+            return evaluator->evaluate(parm, text, time, value, error);
+        error = HostScriptEvaluator::theNotEvaluated;
         return false;
     }
     HostNodeExprContext context(parm.getNode(), time);

@@ -4,6 +4,7 @@
 #include "shell/ShellCommand.h"
 #include "shell/ShellOperatorCatalog.h"
 #include "shell/ShellResourceManager.h"
+#include "shell/ShellScripting.h"
 #include "shell/ShellViewerClasses.h"
 
 #include "host/HostCommandManager.h"
@@ -54,7 +55,7 @@ HostDirector &Shell::director() const
 
 const char *Shell::usageLine()
 {
-    return "usage: gzsh [-p DIR]... [-c TEXT] [FILE...]";
+    return "usage: gzsh [-n] [-p DIR]... [-c TEXT] [FILE...]";
 }
 
 std::string Shell::dataDirectory()
@@ -132,11 +133,26 @@ bool Shell::findScript(const std::string &name, std::string &path)
 bool Shell::runFile(const std::string &path, const std::string &label)
 {
     std::string found, text;
+    if (ShellScripting::isPythonFile(path))
+        return runPythonFile(path);
     if (!findScript(path, found) || !HostReader::readFile(found, text))
         return false;
     HostExecOptions options;
     options.source = label.empty() ? baseName(path) : label;
     myCommands->execute(text, options);
+    return true;
+}
+
+bool Shell::runPythonFile(const std::string &path)
+{
+    std::string found, error;
+    if (!findScript(path, found))
+        return false;
+    if (!ShellScripting::runFile(found, {}, error) && !error.empty())
+    {
+        myCommands->err() << "gzsh: " << path << ": " << error << "\n";
+        myFileFailed = true;
+    }
     return true;
 }
 
@@ -201,6 +217,11 @@ int Shell::main(int argc, const char *const *argv)
             options_done = true;
             continue;
         }
+        if (arg == "-n")
+        {
+            myScripting = false;
+            continue;
+        }
         if (arg == "-h" || arg == "--help")
         {
             std::cout << usageLine() << "\n";
@@ -230,6 +251,8 @@ int Shell::main(int argc, const char *const *argv)
     }
 
     startup(dirs);
+    // Only gzsh itself starts Python; shells driven in-process (tests, fuzzers) run without.
+    ShellScripting::start(myScripting);
     for (const std::string &file : files)
     {
         if (myCommands->exitRequested())
@@ -256,5 +279,6 @@ int Shell::main(int argc, const char *const *argv)
         }
     }
     std::cout.flush();
+    ShellScripting::stop();
     return status();
 }

@@ -37,6 +37,9 @@ public:
     /// Runs a script file (found as given, else on the search path). `label` names it in
     /// messages (its file name when empty). False when the file cannot be read.
     bool runFile(const std::string &path, const std::string &label = "");
+    /// Runs a Python file (found as given, else on the search path) in gzsh's interpreter.
+    /// False when the file cannot be found; when it cannot run the reason is reported.
+    bool runPythonFile(const std::string &path);
     /// Runs text; `label` names it in the interpreter's messages.
     void runText(const std::string &text, const std::string &label);
     /// Reads commands from the interactive prompt until end of input or `exit`.
@@ -65,4 +68,6 @@ private:
 
     HostCommandManager *myCommands;
     bool myFileFailed = false;
+    /// Python runs unless gzsh -n turned it off.
+    bool myScripting = true;
 };

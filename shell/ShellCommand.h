@@ -44,3 +44,10 @@ std::vector<ShellCommand> shellHandleCommands();
 
 /// Handle menu operations and parameter cache periods (ShellHandleOpCommands.cpp).
 std::vector<ShellCommand> shellHandleOpCommands();
+
+/// The python command (ShellPythonCommands.cpp).
+std::vector<ShellCommand> shellPythonCommands();
+
+/// Spare parameters of nodes and the parameter sections of operator types
+/// (ShellSpareCommands.cpp).
+std::vector<ShellCommand> shellSpareCommands();

@@ -9,6 +9,8 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellStateCommands,
         &shellHandleCommands,
         &shellHandleOpCommands,
+        &shellPythonCommands,
+        &shellSpareCommands,
     };
     return theGroups;
 }

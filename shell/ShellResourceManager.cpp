@@ -10,7 +10,12 @@
 #include "host/HostOperatorTable.h"
 #include "host/HostParm.h"
 #include "host/HostParmList.h"
+#include "link/GZ_PythonHandle.h"
+#include "link/GZ_PythonState.h"
 #include "resource/GZ_StateTemplate.h"
+#include "shell/ShellViewerClasses.h"
+
+#include <algorithm>
 
 #include <set>
 #include <utility>
@@ -83,6 +88,58 @@ void ShellResourceManager::operatorDeleted(HostOperator *op)
             ++it;
     }
     GZ_ResourceManager::operatorDeleted(op);
+}
+
+int ShellResourceManager::registerOpHandleLink(GZ_GZTemplate *gz)
+{
+    if (gz && !gz->constructor() && dynamic_cast<GZ_PythonHandle::GZTemplate *>(gz))
+        gz->constructor(ShellViewerClasses::genericHandleClass());
+    return GZ_ResourceManager::registerOpHandleLink(gz);
+}
+
+const std::vector<std::string> &ShellResourceManager::getViewerHandleTypeNames() const
+{
+    myViewerHandleNames.clear();
+    for (const auto &item : getOpHandleLinks())
+        if (dynamic_cast<const GZ_PythonHandle::GZTemplate *>(item.second.get()))
+            myViewerHandleNames.push_back(item.first);
+    std::sort(myViewerHandleNames.begin(), myViewerHandleNames.end());
+    return myViewerHandleNames;
+}
+
+bool ShellResourceManager::isRegisteredViewerHandle(const char *name) const
+{
+    return viewerHandleTemplate(name) != nullptr;
+}
+
+const GZ_PythonHandle::Template *ShellResourceManager::viewerHandleTemplate(const char *name) const
+{
+    return dynamic_cast<const GZ_PythonHandle::Template *>(getHandleTemplate(name));
+}
+
+bool ShellResourceManager::isRegisteredViewerState(const char *name) const
+{
+    return viewerStateTemplate(name) != nullptr;
+}
+
+GZ_PythonState::Template *ShellResourceManager::viewerStateTemplate(const char *name)
+{
+    const ShellResourceManager &self = *this;
+    return const_cast<GZ_PythonState::Template *>(self.viewerStateTemplate(name));
+}
+
+const GZ_PythonState::Template *ShellResourceManager::viewerStateTemplate(const char *name) const
+{
+    if (!name)
+        return nullptr;
+    for (int v = 0; v < GZ_NUM_VIEWER_TYPES; ++v)
+        for (int n = 0; n < GZ_NETWORK_MAX_TYPES; ++n)
+            for (const GZ_StateTemplate *state :
+                 stateList(static_cast<GZ_ViewerType>(v), static_cast<GZ_NetworkType>(n)))
+                if (state->name() == name)
+                    if (auto *scripted = dynamic_cast<const GZ_PythonState::Template *>(state))
+                        return scripted;
+    return nullptr;
 }
 
 void ShellResourceManager::addAutomaticStates(GZ_NetworkType type)

@@ -4,7 +4,9 @@
 
 #include "resource/GZ_ResourceManager.h"
 
+#include <string>
 #include <unordered_set>
+#include <vector>
 
 class HostDirector;
 
@@ -26,6 +28,18 @@ public:
 
     void operatorDeleted(HostOperator *op) override;
 
+    /// Handles written in Python are shown by gzsh's generic handle class, like built-in ones.
+    int registerOpHandleLink(GZ_GZTemplate *gz) override;
+
+    // Handles and states written in Python: the ones registered with this manager whose
+    // templates are scripted ones. Names come in name order.
+    const std::vector<std::string> &getViewerHandleTypeNames() const override;
+    bool isRegisteredViewerHandle(const char *name) const override;
+    const GZ_PythonHandle::Template *viewerHandleTemplate(const char *name) const override;
+    bool isRegisteredViewerState(const char *name) const override;
+    GZ_PythonState::Template *viewerStateTemplate(const char *name) override;
+    const GZ_PythonState::Template *viewerStateTemplate(const char *name) const override;
+
     /// Opens a parameter cache period: until the matching close, handle links hand the
     /// components they would key or scope to the cache. Periods nest.
     static void beginParmsCache() { startParmsCache(); }
@@ -43,4 +57,5 @@ private:
     static void applyParmsCache(HostDirector &director);
 
     std::unordered_set<GZ_StateTemplate *> myAutomaticStates;
+    mutable std::vector<std::string> myViewerHandleNames;
 };

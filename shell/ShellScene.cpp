@@ -12,10 +12,12 @@
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "resource/GZ_ResourceManager.h"
+#include "scriptedit/GZ_EditScriptedParms.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <ostream>
+#include <sstream>
 
 void ShellScene::clear(HostDirector &director)
 {
@@ -79,6 +81,20 @@ void ShellScene::writeParm(std::ostream &os, const std::string &path, const Host
     ShellChannels::writeAnimation(os, path, parm);
 }
 
+void ShellScene::writeSpareInterface(std::ostream &os, const HostNode &node)
+{
+    if (node.getSpareLayout().empty())
+        return;
+    GZ_EditScriptedParms::BuildOptions options;
+    options.myFallbackToOperator = false;
+    GZ_EditScriptedParms parms(const_cast<HostNode *>(&node), options);
+    std::ostringstream text;
+    std::string errors;
+    parms.save(text, errors, /*check_joins=*/true);
+    os << "spareadd -s " << HostCommandManager::protectString(node.getFullPath()) << " "
+       << HostCommandManager::protectString(text.str()) << "\n";
+}
+
 void ShellScene::writeNode(std::ostream &os, const HostNode &node)
 {
     const std::string path = node.getFullPath();
@@ -86,6 +102,7 @@ void ShellScene::writeNode(std::ostream &os, const HostNode &node)
     {
         os << "nodeadd " << HostCommandManager::protectString(node.getOperatorName()) << " "
            << HostCommandManager::protectString(path) << "\n";
+        writeSpareInterface(os, node);
         const HostParmList &parms = node.getParmList();
         for (int i = 0; i < parms.getEntries(); ++i)
             writeParm(os, path, *parms.getParm(i));

@@ -14,6 +14,7 @@ class HostParm;
 ///
 ///   tcur SECONDS                     (only when the time is not 0)
 ///   nodeadd TYPE PATH                (every node, parents before children, in network order)
+///   spareadd -s PATH TEXT            (a node's spare interface, as sparels writes it)
 ///   parmset PATH PARM VALUE...       (every parameter with a component off its default;
 ///                                     menu values as item tokens)
 ///   parmset -e|-p ..., chkey ...     (its expressions and keys; ShellChannels::writeAnimation)
@@ -30,6 +31,8 @@ public:
     static HostErrorSeverity write(std::ostream &os, const HostDirector &director);
     /// Writes the lines that re-create `node` and everything below it.
     static void writeNode(std::ostream &os, const HostNode &node);
+    /// Writes the spareadd line that re-creates the node's spare parameters (none without).
+    static void writeSpareInterface(std::ostream &os, const HostNode &node);
     /// Writes the parmset line of one parameter (nothing when every component is at its
     /// default).
     static void writeParm(std::ostream &os, const std::string &path, const HostParm &parm);

@@ -57,6 +57,11 @@ void ShellViewerClasses::registerAll()
     }
 }
 
+void *ShellViewerClasses::genericHandleClass()
+{
+    return const_cast<HandleClass *>(&theHandleClass);
+}
+
 const ShellViewerClasses::HandleClass *
 ShellViewerClasses::handleClass(const GZ_GZTemplate &gz_template)
 {

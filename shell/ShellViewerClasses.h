@@ -25,6 +25,9 @@ public:
 
     /// Adds every class to the process's class manager; later calls do nothing.
     static void registerAll();
+    /// The class that drives any handle, as the class manager holds it; handles registered
+    /// later (written in Python) are given it.
+    static void *genericHandleClass();
     /// The shell's handle class joined to `gz_template`, or null.
     static const HandleClass *handleClass(const GZ_GZTemplate &gz_template);
 };

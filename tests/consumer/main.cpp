@@ -3,6 +3,10 @@
 #include <resource/GZ_ClassManager.h>
 #include <resource/GZ_ResourceManager.h>
 
+#if GZ_CONSUMER_PYTHON
+#include <python/HostPython.h>
+#endif
+
 #include <cstdio>
 
 int main()
@@ -36,6 +40,14 @@ int main()
         std::fprintf(stderr, "a second creation replaced the resource manager\n");
         return 1;
     }
+#if GZ_CONSUMER_PYTHON
+    if (!HostPython::start() || !HostPython::runText("import zum\nassert zum.node('/obj')", "<c>"))
+    {
+        std::fprintf(stderr, "the scripting layer did not run\n");
+        return 1;
+    }
+    HostPython::stop();
+#endif
     std::puts("consumer ok");
     return 0;
 }

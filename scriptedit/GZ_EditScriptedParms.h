@@ -1,0 +1,198 @@
+// GZ_EditScriptedParms: an editable parameter interface (a flat list of definitions).
+#pragma once
+
+#include "scriptedit/GZ_EditScriptedParm.h"
+
+#include <functional>
+#include <iosfwd>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+class HostNode;
+class HostOperator;
+class HostDialogStream;
+class HostParmTemplate;
+class gz_SafeNameContext;
+struct HostSpareLayout;
+struct HostImportRecord;
+
+/// The parameter interface of one scripted operator type or of one node's spare parameters:
+/// an ordered list of owned definitions in which folders, multiparms and import groups are
+/// flat, each opened by a start entry and closed by a group-end entry. Built from templates,
+/// an operator type, a node or dialog-script text; edited in place; written as dialog-script
+/// text (`save`) or reduced to the bare interface (`compile`).
+///
+/// Lookups by name are linear, first match, as documented; batch operations that must check
+/// many names (`mergeParms`, building from templates, `save`) index names and channel names
+/// once, so that they stay linear in the size of the list.
+class GZ_EditScriptedParms
+{
+public:
+    /// Options of construction from a node or an operator type.
+    struct BuildOptions
+    {
+        bool myFallbackToOperator = true; ///< a node without spare layout uses its operator's
+        bool myReadAutolinks = false;     ///< auto-links read from the node's current links
+        bool mySkipVopVariables = false;  ///< templates tagged as VOP variables are left out
+        bool mySafeSwitcherNames = false; ///< switcher names made safe and unique
+    };
+
+    GZ_EditScriptedParms();
+    GZ_EditScriptedParms(const GZ_EditScriptedParms &other);
+    GZ_EditScriptedParms &operator=(const GZ_EditScriptedParms &other);
+    /// From an operator type's templates (and a node for auto-links, may be null).
+    GZ_EditScriptedParms(HostOperator *op, HostNode *node, const BuildOptions &options);
+    /// From a node's spare layout (or its operator's, with the fallback option).
+    GZ_EditScriptedParms(HostNode *node, const BuildOptions &options);
+    /// From a node and a terminated template list.
+    GZ_EditScriptedParms(HostNode *node, const HostParmTemplate *templates,
+                         const BuildOptions &options);
+    /// From a node and a dialog-script parameter section: the host's reader turns the text
+    /// into templates, which are then converted. Messages of the reader are appended to
+    /// `messages` ("FILE[LINE]: message" lines); with read errors the set stays empty.
+    GZ_EditScriptedParms(HostNode *node, HostDialogStream &in, const BuildOptions &options,
+                         std::string &messages);
+    ~GZ_EditScriptedParms();
+
+    // Lookup.
+    int entries() const { return static_cast<int>(myParms.size()); }
+    GZ_EditScriptedParm *getParm(int i) const;
+    int getParmIndex(const GZ_EditScriptedParm *parm) const;
+    GZ_EditScriptedParm *getParmWithName(const std::string &name) const;
+    int getParmIndexWithName(const std::string &name) const;
+    GZ_EditScriptedParm *getFolderWithName(const std::string &name) const;
+    int getFolderIndexWithName(const std::string &name) const;
+    GZ_EditScriptedParm *getFolderWithLabel(const std::string &label) const;
+    int getFolderIndexWithLabel(const std::string &label) const;
+    /// The opener reached by a path of folder labels, outermost first; -1 when none.
+    int getNestedFolderIndex(const std::vector<std::string> &labels) const;
+    /// The definition (searched from the last, components from the last) whose auto-links
+    /// hold `link`, both compared as absolute paths (relative ones joined to `base`); its
+    /// component goes to `component`. Null (component -1) when none.
+    GZ_EditScriptedParm *getParmWithAutolink(const std::string &link, const std::string &base,
+                                             int &component) const;
+    const GZ_EditScriptedParmMenu *getMenu(int i, int item) const;
+    int getNMenu(int i) const;
+    /// The menu script of entry i; null for an index out of range.
+    const char *getMenuScript(int i) const;
+    HostOperator *getOperator() const { return myOperator; }
+    void setOperator(HostOperator *op) { myOperator = op; }
+    /// The node (looked up by id), or null.
+    HostNode *getNode() const;
+    int getNodeId() const { return myNodeId; }
+    void setNodeId(int id) { myNodeId = id; }
+
+    // Structure.
+    int getMatchingGroupParm(int i) const;
+    int getParentGroupParm(int i) const;
+    void getContainingFolders(int i, std::vector<int> &openers) const;
+    bool getIsFirstPage(int i) const;
+    /// Number of multiparm openers that contain entry i.
+    int getMultiParmInstanceLevel(int i) const;
+    /// The partner of every entry (opener to end, end to opener, -1 otherwise), in one pass.
+    std::vector<int> computeMatches() const;
+
+    // Editing.
+    void addParm(GZ_EditScriptedParm *parm);
+    void addParm(std::unique_ptr<GZ_EditScriptedParm> parm);
+    /// Appends copies of every definition of `other`, names made safe and unique when this
+    /// set is not empty.
+    void mergeParms(const GZ_EditScriptedParms &other) { mergeParms(other, false); }
+    /// The same; with `always_safe` names are made safe and unique even in an empty set, so
+    /// that they also keep clear of the node's own parameters.
+    void mergeParms(const GZ_EditScriptedParms &other, bool always_safe);
+    int removeParms(int first, int last, bool fix_joins = true);
+    bool isParmMoveAllowed(int first, int last, int offset) const;
+    bool moveParms(int first, int last, int offset, bool fix_groups = true);
+    bool moveParms(const std::vector<int> &indices, int target, bool fix_groups = true);
+    /// Reorders the list: entry i of the result is old entry `order[i]`. False (nothing
+    /// changed) unless `order` is a permutation.
+    bool permuteParms(const std::vector<int> &order);
+    void clearParms() { myParms.clear(); }
+    void removeEmptyFolders();
+    void removeInvalidJoins();
+    /// Removes group ends without an opener and closes openers left open, from `start` on.
+    void removeInvalidGroups(int start);
+    void copyDefaultsFromNode(HostNode *node);
+    void setAutolinksToCurrentLinks();
+    /// Numbers the "#" of names inside multiparms so that instances stay apart.
+    void fixParmNamesForInstanceLevel();
+    /// Hands the set to the host, which rebuilds the node's spare parameters from it as one
+    /// undoable change; the list is then emptied. Returns 0 (with the host's error text in
+    /// `error`, when given) when the host reports an error, else 1.
+    int updateNode(std::string *error = nullptr);
+    /// Appends the definitions of a dialog-script parameter section read from `text`
+    /// (`file` names it in messages). The reader's messages are appended to `messages` as
+    /// "FILE[LINE]: message" lines; with read errors nothing is appended and it returns false.
+    bool parseParmSection(const std::string &text, const std::string &file, std::string &messages);
+    /// Takes the entries out of this set (ownership passes to the caller).
+    std::vector<std::unique_ptr<GZ_EditScriptedParm>> releaseParms();
+
+    // Reserved names (the node's own, non-spare parameters).
+    bool checkReservedName(const std::string &name) const;
+    bool containsReservedParm() const;
+    void findMisplacedReservedParms(std::vector<int> &out) const;
+    void clearReserveNamesAndFlags();
+    void initializeReserveNames(HostNode *node);
+    void initializeReserveFlags();
+    bool getCheckReservedOnly() const { return myCheckReservedOnly; }
+    void setCheckReservedOnly(bool only) { myCheckReservedOnly = only; }
+
+    /// Makes `name` a valid, free name for `parm` (may be null). Returns whether it changed.
+    bool makeSafeParmName(const GZ_EditScriptedParm *parm, std::string &name,
+                          const std::unordered_set<std::string> *avoid, bool make_unique) const;
+
+    // Templates to definitions.
+    /// Appends definitions for a terminated template list (folders, multiparms, imports).
+    void createParms(const HostParmTemplate *templates, HostNode *node,
+                     const BuildOptions &options);
+    /// The same for a layout: its import records become import blocks where they stand.
+    void createParms(const HostSpareLayout &layout, HostNode *node, const BuildOptions &options);
+
+    // Multiparm instance information, process-wide (see gz_MultiparmInfo).
+    static void buildMultiparmInfo(HostNode *node);
+    static const std::map<std::string, int> &getBuiltMultiparmInfo();
+    static void clearMultiparmInfo();
+    static void lockMultiparmInfo();
+    static void releaseMultiparmInfo();
+
+    // Writing and compilation.
+    /// Writes the parameter section; failures of single entries go to `errors`. Returns 1.
+    int save(std::ostream &os, std::string &errors, bool check_joins);
+    /// Reduces the list in place to the bare interface that values and channels need.
+    void compile();
+
+    void dump(std::ostream &os) const;
+
+private:
+    friend class gz_SafeNameContext;
+
+    void saveGroupHeader(std::ostream &os, int &depth, GZ_EditScriptedParm &parm,
+                         bool switcher_start, bool &import_scope, int &import_count);
+    void saveGroupFooter(std::ostream &os, int &depth, bool &import_scope, int &import_count);
+    void saveMultiParmHeader(std::ostream &os, int &depth, GZ_EditScriptedParm &parm,
+                             bool &import_scope, int &import_count);
+    void saveImportHeader(std::ostream &os, int &depth, GZ_EditScriptedParm &parm,
+                          bool &import_scope, int &import_count);
+
+    struct BuildState;
+    void createList(const HostParmTemplate *templates, BuildState &state);
+    void createSwitcher(const HostParmTemplate *&t, BuildState &state);
+    void createMultiparm(const HostParmTemplate &t, BuildState &state);
+    void createOne(const HostParmTemplate *&t, BuildState &state);
+    void createImportGroups(BuildState &state, int switcher, int folder, int after);
+    void removeMarked(const std::vector<bool> &marked);
+    /// Index of the first entry (with `openers_only`, opener) that `match` accepts, or -1.
+    int findEntry(const std::function<bool(const GZ_EditScriptedParm &)> &match,
+                  bool openers_only) const;
+
+    std::vector<std::unique_ptr<GZ_EditScriptedParm>> myParms;
+    std::unordered_set<std::string> myReservedNames;
+    HostOperator *myOperator = nullptr;
+    int myNodeId = -1;
+    bool myCheckReservedOnly = false;
+    bool myFlag = false;
+};

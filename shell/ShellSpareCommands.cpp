@@ -1,0 +1,232 @@
+// ShellSpareCommands: gzsh's commands that edit, list, copy and compile a node's spare
+// parameters, and list an operator type's parameter section.
+#include "shell/Shell.h"
+#include "shell/ShellCommand.h"
+#include "shell/ShellCommandSupport.h"
+
+#include "scriptedit/GZ_EditScriptedParms.h"
+#include "scriptedit/GZ_EditScriptedParmsAggregate.h"
+
+#include "host/HostNode.h"
+#include "host/HostOperator.h"
+#include "host/HostOperatorTable.h"
+#include "host/HostReader.h"
+#include "host/HostUndoManager.h"
+
+#include <cstdlib>
+#include <memory>
+#include <ostream>
+#include <string>
+
+namespace
+{
+GZ_EditScriptedParms::BuildOptions spareOptions()
+{
+    GZ_EditScriptedParms::BuildOptions options;
+    options.myFallbackToOperator = false;
+    return options;
+}
+
+/// Hands the edited set back to the node as one undo step named after the command.
+bool applyToNode(Shell &shell, HostCommandArgs &args, GZ_EditScriptedParms &parms)
+{
+    ShellUndoBlock block(shell, args);
+    std::string error;
+    if (parms.updateNode(&error))
+        return true;
+    args.err() << args.commandName() << ": " << error << "\n";
+    return false;
+}
+
+/// The spare parameters of the node named by argument `i`, or null (reported).
+HostNode *spareNode(Shell &shell, HostCommandArgs &args, int i)
+{
+    return shellFindNode(shell, args, args.arg(i));
+}
+
+// spareadd [-s] NODEPATH SOURCE
+void cmdSpareAdd(Shell &shell, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 3, 3))
+        return;
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    std::string text;
+    std::string file = "<string>";
+    if (args.found('s'))
+        text = args.arg(2);
+    else
+    {
+        file = args.arg(2);
+        std::string found = file;
+        if (!HostReader::readFile(found, text) &&
+            !(HostReader::findFile(file, found) && HostReader::readFile(found, text)))
+        {
+            args.err() << "spareadd: cannot read " << file << "\n";
+            return;
+        }
+    }
+    GZ_EditScriptedParms incoming;
+    std::string messages;
+    const bool read = incoming.parseParmSection(text, file, messages);
+    args.err() << messages;
+    if (!read)
+    {
+        args.err() << "spareadd: " << file << " not read; " << args.arg(1) << " is unchanged\n";
+        return;
+    }
+    GZ_EditScriptedParms parms(node, spareOptions());
+    parms.mergeParms(incoming, /*always_safe=*/true);
+    applyToNode(shell, args, parms);
+}
+
+/// Writes the node's spare parameters as a section, compiled first with `compiled`.
+void listSpares(Shell &shell, HostCommandArgs &args, bool compiled)
+{
+    if (!shellCheckCount(args, 2, 2))
+        return;
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    GZ_EditScriptedParms parms(node, spareOptions());
+    if (compiled)
+        parms.compile();
+    std::string errors;
+    parms.save(args.out(), errors, /*check_joins=*/true);
+    if (!errors.empty())
+        args.err() << args.commandName() << ": " << errors << "\n";
+}
+
+// sparels NODEPATH
+void cmdSpareLs(Shell &shell, HostCommandArgs &args)
+{
+    listSpares(shell, args, /*compiled=*/false);
+}
+
+/// Index of the entry named `name` (an ordinary parameter or a block), or -1 (reported).
+int findEntry(HostCommandArgs &args, const GZ_EditScriptedParms &parms, const std::string &name)
+{
+    const int i = parms.getParmIndexWithName(name);
+    if (i < 0 || parms.getParm(i)->getIsGroupEnd())
+    {
+        args.err() << args.commandName() << ": no spare parameter " << name << " on " << args.arg(1)
+                   << "\n";
+        return -1;
+    }
+    return i;
+}
+
+// sparerm NODEPATH NAME...
+void cmdSpareRm(Shell &shell, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 3, -1))
+        return;
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    GZ_EditScriptedParms parms(node, spareOptions());
+    // Check every name first: a command with a bad name changes nothing.
+    for (int a = 2; a < args.argc(); ++a)
+        if (findEntry(args, parms, args.arg(a)) < 0)
+            return;
+    for (int a = 2; a < args.argc(); ++a)
+    {
+        const int i = parms.getParmIndexWithName(args.arg(a));
+        if (i >= 0)
+            parms.removeParms(i, i, /*fix_joins=*/true);
+    }
+    applyToNode(shell, args, parms);
+}
+
+// sparemv NODEPATH NAME OFFSET
+void cmdSpareMv(Shell &shell, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 4, 4))
+        return;
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    char *end = nullptr;
+    const long offset = std::strtol(args.argv(3), &end, 10);
+    if (end == args.argv(3) || *end != '\0' || offset < -1000000 || offset > 1000000)
+    {
+        args.err() << "sparemv: bad offset " << args.arg(3) << "\n";
+        return;
+    }
+    GZ_EditScriptedParms parms(node, spareOptions());
+    const int first = findEntry(args, parms, args.arg(2));
+    if (first < 0)
+        return;
+    const int match = parms.getMatchingGroupParm(first);
+    const int last = match > first ? match : first;
+    if (!parms.moveParms(first, last, static_cast<int>(offset), /*fix_groups=*/true))
+    {
+        args.err() << "sparemv: cannot move " << args.arg(2) << " by " << offset
+                   << ": it would leave its folder or the list\n";
+        return;
+    }
+    applyToNode(shell, args, parms);
+}
+
+// sparecompile NODEPATH
+void cmdSpareCompile(Shell &shell, HostCommandArgs &args)
+{
+    listSpares(shell, args, /*compiled=*/true);
+}
+
+// sparecopy DEST SRC...
+void cmdSpareCopy(Shell &shell, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 3, -1))
+        return;
+    HostNode *dest = spareNode(shell, args, 1);
+    if (!dest)
+        return;
+    std::vector<HostNode *> sources;
+    for (int a = 2; a < args.argc(); ++a)
+    {
+        HostNode *src = spareNode(shell, args, a);
+        if (!src)
+            return;
+        sources.push_back(src);
+    }
+    GZ_EditScriptedParmsAggregate aggregate(sources);
+    GZ_EditScriptedParms parms(dest, spareOptions());
+    aggregate.copyToParms(parms, /*always_safe=*/true);
+    applyToNode(shell, args, parms);
+}
+
+// optypeparms TABLE/TYPE
+void cmdOpTypeParms(Shell &, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 2, 2))
+        return;
+    const std::string &key = args.arg(1);
+    const size_t slash = key.find('/');
+    HostOperatorTable *table =
+        slash == std::string::npos ? nullptr : HostOperatorTable::getTable(key.substr(0, slash));
+    HostOperator *op = table ? table->getOperator(key.substr(slash + 1)) : nullptr;
+    if (!op)
+    {
+        args.err() << "optypeparms: no operator type " << key << "\n";
+        return;
+    }
+    GZ_EditScriptedParms parms(op, nullptr, GZ_EditScriptedParms::BuildOptions());
+    std::string errors;
+    parms.save(args.out(), errors, /*check_joins=*/true);
+}
+} // namespace
+
+std::vector<ShellCommand> shellSpareCommands()
+{
+    return {
+        {"spareadd", "s", "spareadd [-s] NODEPATH SOURCE", &cmdSpareAdd},
+        {"sparels", "", "sparels NODEPATH", &cmdSpareLs},
+        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm},
+        {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv},
+        {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile},
+        {"sparecopy", "", "sparecopy DEST SRC...", &cmdSpareCopy},
+        {"optypeparms", "", "optypeparms TABLE/TYPE", &cmdOpTypeParms},
+    };
+}

@@ -1,0 +1,1 @@
+print("a handle file that defines no template")

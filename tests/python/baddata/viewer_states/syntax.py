@@ -1,0 +1,2 @@
+def createViewerStateTemplate(:
+    pass

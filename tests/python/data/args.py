@@ -1,0 +1,2 @@
+import sys
+print("args:", sys.argv[1:], "kept:", kept)

@@ -1,0 +1,68 @@
+// Spare parameter commands end to end: a section added, listed, fed to another node, compiled.
+#include "shell/Shell.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostDirector.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace
+{
+std::string readFile(const std::string &path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream os;
+    os << in.rdbuf();
+    return os.str();
+}
+
+/// Runs one command line in a shared shell and returns its standard output.
+std::string run(const std::string &text, std::string *errors = nullptr)
+{
+    static Shell *theShell = []
+    {
+        auto *s = new Shell;
+        s->startup({});
+        return s;
+    }();
+    std::ostringstream out, err;
+    theShell->commands().setStreams(&out, &err);
+    theShell->commands().execute(text);
+    theShell->commands().setStreams(nullptr, nullptr);
+    if (errors)
+        *errors = err.str();
+    return out.str();
+}
+} // namespace
+
+TEST(SpareCommands, SectionSurvivesTwoNodesAndCompilesTabsToAMenu)
+{
+    const std::string file = std::string(GZ_SOURCE_DIR) + "/tests/scenarios/data/spare_section.ds";
+    const std::string section = readFile(file);
+    std::string errors;
+    run("scenenew; nodeadd geo /obj/a; nodeadd geo /obj/b");
+    run("spareadd /obj/a " + HostCommandManager::protectString(file), &errors);
+    EXPECT_EQ(errors, "");
+    const std::string listed = run("sparels /obj/a");
+    EXPECT_EQ(listed, section);
+    run("spareadd -s /obj/b " + HostCommandManager::protectString(listed), &errors);
+    EXPECT_EQ(errors, "");
+    EXPECT_EQ(run("sparels /obj/b"), section);
+
+    // The three tabs of "main" become one ordered menu of size 3, first in the list.
+    const std::string compiled = run("sparecompile /obj/b");
+    EXPECT_EQ(compiled.rfind("    parm {\n        name    \"main\"\n        label   \"\"\n"
+                             "        type    ordinal\n        invisible\n"
+                             "        size    3\n",
+                             0),
+              0u)
+        << compiled;
+    EXPECT_EQ(compiled.find("group {"), std::string::npos);
+    EXPECT_EQ(run("sparels /obj/b"), section); // compiling leaves the node alone
+
+    run("undo");
+    EXPECT_EQ(run("sparels /obj/b"), "");
+}
