@@ -5,13 +5,13 @@
 #include "shell/Shell.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
 
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
 #include <sstream>
 #include <string>
 #include <system_error>
@@ -89,7 +89,7 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     HostCommandManager &commands = theShell->commands();
     commands.setStreams(&theSink, &theSink);
     // The library's own messages about bad settings are expected on almost every input.
-    std::cerr.rdbuf(theSink.rdbuf());
+    HostDiagnostics::setSink([](const HostDiagnostic &) {});
     for (const std::string &name : commands.commandNames())
         if (!commands.allowedWhileLoading(name) || name == "source")
             redirectFiles(commands, name);

@@ -158,6 +158,29 @@ std::string HostCommandManager::usage(const std::string &name) const
     return it == myCommands.end() ? std::string() : it->second.usage;
 }
 
+bool HostCommandManager::setHelp(const std::string &name, const std::string &summary,
+                                 const std::string &option_help)
+{
+    auto it = myCommands.find(name);
+    if (it == myCommands.end())
+        return false;
+    it->second.summary = summary;
+    it->second.optionHelp = option_help;
+    return true;
+}
+
+std::string HostCommandManager::summary(const std::string &name) const
+{
+    auto it = myCommands.find(name);
+    return it == myCommands.end() ? std::string() : it->second.summary;
+}
+
+std::string HostCommandManager::optionHelp(const std::string &name) const
+{
+    auto it = myCommands.find(name);
+    return it == myCommands.end() ? std::string() : it->second.optionHelp;
+}
+
 std::string HostCommandManager::optionString(const std::string &name) const
 {
     auto it = myCommands.find(name);

@@ -86,6 +86,13 @@ public:
     bool setUsage(const std::string &name, const std::string &usage);
     /// The usage text of a command, or the empty string when it is not installed.
     std::string usage(const std::string &name) const;
+    /// Sets what `help COMMAND` shows besides the usage: a sentence on what the command does
+    /// and its option lines (see HostCommandRow).
+    bool setHelp(const std::string &name, const std::string &summary,
+                 const std::string &option_help);
+    /// The sentence and the option lines of a command; empty when it has none.
+    std::string summary(const std::string &name) const;
+    std::string optionHelp(const std::string &name) const;
     /// The option string a command was installed with.
     std::string optionString(const std::string &name) const;
     bool allowedWhileLoading(const std::string &name) const;
@@ -154,6 +161,8 @@ private:
         HostCommandCallback callback;
         bool allowedWhileLoading = true;
         std::string usage;
+        std::string summary;
+        std::string optionHelp;
     };
     bool runCommand(const HostParsedCommand &cmd, const HostExecOptions &options);
     /// Runs a command's handler; its error lines are prefixed with the location when asked.

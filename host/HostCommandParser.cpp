@@ -1,5 +1,6 @@
 // HostCommandParser: the command-language tokenizer and the protected-string writer.
 #include "host/HostCommandParser.h"
+#include "host/HostText.h"
 
 #include <ostream>
 #include <sstream>
@@ -7,11 +8,6 @@
 
 namespace
 {
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
-
 bool isNameStart(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
@@ -143,7 +139,7 @@ bool HostCommandParser::next(HostParsedCommand &cmd)
         char c = myText[myPos];
         if (!in_word)
         {
-            if (isBlank(c))
+            if (HostText::isBlank(c))
             {
                 ++myPos;
                 continue;
@@ -175,7 +171,7 @@ bool HostCommandParser::next(HostParsedCommand &cmd)
             in_word = true;
         }
 
-        if (isBlank(c) || c == '\n' || c == ';')
+        if (HostText::isBlank(c) || c == '\n' || c == ';')
         {
             finish_word();
             continue;
@@ -240,7 +236,7 @@ bool HostCommandParser::needsMoreLines(const std::string &text)
                 return false;
             continue;
         }
-        word_start = isBlank(c) || c == '\n' || c == ';';
+        word_start = HostText::isBlank(c) || c == '\n' || c == ';';
         if (c == '\\')
         {
             if (++i == text.size())

@@ -42,6 +42,10 @@ public:
 
     /// Replaces the sink and returns the previous one; an empty sink restores the default.
     static Sink setSink(Sink sink);
+    /// `text` up to its first NUL byte: words taken from a damaged file are shown as the C
+    /// strings they always were printed as.
+    static std::string upToNul(const std::string &text) { return text.substr(0, text.find('\0')); }
+
     /// The sink that writes to stderr.
     static void writeToStderr(const HostDiagnostic &diagnostic);
 };

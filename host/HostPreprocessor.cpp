@@ -1,6 +1,9 @@
 // HostPreprocessor: directives, comments, includes and token reading.
 #include "host/HostPreprocessor.h"
 
+#include "host/HostDiagnostics.h"
+#include "host/HostText.h"
+
 #include <cctype>
 #include <fstream>
 #include <sstream>
@@ -18,17 +21,12 @@ bool isIdentChar(char c)
 {
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
 }
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
-
 std::string trim(const std::string &s)
 {
     size_t b = 0, e = s.size();
-    while (b < e && isBlank(s[b]))
+    while (b < e && HostText::isBlank(s[b]))
         ++b;
-    while (e > b && isBlank(s[e - 1]))
+    while (e > b && HostText::isBlank(s[e - 1]))
         --e;
     return s.substr(b, e - b);
 }
@@ -69,7 +67,7 @@ private:
 
     void skipBlanks()
     {
-        while (myPos < myText.size() && isBlank(myText[myPos]))
+        while (myPos < myText.size() && HostText::isBlank(myText[myPos]))
             ++myPos;
     }
     bool accept(const char *op)
@@ -247,9 +245,22 @@ bool HostPreprocessor::readRawLine(std::string &line, std::string &file, int &nu
     return false;
 }
 
-std::string HostPreprocessor::errorLine(const std::string &file, int number, const std::string &msg)
+void HostPreprocessor::directiveProblem(const std::string &file, int number,
+                                        const std::string &message)
 {
-    return "# error " + file + "[" + std::to_string(number) + "]: " + msg;
+    // The directive's line becomes the current location, as a delivered line's would.
+    myFileName = file;
+    myLineNumber = number;
+    reportProblem(file, number, message);
+}
+
+void HostPreprocessor::reportProblem(const std::string &file, int number,
+                                     const std::string &message) const
+{
+    if (myProblemHandler)
+        myProblemHandler(file, number, message);
+    else
+        HostDiagnostics::report(HostDiagSeverity::Error, file, number, message);
 }
 
 bool HostPreprocessor::getLine(std::string &line)
@@ -297,8 +308,7 @@ bool HostPreprocessor::nextLine(std::string &line)
         // Report each unbalanced conditional once, at the line that opened it.
         Conditional open = myConditionals.back();
         myConditionals.clear();
-        line = errorLine(open.file, open.line, "missing #endif");
-        return true;
+        reportProblem(open.file, open.line, "missing #endif");
     }
     return false;
 }
@@ -354,7 +364,7 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
                                        std::string &emitted)
 {
     size_t pos = 1;
-    while (pos < line.size() && isBlank(line[pos]))
+    while (pos < line.size() && HostText::isBlank(line[pos]))
         ++pos;
     size_t end = pos;
     while (end < line.size() && isIdentChar(line[end]))
@@ -373,18 +383,15 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
             value = isDefined(rest) == (word == "ifdef");
         myConditionals.push_back({parent, parent && value, value, false, number, file});
         if (!ok && parent)
-        {
-            emitted = errorLine(file, number, "bad #if expression: " + rest);
-            return true;
-        }
+            directiveProblem(file, number, "bad #if expression: " + rest);
         return false;
     }
     if (word == "elif" || word == "else" || word == "endif")
     {
         if (myConditionals.empty())
         {
-            emitted = errorLine(file, number, "#" + word + " without #if");
-            return true;
+            directiveProblem(file, number, "#" + word + " without #if");
+            return false;
         }
         Conditional &c = myConditionals.back();
         if (word == "endif")
@@ -394,8 +401,8 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
         }
         if (c.sawElse)
         {
-            emitted = errorLine(file, number, "#" + word + " after #else");
-            return true;
+            directiveProblem(file, number, "#" + word + " after #else");
+            return false;
         }
         bool value = true, ok = true;
         if (word == "elif")
@@ -415,8 +422,8 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
             ++n;
         if (n == 0)
         {
-            emitted = errorLine(file, number, "#define without a name");
-            return true;
+            directiveProblem(file, number, "#define without a name");
+            return false;
         }
         myMacros[rest.substr(0, n)] = trim(rest.substr(n));
         return false;
@@ -428,26 +435,25 @@ bool HostPreprocessor::handleDirective(const std::string &line, const std::strin
     }
     if (word == "include")
     {
-        pushInclude(rest, file, number, emitted);
-        return !emitted.empty();
+        pushInclude(rest, file, number);
+        return false;
     }
     if (word == "error")
     {
-        // Located like the preprocessor's own errors, so the message says where it stands.
-        emitted = errorLine(file, number, rest.empty() ? "#error" : rest);
-        return true;
+        // Located like the preprocessor's own problems, so the message says where it stands.
+        directiveProblem(file, number, rest.empty() ? "#error" : rest);
+        return false;
     }
     if (myPassHashLines)
     {
         emitted = myExpandMacros ? expandMacros(line) : line;
         return true;
     }
-    emitted = errorLine(file, number, "unknown directive: " + line);
-    return true;
+    directiveProblem(file, number, "unknown directive: " + line);
+    return false;
 }
 
-void HostPreprocessor::pushInclude(const std::string &included, const std::string &file, int number,
-                                   std::string &emitted)
+void HostPreprocessor::pushInclude(const std::string &included, const std::string &file, int number)
 {
     std::string name = included;
     if (name.size() >= 2 && ((name.front() == '"' && name.back() == '"') ||
@@ -455,19 +461,19 @@ void HostPreprocessor::pushInclude(const std::string &included, const std::strin
         name = name.substr(1, name.size() - 2);
     if (name.empty())
     {
-        emitted = errorLine(file, number, "#include without a file name");
+        directiveProblem(file, number, "#include without a file name");
         return;
     }
     if (myStack.size() >= theMaxIncludeDepth)
     {
-        emitted = errorLine(file, number, "includes nested too deeply: " + name);
+        directiveProblem(file, number, "includes nested too deeply: " + name);
         return;
     }
     std::string path = resolveInclude(name, file);
     auto in = path.empty() ? nullptr : std::make_unique<std::ifstream>(path);
     if (!in || !*in)
     {
-        emitted = errorLine(file, number, "cannot open include file \"" + name + "\"");
+        directiveProblem(file, number, "cannot open include file \"" + name + "\"");
         return;
     }
     auto source = std::make_unique<Source>();
@@ -563,7 +569,7 @@ bool HostPreprocessor::atLineEnd()
 {
     if (!myHaveTokenLine)
         return true;
-    while (myTokenPos < myTokenLine.size() && isBlank(myTokenLine[myTokenPos]))
+    while (myTokenPos < myTokenLine.size() && HostText::isBlank(myTokenLine[myTokenPos]))
         ++myTokenPos;
     return myTokenPos >= myTokenLine.size();
 }
@@ -579,7 +585,7 @@ bool HostPreprocessor::getLineToken(std::string &token, bool *quoted)
         *quoted = isQuoted;
     if (!isQuoted)
     {
-        while (myTokenPos < myTokenLine.size() && !isBlank(myTokenLine[myTokenPos]))
+        while (myTokenPos < myTokenLine.size() && !HostText::isBlank(myTokenLine[myTokenPos]))
             token += myTokenLine[myTokenPos++];
         return true;
     }

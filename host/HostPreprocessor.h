@@ -1,6 +1,7 @@
 // HostPreprocessor: a line and token reader for data files with C-style directives and comments.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -12,10 +13,11 @@
 /// includes).
 ///
 /// Problems the reader finds itself (a missing include file, an unbalanced conditional, an
-/// include nested too deep) and `#error` directives are delivered in-band as a text line that
-/// starts with "# error " and names the file and line, so that a consumer reporting such lines
-/// reports everything in one place. Nothing throws; a file that cannot be opened makes `open`
-/// return false.
+/// include nested too deep) and `#error` directives go to the problem handler with their file
+/// and line, never into the text: a comment line such as "# errors are ..." stays text.
+/// Without a handler they are reported through the host's diagnostics channel as
+/// "FILE[LINE]: message". Nothing throws; a file that cannot be opened makes `open` return
+/// false.
 ///
 /// Options given to `open` (unknown ones are ignored):
 ///   ""   no effect (accepted so that callers can pass a fixed option list);
@@ -31,6 +33,11 @@ public:
     ~HostPreprocessor();
     HostPreprocessor(const HostPreprocessor &) = delete;
     HostPreprocessor &operator=(const HostPreprocessor &) = delete;
+
+    /// Receives each problem as it is met while lines are read.
+    using ProblemHandler =
+        std::function<void(const std::string &file, int line, const std::string &message)>;
+    void setProblemHandler(ProblemHandler handler) { myProblemHandler = std::move(handler); }
 
     /// Directories searched, in order, for include files not found beside the including file.
     void setSearchPath(std::vector<std::string> dirs) { mySearchPath = std::move(dirs); }
@@ -81,22 +88,25 @@ private:
 
     bool nextLine(std::string &line);
     bool readRawLine(std::string &line, std::string &file, int &number);
+    /// Obeys one directive line; true when it is text after all (a '#' line under "-P"),
+    /// which is then in `emitted`.
     bool handleDirective(const std::string &line, const std::string &file, int number,
                          std::string &emitted);
     bool active() const { return myConditionals.empty() || myConditionals.back().active; }
-    void pushInclude(const std::string &name, const std::string &file, int number,
-                     std::string &emitted);
+    void pushInclude(const std::string &name, const std::string &file, int number);
     std::string resolveInclude(const std::string &name, const std::string &from) const;
     std::string stripComments(const std::string &line);
     std::string expandMacros(const std::string &line) const;
     bool evaluateCondition(const std::string &expr, bool &ok) const;
-    static std::string errorLine(const std::string &file, int number, const std::string &msg);
+    void directiveProblem(const std::string &file, int number, const std::string &message);
+    void reportProblem(const std::string &file, int number, const std::string &message) const;
     bool fillTokenLine();
 
     std::vector<std::unique_ptr<Source>> myStack;
     std::vector<Conditional> myConditionals;
     std::map<std::string, std::string> myMacros;
     std::vector<std::string> mySearchPath;
+    ProblemHandler myProblemHandler;
     bool myExpandMacros = false;
     bool myPassHashLines = false;
     bool myInBlockComment = false;

@@ -1,6 +1,8 @@
 // GZ_SettingList: list operations, the settings-text parser and writer.
 #include "link/GZ_SettingList.h"
 
+#include "host/HostDiagnostics.h"
+
 #include <algorithm>
 #include <charconv>
 #include <climits>
@@ -535,16 +537,32 @@ void GZ_SettingList::cloneFrom(const GZ_SettingList &other)
         mySettings.push_back(setting->clone());
 }
 
-bool GZ_SettingList::operator==(GZ_SettingList &other)
+namespace
+{
+/// The settings of a list in the order sort() would give them, without moving them.
+std::vector<const gz_Setting *> sortedView(const std::vector<std::unique_ptr<gz_Setting>> &settings,
+                                           bool sorted)
+{
+    std::vector<const gz_Setting *> view;
+    view.reserve(settings.size());
+    for (const std::unique_ptr<gz_Setting> &setting : settings)
+        view.push_back(setting.get());
+    if (!sorted)
+        std::stable_sort(view.begin(), view.end(),
+                         [](const gz_Setting *a, const gz_Setting *b)
+                         { return a->compare(*b) < 0; });
+    return view;
+}
+} // namespace
+
+bool GZ_SettingList::operator==(const GZ_SettingList &other) const
 {
     if (mySettings.size() != other.mySettings.size())
         return false;
-    if (!mySorted)
-        sort();
-    if (!other.mySorted)
-        other.sort();
-    for (std::size_t i = 0; i < mySettings.size(); ++i)
-        if (mySettings[i]->compare(*other.mySettings[i]) != 0)
+    const std::vector<const gz_Setting *> mine = sortedView(mySettings, mySorted);
+    const std::vector<const gz_Setting *> theirs = sortedView(other.mySettings, other.mySorted);
+    for (std::size_t i = 0; i < mine.size(); ++i)
+        if (mine[i]->compare(*theirs[i]) != 0)
             return false;
     return true;
 }
@@ -734,10 +752,8 @@ void GZ_SettingList::loadFromSettingString(const char *text)
     parser.parse(text);
     if (parser.errors().empty())
         return;
-    std::string block = parser.errors();
-    block += '\n';
-    std::cerr.write(block.data(), static_cast<std::streamsize>(block.size()));
-    std::cerr.flush();
+    // One report for the whole text: its problems are lines of one block.
+    HostDiagnostics::report(HostDiagSeverity::Error, "", 0, parser.errors());
 }
 
 void GZ_SettingList::generateSettingString(std::ostream &os) const

@@ -28,10 +28,9 @@ public:
     GZ_SettingList &operator=(const GZ_SettingList &other);
     ~GZ_SettingList();
 
-    /// Same settings regardless of order. Sorts both lists (unless already sorted), so it
-    /// reorders them; that is why neither side is const.
-    bool operator==(GZ_SettingList &other);
-    bool operator!=(GZ_SettingList &other) { return !(*this == other); }
+    /// Same settings regardless of order; neither list changes.
+    bool operator==(const GZ_SettingList &other) const;
+    bool operator!=(const GZ_SettingList &other) const { return !(*this == other); }
 
     bool isEmpty() const { return mySettings.empty(); }
     int getNumSettings() const { return static_cast<int>(mySettings.size()); }

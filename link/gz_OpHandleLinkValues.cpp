@@ -2,6 +2,7 @@
 #include "link/GZ_OpHandleLink.h"
 
 #include "host/HostChannelManager.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostExpression.h"
 #include "host/HostNodeExprContext.h"
@@ -529,6 +530,18 @@ void GZ_OpHandleLink::updateHandleValues()
 // ---------------------------------------------------------------------------------------
 // Distributed undo
 
+namespace
+{
+/// A note about a distributed undo block used out of turn, naming the link by its address.
+void reportUndoDebug(const char *format, const GZ_OpHandleLink *link)
+{
+    char text[128];
+    std::snprintf(text, sizeof(text), format,
+                  static_cast<void *>(const_cast<GZ_OpHandleLink *>(link)));
+    HostDiagnostics::report(HostDiagSeverity::Note, "", 0, text);
+}
+} // namespace
+
 bool GZ_OpHandleLink::undoDebugLogging()
 {
     if (theUndoDebugFlag < 0)
@@ -548,8 +561,7 @@ void GZ_OpHandleLink::beginDistributedUndoBlock(const char *name, HostUndoBlockT
     if (myDistributedUndoBlockId >= 0)
     {
         if (debug)
-            std::fprintf(stderr, "nested beginDistributedUndoBlock in %p\n",
-                         static_cast<void *>(this));
+            reportUndoDebug("nested beginDistributedUndoBlock in %p", this);
         myDistributedUndoBlockId = -2;
     }
     undo.beginUndoBlock(name, type);
@@ -571,6 +583,5 @@ void GZ_OpHandleLink::endDistributedUndoBlock()
         return;
     }
     if (debug)
-        std::fprintf(stderr, "endDistributedUndoBlock without begin in %p\n",
-                     static_cast<void *>(this));
+        reportUndoDebug("endDistributedUndoBlock without begin in %p", this);
 }

@@ -18,21 +18,6 @@ HostErrorSeverity savePersistentHandles(std::ostream &os)
     return theManager ? theManager->save(os) : HOST_ERR_NONE;
 }
 
-template <typename Callback>
-void addListener(std::vector<std::pair<Callback, void *>> &list, Callback callback, void *data)
-{
-    const std::pair<Callback, void *> entry(callback, data);
-    if (std::find(list.begin(), list.end(), entry) == list.end())
-        list.push_back(entry);
-}
-
-template <typename Callback>
-void removeListener(std::vector<std::pair<Callback, void *>> &list, Callback callback, void *data)
-{
-    auto it = std::find(list.begin(), list.end(), std::pair<Callback, void *>(callback, data));
-    if (it != list.end())
-        list.erase(it);
-}
 } // namespace
 
 GZ_Manager *GZgetManager()
@@ -378,39 +363,31 @@ void GZ_Manager::renameGroup(GZ_OHLGroup *group, const std::string &name)
 
 void GZ_Manager::addGZCallback(GZCallback callback, void *data)
 {
-    addListener(myGZCallbacks, callback, data);
+    myGZCallbacks.add(callback, data);
 }
 
 void GZ_Manager::removeGZCallback(GZCallback callback, void *data)
 {
-    removeListener(myGZCallbacks, callback, data);
+    myGZCallbacks.remove(callback, data);
 }
 
 void GZ_Manager::addGroupCallback(GroupCallback callback, void *data)
 {
-    addListener(myGroupCallbacks, callback, data);
+    myGroupCallbacks.add(callback, data);
 }
 
 void GZ_Manager::removeGroupCallback(GroupCallback callback, void *data)
 {
-    removeListener(myGroupCallbacks, callback, data);
+    myGroupCallbacks.remove(callback, data);
 }
 
 void GZ_Manager::gzChanged(GZ_OHLPersistent *handle, GZ_ChangeType change) const
 {
-    if (myGZCallbacks.empty())
-        return;
-    // A listener may register or remove listeners while it is called.
-    const auto listeners = myGZCallbacks;
-    for (const auto &listener : listeners)
-        listener.first(handle, change, listener.second);
+    myGZCallbacks.forEach([&](GZCallback callback, void *data) { callback(handle, change, data); });
 }
 
 void GZ_Manager::groupChanged(GZ_OHLGroup *group, GZ_ChangeType change) const
 {
-    if (myGroupCallbacks.empty())
-        return;
-    const auto listeners = myGroupCallbacks;
-    for (const auto &listener : listeners)
-        listener.first(group, change, listener.second);
+    myGroupCallbacks.forEach([&](GroupCallback callback, void *data)
+                             { callback(group, change, data); });
 }

@@ -1,6 +1,7 @@
 // GZ_Manager: the process-wide owner of persistent handles and handle groups.
 #pragma once
 
+#include "host/HostCallbackList.h"
 #include "host/HostErrorSeverity.h"
 #include "persistent/GZ_OHLGroup.h"
 #include "persistent/gz_NameIndex.h"
@@ -148,8 +149,8 @@ private:
 
     GZ_OHLGroup myMasterGroup;
     gz_OrderedList<GZ_OHLGroup> myGroups;
-    std::vector<std::pair<GZCallback, void *>> myGZCallbacks;
-    std::vector<std::pair<GroupCallback, void *>> myGroupCallbacks;
+    HostCallbackList<GZCallback> myGZCallbacks{HostDuplicates::Refused};
+    HostCallbackList<GroupCallback> myGroupCallbacks{HostDuplicates::Refused};
 
     gz_NameIndex myGZNames;
     gz_NameIndex myGroupNames;

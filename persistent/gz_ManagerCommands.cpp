@@ -2,6 +2,7 @@
 #include "persistent/GZ_Manager.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostCommandTable.h"
 #include "host/HostNode.h"
 #include "link/gz_UndoBlock.h"
 #include "persistent/GZ_OHLPersistent.h"
@@ -380,50 +381,63 @@ void pomparm(GZ_Manager &manager, HostCommandArgs &args)
         handle->setSettings(args.argv(2));
 }
 
-struct gz_PomCommand
-{
-    const char *name;
-    const char *options;
-    const char *usage;
-    void (*handler)(GZ_Manager &, HostCommandArgs &);
-};
+// The option lines of pomadd and pomset.
+#define GZ_POM_STATE_OPTIONS                                                                       \
+    "-e V  exposed (on or off)\n-p V  shown in parent networks\n-c V  shown in child networks\n"   \
+    "-s V  shown in sibling networks\n-r R G B  the active colour\n"                               \
+    "-m MASK  the viewer-pane mask (* for all panes)"
 
-const gz_PomCommand thePomCommands[] = {
+const HostCommandRow<GZ_Manager> thePomCommands[] = {
     {"pomadd", "gc:e:m:p:r:::s:v",
      "pomadd [-e on|off] [-p on|off] [-c on|off] [-s on|off] [-r R G B] [-m MASK] NAME TYPE"
      " | pomadd -g [-v] GROUP",
-     &pomadd},
-    {"pomremove", "g", "pomremove NAME | pomremove -g GROUP", &pomremove},
-    {"pomscript", "g", "pomscript [NAME] | pomscript -g [GROUP]", &pomscript},
+     &pomadd, true,
+     "Creates a handle of handle type TYPE (an op-handle-link template such as xform) named NAME, "
+     "then applies the options.",
+     GZ_POM_STATE_OPTIONS "\n"
+                          "-g  create the group GROUP instead\n"
+                          "-v  with -g, write the name the group got"},
+    {"pomremove", "g", "pomremove NAME | pomremove -g GROUP", &pomremove, true,
+     "Deletes a handle (and takes it out of its groups), or a group (its handles stay).",
+     "-g  a group"},
+    {"pomscript", "g", "pomscript [NAME] | pomscript -g [GROUP]", &pomscript, true,
+     "Writes the commands that re-create every handle (or one), or every group (or one).",
+     "-g  groups"},
     {"pomset", "gc:e:m:p:r:::s:",
      "pomset [-e on|off] [-p on|off] [-c on|off] [-s on|off] [-r R G B] [-m MASK] NAME"
      " | pomset -g [OPTIONS] GROUP",
-     &pomset},
+     &pomset, true, "Applies the options of pomadd to a handle or to every member of a group.",
+     GZ_POM_STATE_OPTIONS "\n"
+                          "-g  every member of the group GROUP"},
     {"pomattach", "gi:",
      "pomattach [-i ID] NAME NODEPATH [NODEPARM:HANDLEPARM...] | pomattach -g GROUP HANDLE...",
-     &pomattach},
-    {"pomdetach", "g", "pomdetach NAME [NODEPATH] | pomdetach -g GROUP HANDLE...", &pomdetach},
-    {"pomclear", "g", "pomclear NAME | pomclear -g GROUP", &pomclear},
-    {"pomls", "g", "pomls [NAME] | pomls -g [GROUP]", &pomls},
-    {"pomrename", "g", "pomrename OLD NEW | pomrename -g OLD NEW", &pomrename},
-    {"pomparm", "g", "pomparm NAME SETTINGS | pomparm -g GROUP SETTINGS", &pomparm},
+     &pomattach, true,
+     "Attaches the node at NODEPATH to the handle, binding each handle parameter to a node "
+     "parameter.",
+     "-i ID  the handle's id (-1 without)\n"
+     "-g  add handles to the group GROUP instead"},
+    {"pomdetach", "g", "pomdetach NAME [NODEPATH] | pomdetach -g GROUP HANDLE...", &pomdetach, true,
+     "Detaches one node from the handle, or every node; or takes handles out of a group.",
+     "-g  take handles out of the group GROUP"},
+    {"pomclear", "g", "pomclear NAME | pomclear -g GROUP", &pomclear, true,
+     "Detaches every node from the handle, or empties the group.", "-g  empty the group GROUP"},
+    {"pomls", "g", "pomls [NAME] | pomls -g [GROUP]", &pomls, true,
+     "Writes one name per line: every handle; the full path of each node attached to NAME; every "
+     "group; the members of GROUP.",
+     "-g  groups"},
+    {"pomrename", "g", "pomrename OLD NEW | pomrename -g OLD NEW", &pomrename, true,
+     "Renames a handle or a group under the free-name rule (a taken NEW gets a numbered variant).",
+     "-g  a group"},
+    {"pomparm", "g", "pomparm NAME SETTINGS | pomparm -g GROUP SETTINGS", &pomparm, true,
+     "Replaces the handle's settings (of every member of the group) with the settings text.",
+     "-g  every member of the group GROUP"},
 };
+#undef GZ_POM_STATE_OPTIONS
 } // namespace
 
 void GZ_Manager::installCommands()
 {
-    static bool theInstalled = false;
-    if (theInstalled)
-        return;
-    theInstalled = true;
-    HostCommandManager *commands = HostCommandManager::getInstance();
-    for (const gz_PomCommand &command : thePomCommands)
-    {
-        auto handler = command.handler;
-        // The manager outlives the interpreter's use of it: it is never destroyed.
-        commands->installCommand(
-            command.name, command.options,
-            [handler](HostCommandArgs &args) { handler(*GZgetManager(), args); },
-            /*allowed_while_loading=*/true, command.usage);
-    }
+    // The manager outlives the interpreter's use of it: it is never destroyed.
+    HostCommandTable::install<GZ_Manager>(*HostCommandManager::getInstance(), thePomCommands,
+                                          &GZgetManager);
 }

@@ -1,6 +1,7 @@
 // GZ_ResourceManager: construction, the library entry points, types, registration and lookups.
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostDiagnostics.h"
 #include "host/HostOperator.h"
 #include "host/HostOperatorTable.h"
 #include "host/HostParmTemplate.h"
@@ -29,10 +30,11 @@ bool theFirstConstruction = true;
 // Host table type names ("SOP") to network types; filled by the first construction.
 std::unordered_map<std::string, GZ_NetworkType> theTableTypes;
 
-const char *const theNetworkTokens[GZ_NETWORK_MAX_TYPES] = {"Object", "Sop", "Dop", "Cop2",
-                                                            "Chop",   "Lop", "Top"};
-const char *const theTableTypeNames[GZ_NETWORK_MAX_TYPES] = {"OBJ",  "SOP", "DOP", "COP2",
-                                                             "CHOP", "LOP", "TOP"};
+// The library's network types are the host's, in the same order: the names are the host's.
+static_assert(static_cast<int>(GZ_NETWORK_MAX_TYPES) == static_cast<int>(HOST_NUM_NETWORK_TYPES),
+              "network types and host tables differ");
+static_assert(static_cast<int>(GZ_NETWORK_TOP) == static_cast<int>(HOST_NETWORK_TOP),
+              "network types and host tables differ");
 const char *const theViewerTokens[GZ_NUM_VIEWER_TYPES] = {"SceneViewer", "CompositeViewer",
                                                           "SceneGraphViewer"};
 
@@ -52,10 +54,12 @@ GZ_ResourceManager *GZcreateResourceManager(bool print_warnings)
 {
     if (theInstance)
         return theInstance;
-    GZ_ResourceManager::ourPrintWarnings = print_warnings;
-    // The instance pointer owns the manager; it lives until the host deletes it.
-    auto *manager = new GZ_ResourceManager();
-    GZ_ResourceManager::ourPrintWarnings = true;
+    GZ_ResourceManager *manager = nullptr;
+    {
+        GZ_ResourceManager::WarningScope warnings(print_warnings);
+        // The instance pointer owns the manager; it lives until the host deletes it.
+        manager = new GZ_ResourceManager();
+    }
     // Once the first instance has been destroyed, a new manager is an empty registry that
     // nothing can reach; keeping it would only leak it.
     if (manager != theInstance)
@@ -83,7 +87,7 @@ GZ_ResourceManager::GZ_ResourceManager()
     theFirstConstruction = false;
     theInstance = this;
     for (int i = 0; i < GZ_NETWORK_MAX_TYPES; ++i)
-        theTableTypes[theTableTypeNames[i]] = static_cast<GZ_NetworkType>(i);
+        theTableTypes[HostOperatorTable::getNetworkTypeName(i)] = static_cast<GZ_NetworkType>(i);
 
     installCommands();
     registerOpHandleLinks();
@@ -141,9 +145,25 @@ void GZ_ResourceManager::printWarning(const char *format, ...)
         return;
     va_list args;
     va_start(args, format);
-    std::vfprintf(stderr, format, args);
+    va_list again;
+    va_copy(again, args);
+    const int size = std::vsnprintf(nullptr, 0, format, args);
     va_end(args);
-    std::fputc('\n', stderr);
+    std::string text(size > 0 ? static_cast<size_t>(size) : 0, '\0');
+    if (size > 0)
+        std::vsnprintf(&text[0], text.size() + 1, format, again);
+    va_end(again);
+    HostDiagnostics::report(HostDiagSeverity::Warning, "", 0, text);
+}
+
+void GZ_ResourceManager::printWarningAt(const std::string &file, int line,
+                                        const std::string &message)
+{
+    if (!ourPrintWarnings)
+        return;
+    const std::string shown = HostDiagnostics::upToNul(message);
+    HostDiagnostics::report(HostDiagSeverity::Warning, file, line, shown,
+                            file + "[" + std::to_string(line) + "] " + shown);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -151,9 +171,7 @@ void GZ_ResourceManager::printWarning(const char *format, ...)
 
 const char *GZ_ResourceManager::getNetworkTypeName(GZ_NetworkType type)
 {
-    if (type < 0 || type >= GZ_NETWORK_MAX_TYPES)
-        return "";
-    return theNetworkTokens[type];
+    return HostOperatorTable::getNetworkToken(type);
 }
 
 bool GZ_ResourceManager::getNetworkType(const char *table_name, GZ_NetworkType &type)
@@ -318,10 +336,12 @@ void GZ_ResourceManager::getChannelNameFromParmAndVec(std::string &channel, Host
                                                       const char *parm_name, int vec_index) const
 {
     const std::string name = gz::str(parm_name);
-    // Always printed: it asks the author of an old bindings file to update it.
-    std::cerr << "WARNING: Legacy bindhandle format for " << (op ? op->getQualifiedName() : "")
-              << " '" << name << " " << vec_index
-              << "'. Use 'channel handleparm' format instead.\n";
+    // Always reported: it asks the author of an old bindings file to update it.
+    HostDiagnostics::report(HostDiagSeverity::Warning, "", 0,
+                            "WARNING: Legacy bindhandle format for " +
+                                (op ? op->getQualifiedName() : std::string()) + " '" + name + " " +
+                                std::to_string(vec_index) +
+                                "'. Use 'channel handleparm' format instead.");
     channel = name;
     const HostParmTemplate *templates = op ? op->getParmTemplates() : nullptr;
     for (int i = 0; templates && !templates[i].isTerminator(); ++i)
@@ -381,15 +401,12 @@ const std::vector<std::string> &GZ_ResourceManager::getBuiltinOpHandleNames()
 
 void GZ_ResourceManager::addSaveCallback(void (*callback)(void *), void *data)
 {
-    mySaveCallbacks.emplace_back(callback, data);
+    mySaveCallbacks.add(callback, data);
 }
 
 void GZ_ResourceManager::removeSaveCallback(void (*callback)(void *), void *data)
 {
-    auto it =
-        std::find(mySaveCallbacks.begin(), mySaveCallbacks.end(), std::make_pair(callback, data));
-    if (it != mySaveCallbacks.end())
-        mySaveCallbacks.erase(it);
+    mySaveCallbacks.remove(callback, data);
 }
 
 void GZ_ResourceManager::setPersistentHandleSaver(PersistentHandleSaver saver)
@@ -463,6 +480,15 @@ int GZ_ResourceManager::registerState(GZ_StateTemplate *state)
         appended = true;
     }
     return appended ? 1 : 0;
+}
+
+int GZ_ResourceManager::adoptState(std::unique_ptr<GZ_StateTemplate> state)
+{
+    if (!registerState(state.get()))
+        return 0;
+    const GZ_StateTemplate *key = state.get();
+    myOwnedStates[key] = std::move(state);
+    return 1;
 }
 
 // ---------------------------------------------------------------------------------------

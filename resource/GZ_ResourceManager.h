@@ -1,6 +1,7 @@
 // GZ_ResourceManager: the library's registry of templates, bindings and handle settings.
 #pragma once
 
+#include "host/HostCallbackList.h"
 #include "host/HostErrorSeverity.h"
 #include "host/HostOperatorTableSink.h"
 #include "host/HostTemplatesSink.h"
@@ -32,16 +33,19 @@ class HostOperator;
 class HostOperatorTable;
 class HostParm;
 class HostParmTemplate;
-class HostPreprocessor;
+struct gz_BindingsDocument;
+struct gz_BindingsRecord;
+struct gz_BindingsSelectorFields;
 class gz_OpHandleEntry;
 class gz_OpSelectorEntry;
 
 /// The library's single registry. It owns every registered handle, op-handle-link and
 /// selector template, every binding of handles and selectors to operator types and every
-/// handle setting list, and deletes them when it is destroyed; state templates stay owned by
-/// whoever registers them. The host creates one instance through GZcreateResourceManager
-/// (or by constructing a derived manager first) and reaches it through GZgetResourceManager.
-/// Lookups by name and by operator key are hashed.
+/// handle setting list, and deletes them when it is destroyed. A state template registered by
+/// pointer stays its registrant's; one handed over with adoptState is the manager's, deleted
+/// with its operator type or with the manager. The host creates one instance through
+/// GZcreateResourceManager (or by constructing a derived manager first) and reaches it through
+/// GZgetResourceManager. Lookups by name and by operator key are hashed.
 class GZ_ResourceManager : public HostOperatorTableSink, public HostTemplatesSink
 {
 public:
@@ -88,10 +92,10 @@ public:
         int myOpId = 0;
     };
 
-    /// One entry of the per-operator setting table. The table owns the settings list.
+    /// One entry of the per-operator setting table, which owns the settings list.
     struct OpGZSettingInfo
     {
-        GZ_SettingList *mySettings = nullptr;
+        std::unique_ptr<GZ_SettingList> mySettings;
         /// Set when the entry was recorded from a saved scene rather than by the handle.
         bool myRecorded = false;
     };
@@ -106,8 +110,11 @@ public:
     void tableDeleted(HostOperatorTable *table) override;
 
     // Registration. The manager owns a registered handle, op-handle-link or selector
-    // template; a refused one stays the caller's. States are never owned.
+    // template; a refused one stays the caller's. A state registered here stays the caller's.
     virtual int registerState(GZ_StateTemplate *state);
+    /// Registers a state and keeps it: deleted when its operator type is deleted and no list
+    /// holds it any more, or with the manager. A refused state is deleted at once.
+    int adoptState(std::unique_ptr<GZ_StateTemplate> state);
     virtual int registerHandle(GZ_HandleTemplate *handle);
     virtual int registerOpHandleLink(GZ_GZTemplate *gz);
     virtual int registerSelector(GZ_SelectorTemplate *selector);
@@ -217,17 +224,20 @@ public:
     const std::vector<std::string> &getBuiltinOpHandleNames();
 
     // Scene-save callbacks, called in order of addition before the handle settings are
-    // written into a saved scene.
+    // written into a saved scene. A callback added twice is called twice until removed twice.
     void addSaveCallback(void (*callback)(void *), void *data);
     void removeSaveCallback(void (*callback)(void *), void *data);
 
     /// Reads the first "OPbindings" file on the host's search path; a missing or unreadable
-    /// file is ignored. Problems in the file are reported on the standard error stream with
-    /// its name and line, and reading goes on.
+    /// file is ignored. Problems in the file are reported through the host's diagnostics
+    /// channel with its name and line, and reading goes on.
     void registerOpHandleBindings();
-    /// Reads one operator block of a bindings file (the "{" line to the closing "}") for the
-    /// qualified operator name that opened it, replacing that key's bindings.
-    void loadOperator(HostPreprocessor &pp, const std::string &op_name);
+    /// Reads bindings-file text as registerOpHandleBindings reads the file; `name` stands for
+    /// the file in locations, and includes are looked for on the host's search path.
+    void registerOpHandleBindingsFromText(const std::string &text, const std::string &name);
+    /// Applies a decoded bindings file in its order: each operator block replaces its key's
+    /// bindings, and problems are reported where they stand among the messages of applying.
+    void applyBindings(const gz_BindingsDocument &document);
     /// Writes every binding in bindings-file form (operator types that keep their own
     /// bindings are left out). Returns 0 when the file cannot be written, else non-zero.
     int writeBindingsFile(const char *path) const;
@@ -309,17 +319,35 @@ public:
     static void appendToParmsCache(HostNode *node, HostParm *parm, int vec_index);
     static void setParmsCacheBehaviour(bool set_key, bool scope_channels, bool append_to_scope);
 
-    /// Prints a registration or bindings warning (followed by a line break) on the standard
-    /// error stream, unless warnings are switched off.
+    /// Reports a registration or bindings warning through the host's diagnostics channel,
+    /// unless warnings are switched off.
     static void printWarning(const char *format, ...)
 #if defined(__GNUC__)
         __attribute__((format(printf, 1, 2)))
 #endif
         ;
+    /// The same for a warning about a line of a file; its text reads "FILE[LINE] MESSAGE".
+    static void printWarningAt(const std::string &file, int line, const std::string &message);
 
-    /// Whether warnings are printed; GZcreateResourceManager switches them off while the
-    /// built-in tables register, when asked to.
-    static bool ourPrintWarnings;
+    /// Whether warnings are reported.
+    static bool printsWarnings()
+    {
+        return ourPrintWarnings;
+    }
+
+    /// Switches warnings on or off for its lifetime (off while the built-in tables register,
+    /// when the host asks for that) and restores what was before.
+    class WarningScope
+    {
+    public:
+        explicit WarningScope(bool print) : mySaved(ourPrintWarnings) { ourPrintWarnings = print; }
+        ~WarningScope() { ourPrintWarnings = mySaved; }
+        WarningScope(const WarningScope &) = delete;
+        WarningScope &operator=(const WarningScope &) = delete;
+
+    private:
+        bool mySaved;
+    };
 
 protected:
     /// Listens to `table` and remembers its network type under the table's name.
@@ -338,13 +366,16 @@ protected:
     /// Writes the handle bindings recorded on live nodes as binding commands.
     HostErrorSeverity save(std::ostream &os);
 
-    /// Reads a handle block of a bindings file into `handle`, bound to `op` (null when the
-    /// operator type does not exist).
-    void loadHandle(HostPreprocessor &pp, HostOperator *op, GZ_BindingHandleInfo &handle);
-    /// Reads a selector block of a bindings file and stores the binding in `entry` when the
-    /// block is complete.
-    void loadSelector(HostPreprocessor &pp, const std::string &name, const std::string &description,
-                      gz_OpSelectorEntry &entry);
+    // Applying a decoded bindings file, one record at a time.
+    struct BindingsApplyState;
+    void startOperator(BindingsApplyState &state, const std::string &key);
+    void finishOperator(BindingsApplyState &state);
+    /// The handle instance a HANDLE record makes, or null when its links are to be ignored.
+    GZ_BindingHandleInfo *applyHandle(BindingsApplyState &state, const gz_BindingsRecord &record);
+    void applyLink(BindingsApplyState &state, const gz_BindingsRecord &link,
+                   const std::string &file);
+    void applySelector(const gz_BindingsRecord &selector, const gz_BindingsSelectorFields &fields,
+                       gz_OpSelectorEntry &entry);
 
     /// Entries of the binding maps; null when the key has none.
     gz_OpHandleEntry *findHandleEntry(const std::string &key) const;
@@ -357,6 +388,7 @@ protected:
 private:
     friend HostErrorSeverity saveGZResourceManagerCallback(std::ostream &os);
 
+    /// Lists of states by viewer and network; they point at states, owned or not.
     using StateList = std::vector<GZ_StateTemplate *>;
 
     static int stateListIndex(GZ_ViewerType viewer, GZ_NetworkType network);
@@ -386,10 +418,13 @@ private:
     std::unordered_map<GZ_OpGZKey, OpGZSettingInfo, GZ_OpGZKey::Hasher> myOpGZSettingTable;
     std::unordered_map<std::string, std::unique_ptr<GZ_SettingList>> myLastGZSettingTable;
     StateList myStateLists[GZ_NUM_VIEWER_TYPES * GZ_NETWORK_MAX_TYPES];
+    /// The states handed over with adoptState.
+    std::unordered_map<const GZ_StateTemplate *, std::unique_ptr<GZ_StateTemplate>> myOwnedStates;
     std::unordered_map<std::string, GZ_NetworkType> myTableInterests;
-    std::vector<std::pair<void (*)(void *), void *>> mySaveCallbacks;
+    HostCallbackList<void (*)(void *)> mySaveCallbacks{HostDuplicates::Kept};
     void *myPythonResourceSupport = nullptr;
 
+    static bool ourPrintWarnings;
     static bool theHideLockedHandleParts;
     static bool theScopeChannelsOnKey;
     static bool theAddScopedChannels;

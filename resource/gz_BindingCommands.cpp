@@ -3,6 +3,7 @@
 
 #include "host/HostCommandArgs.h"
 #include "host/HostCommandManager.h"
+#include "host/HostCommandTable.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -32,18 +33,13 @@ bool commandNetwork(const HostCommandArgs &args, GZ_NetworkType &type)
     type = GZ_NETWORK_SOP;
     if (!args.found('t'))
         return true;
-    static const struct
-    {
-        const char *name;
-        GZ_NetworkType type;
-    } theTables[] = {{"obj", GZ_NETWORK_OBJ},   {"sop", GZ_NETWORK_SOP},   {"dop", GZ_NETWORK_DOP},
-                     {"cop2", GZ_NETWORK_COP2}, {"chop", GZ_NETWORK_CHOP}, {"lop", GZ_NETWORK_LOP}};
+    // The host's type names (OBJ, SOP, ...) in any case, every network before Top.
     const std::string name = gz::toLower(gz::str(args.argp('t')));
-    for (const auto &table : theTables)
+    for (int i = 0; i < GZ_NETWORK_TOP; ++i)
     {
-        if (name == table.name)
+        if (name == gz::toLower(HostOperatorTable::getNetworkTypeName(i)))
         {
-            type = table.type;
+            type = static_cast<GZ_NetworkType>(i);
             return true;
         }
     }
@@ -498,47 +494,58 @@ void cmdParm(GZ_ResourceManager &manager, HostCommandArgs &args)
     manager.recordGZSettings(args.argv(1), args.argv(2), *node, args.argv(4));
 }
 
-/// Runs a handler on the manager instance; without one the command does nothing.
-HostCommandCallback onManager(void (*handler)(GZ_ResourceManager &, HostCommandArgs &))
-{
-    return [handler](HostCommandArgs &args)
-    {
-        if (GZ_ResourceManager *manager = GZgetResourceManager())
-            handler(*manager, args);
-    };
-}
-
 } // namespace
+
+// Option lines that several rows show in help.
+#define GZ_TABLE_OPTION                                                                            \
+    "-t TABLE  the operator table: obj, sop, dop, cop2, chop or lop, in any case (default sop)"
+#define GZ_NETWORK_OPTION                                                                          \
+    "-t NETWORK  the network the listed types support, in any case (default Sop)"
 
 void gz_installBindingCommands(HostCommandManager &commands)
 {
-    const struct
-    {
-        const char *name;
-        const char *options;
-        void (*handler)(GZ_ResourceManager &, HostCommandArgs &);
-        bool allowedWhileLoading;
-        const char *usage;
-    } theCommands[] = {
-        {"ombindinfo", "t:", cmdBindInfo, true, "ombindinfo [-t table] operator"},
-        {"omunbind", "t:", cmdUnbind, true,
-         "omunbind [-t table] operator[:parameter] [description]"},
-        {"ombind", "t:d:", cmdBind, true,
-         "ombind [-t table] [-d settings] description operator:parameter handle:parameter"},
-        {"omls", "t:", cmdList, true, "omls [-t network] [handle ...]"},
-        {"omwhere", "t:", cmdWhere, true, "omwhere [-t table] [handle]"},
-        {"omsbindinfo", "t:", cmdSelectorBindInfo, true, "omsbindinfo [-t table] operator"},
-        {"omsunbind", "t:", cmdSelectorUnbind, true, "omsunbind [-t table] operator [description]"},
-        {"omsbind", "t:", cmdSelectorBind, true,
+    using Row = HostCommandRow<GZ_ResourceManager>;
+    static const Row theCommands[] = {
+        {"ombindinfo", "t:", "ombindinfo [-t table] operator", cmdBindInfo, true,
+         "Lists the handle bindings of an operator type.", GZ_TABLE_OPTION},
+        {"omunbind", "t:", "omunbind [-t table] operator[:parameter] [description]", cmdUnbind,
+         true, "Removes handle bindings of the operator type.", GZ_TABLE_OPTION},
+        {"ombind",
+         "t:d:", "ombind [-t table] [-d settings] description operator:parameter handle:parameter",
+         cmdBind, true,
+         "Binds handle parameter parameter of handle type handle to the operator parameter (a "
+         "channel such as tx, or a whole parameter name) of operator type operator.",
+         GZ_TABLE_OPTION "\n"
+                         "-d SETTINGS  default settings of a new handle instance"},
+        {"omls", "t:", "omls [-t network] [handle ...]", cmdList, true,
+         "Without arguments, lists the handle types that have parameters and support the network, "
+         "one per line, sorted by name.",
+         GZ_NETWORK_OPTION},
+        {"omwhere", "t:", "omwhere [-t table] [handle]", cmdWhere, true,
+         "Lists the operator types of the table that bind handles, sorted by name.",
+         GZ_TABLE_OPTION},
+        {"omsbindinfo", "t:", "omsbindinfo [-t table] operator", cmdSelectorBindInfo, true,
+         "Lists the selector bindings.", GZ_TABLE_OPTION},
+        {"omsunbind", "t:", "omsunbind [-t table] operator [description]", cmdSelectorUnbind, true,
+         "Removes the selector bindings of an operator type, or only those of the description.",
+         GZ_TABLE_OPTION},
+        {"omsbind", "t:",
          "omsbind [-t table] operator:parameter selector description prompt input required "
-         "mask drag menu selectall"},
-        {"omsls", "t:", cmdSelectorList, true, "omsls [-t network]"},
-        {"omswhere", "t:", cmdSelectorWhere, true, "omswhere [-t table] [selector]"},
+         "mask drag menu selectall",
+         cmdSelectorBind, true, "Binds a selector to an operator type.", GZ_TABLE_OPTION},
+        {"omsls", "t:", "omsls [-t network]", cmdSelectorList, true,
+         "Lists the selectors that support the network, sorted, one per line.", GZ_NETWORK_OPTION},
+        {"omswhere", "t:", "omswhere [-t table] [selector]", cmdSelectorWhere, true,
+         "As omwhere, for selectors.", GZ_TABLE_OPTION},
         // Writing files is no business of a scene being loaded.
-        {"omwrite", "", cmdWrite, false, "omwrite [file]"},
-        {"omparm", "", cmdParm, true, "omparm handle-name handle-type node-path settings"},
+        {"omwrite", "", "omwrite [file]", cmdWrite, /*allowedWhileLoading=*/false,
+         "Writes every binding as a bindings file to FILE, by default OPbindings in the user's "
+         "directory (the current directory in gzsh)."},
+        {"omparm", "", "omparm handle-name handle-type node-path settings", cmdParm, true,
+         "Records handle settings (settings text) for the handle of that name and type on a node, "
+         "as saved scenes do."},
     };
-    for (const auto &command : theCommands)
-        commands.installCommand(command.name, command.options, onManager(command.handler),
-                                command.allowedWhileLoading, command.usage);
+#undef GZ_TABLE_OPTION
+#undef GZ_NETWORK_OPTION
+    HostCommandTable::install<GZ_ResourceManager>(commands, theCommands, &GZgetResourceManager);
 }

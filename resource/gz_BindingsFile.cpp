@@ -2,6 +2,7 @@
 #include "resource/GZ_ResourceManager.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -10,379 +11,21 @@
 #include "link/GZ_SettingList.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_SelectorTemplate.h"
+#include "resource/gz_BindingsParser.h"
 #include "resource/gz_OpHandleEntry.h"
 #include "resource/gz_OpSelectorEntry.h"
 
-#include <cctype>
-#include <climits>
-#include <cstdio>
 #include <fstream>
 #include <ostream>
 
-// The file is read through the host's preprocessor, which removes C comments and obeys
-// directives. Its grammar, by level:
-//
-//   file      := { operator }                 blank lines and lines starting '#' are skipped
-//   operator  := NAME rest-of-line  "{" line  { entry line }  "}" line
-//   entry     := "bindhandle" TYPE DESCRIPTION "SETTINGS"  handle
-//              | "bindselector" NAME DESCRIPTION  selector
-//   handle    := "{" { link } "}"             tokens, across lines; tokens starting '#' skipped
-//   link      := CHANNEL HANDLEPARM | PARM INDEX HANDLEPARM | "{" TEXT "}" HANDLEPARM
-//   selector  := "{" line, PROMPT line, OPPARM INPUT REQUIRED MASK DRAG MENU SELALL line,
-//                [EXTRA line], "}" line
-//
-// Problems the preprocessor finds arrive as lines starting "# error" wherever a line is read.
+// Reading decodes the whole file into records first (gz_BindingsParser), then applies them to
+// the registry in file order, so that every message comes where a one-pass reader would have
+// printed it.
 
 namespace
 {
-
-const char theErrorLinePrefix[] = "# error";
-const size_t theErrorLinePrefixLength = sizeof(theErrorLinePrefix) - 1;
-
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
-}
-
-bool isBlankLine(const std::string &line)
-{
-    for (char c : line)
-        if (!isBlank(c))
-            return false;
-    return true;
-}
-
-/// The first character of a line that is not blank (the line must hold one).
-char firstChar(const std::string &line)
-{
-    for (char c : line)
-        if (!isBlank(c))
-            return c;
-    return ' ';
-}
-
-/// A place in the file, kept for messages about a block that started earlier.
-struct Location
-{
-    std::string file;
-    int line = 0;
-};
-
-Location here(const HostPreprocessor &pp)
-{
-    return Location{pp.fileName(), pp.lineNumber()};
-}
-
-void reportMalformed(const Location &where, const std::string &what)
-{
-    std::fprintf(stderr, "%s[%d] Error parsing OPbindings: %s\n", where.file.c_str(), where.line,
-                 what.c_str());
-}
-
-void reportUnexpected(const HostPreprocessor &pp, const std::string &word)
-{
-    std::fprintf(stderr, "%s[%d] Unexpected input: '%s'\n", pp.fileName().c_str(), pp.lineNumber(),
-                 word.c_str());
-}
-
-/// The next line of text. Lines the preprocessor made of its own errors and of #error
-/// directives are reported, whatever is being read, and passed over.
-bool nextLine(HostPreprocessor &pp, std::string &line)
-{
-    while (pp.getLine(line))
-    {
-        if (line.compare(0, theErrorLinePrefixLength, theErrorLinePrefix) != 0)
-            return true;
-        std::fprintf(stderr, "Error parsing OPbindings: %s\n",
-                     line.c_str() + theErrorLinePrefixLength);
-    }
-    return false;
-}
-
-/// The next line that is neither blank nor a '#' comment line.
-bool nextContentLine(HostPreprocessor &pp, std::string &line)
-{
-    while (nextLine(pp, line))
-    {
-        if (!isBlankLine(line) && firstChar(line) != '#')
-            return true;
-    }
-    return false;
-}
-
-/// Makes `line` (not blank) the line that tokens are read from, and reads its first token.
-void startLine(HostPreprocessor &pp, const std::string &line, std::string &token,
-               bool *quoted = nullptr)
-{
-    pp.ungetLine(line);
-    pp.getToken(token, quoted);
-}
-
-/// The next token, going on to later lines when the current one is used up.
-bool nextToken(HostPreprocessor &pp, std::string &token, bool &quoted)
-{
-    if (pp.getLineToken(token, &quoted))
-        return true;
-    std::string line;
-    while (nextLine(pp, line))
-    {
-        if (isBlankLine(line))
-            continue;
-        startLine(pp, line, token, &quoted);
-        return true;
-    }
-    return false;
-}
-
-/// The next token of a handle block; tokens starting with '#' are comments there.
-bool nextHandleToken(HostPreprocessor &pp, std::string &token, bool &quoted)
-{
-    while (nextToken(pp, token, quoted))
-    {
-        if (quoted || token.empty() || token[0] != '#')
-            return true;
-    }
-    return false;
-}
-
-bool isWord(const std::string &token, bool quoted, const char *word)
-{
-    return !quoted && token == word;
-}
-
-/// A decimal integer with an optional sign and nothing else.
-bool parseInt(const std::string &text, int &value)
-{
-    size_t i = (!text.empty() && (text[0] == '-' || text[0] == '+')) ? 1 : 0;
-    if (i == text.size())
-        return false;
-    long long v = 0;
-    for (; i < text.size(); ++i)
-    {
-        if (!std::isdigit(static_cast<unsigned char>(text[i])))
-            return false;
-        v = v * 10 + (text[i] - '0');
-        if (v > INT_MAX)
-            return false;
-    }
-    value = text[0] == '-' ? -static_cast<int>(v) : static_cast<int>(v);
-    return true;
-}
-
-/// Skips what is left of a block whose opening brace has been read, up to the line holding
-/// the brace that closes it (braces inside quoted strings do not count).
-void skipBlock(HostPreprocessor &pp, const Location &opened, const std::string &what)
-{
-    int depth = 1;
-    std::string line;
-    while (nextLine(pp, line))
-    {
-        char quote = 0;
-        for (size_t i = 0; i < line.size(); ++i)
-        {
-            const char c = line[i];
-            if (quote)
-            {
-                if (c == '\\')
-                    ++i;
-                else if (c == quote)
-                    quote = 0;
-            }
-            else if (c == '"' || c == '\'')
-                quote = c;
-            else if (c == '{')
-                ++depth;
-            else if (c == '}' && --depth == 0)
-                return;
-        }
-    }
-    reportMalformed(opened, "missing '}' at the end of " + what);
-}
-
-/// One link of a handle block as written.
-struct HandleLinkText
-{
-    /// The operator channel, the parameter of a legacy link, or the "{ ... }" form.
-    std::string opParm;
-    /// The component of a legacy link; -1 for the two-token form.
-    int vecIndex = -1;
-    std::string gzParm;
-};
-
-/// Opens a block: the next line that holds something must start with the token "{".
-/// Otherwise the problem is reported, the line is left to the caller and false returned.
-bool openBlock(HostPreprocessor &pp, const std::string &what, Location &opened)
-{
-    std::string line;
-    if (!nextContentLine(pp, line))
-    {
-        reportMalformed(here(pp), "missing '{' after " + what);
-        return false;
-    }
-    std::string token;
-    bool quoted = false;
-    startLine(pp, line, token, &quoted);
-    if (!isWord(token, quoted, "{"))
-    {
-        reportMalformed(here(pp), "expected '{' after " + what);
-        pp.ungetLine(line);
-        return false;
-    }
-    opened = here(pp);
-    return true;
-}
-
-/// Reads the "{ ... }" operator parameter form after its "{": the text up to the next "}" on
-/// the same line, leading blanks dropped and the rest kept. The line after the "}" is read
-/// on as tokens.
-bool readBracedParm(HostPreprocessor &pp, std::string &op_parm)
-{
-    const std::string rest = pp.restOfLine();
-    size_t begin = 0;
-    while (begin < rest.size() && isBlank(rest[begin]))
-        ++begin;
-    const size_t close = rest.find('}', begin);
-    if (close == std::string::npos)
-    {
-        reportMalformed(here(pp), "missing '}' after '{' in an operator parameter");
-        return false;
-    }
-    op_parm = "{ " + rest.substr(begin, close - begin) + "}";
-    pp.ungetLine(rest.substr(close + 1));
-    return true;
-}
-
-/// Reads a handle block and calls `on_link` with each well-formed link, right after its
-/// handle parameter was read (so the reader's line is the link's). Structural problems are
-/// reported; a block that is not there is left unread.
-template <typename OnLink>
-void readHandleBlock(HostPreprocessor &pp, const std::string &what, OnLink &&on_link)
-{
-    Location opened;
-    if (!openBlock(pp, what, opened))
-        return;
-    std::string token;
-    bool quoted = false;
-    for (;;)
-    {
-        if (!nextHandleToken(pp, token, quoted))
-            break;
-        if (isWord(token, quoted, "}"))
-            return;
-
-        HandleLinkText link;
-        if (isWord(token, quoted, "{"))
-        {
-            if (!readBracedParm(pp, link.opParm))
-                continue;
-        }
-        else
-            link.opParm = token;
-
-        if (!nextHandleToken(pp, token, quoted))
-            break;
-        if (isWord(token, quoted, "}"))
-        {
-            reportMalformed(here(pp), "missing handle parameter after '" + link.opParm + "'");
-            return;
-        }
-        bool bad_index = false;
-        if (std::isdigit(static_cast<unsigned char>(token[0])))
-        {
-            // The legacy form names a parameter and a component instead of a channel.
-            if (!parseInt(token, link.vecIndex))
-            {
-                reportMalformed(here(pp), "bad vector index '" + token + "' for parameter '" +
-                                              link.opParm + "'");
-                bad_index = true;
-            }
-            const std::string index = token;
-            if (!nextHandleToken(pp, token, quoted))
-                break;
-            if (isWord(token, quoted, "}"))
-            {
-                reportMalformed(here(pp), "missing handle parameter after '" + link.opParm + " " +
-                                              index + "'");
-                return;
-            }
-        }
-        link.gzParm = token;
-        if (!bad_index)
-            on_link(link);
-    }
-    reportMalformed(opened, "missing '}' at the end of " + what);
-}
-
-/// The fields of a selector block.
-struct SelectorText
-{
-    std::string prompt;
-    std::string opParm;
-    int opInput = 0;
-    int opInputReq = 0;
-    std::string primMask;
-    int allowDrag = 0;
-    std::string menu;
-    int astSelAll = 0;
-    std::string extraInfo;
-};
-
-/// Reads the seven fields of a selector block's second line, whose first token is `first`.
-bool readSelectorFields(HostPreprocessor &pp, const std::string &first, SelectorText &fields)
-{
-    std::string input, required, drag, sel_all;
-    fields.opParm = first;
-    return pp.getLineToken(input) && parseInt(input, fields.opInput) && pp.getLineToken(required) &&
-           parseInt(required, fields.opInputReq) && pp.getLineToken(fields.primMask) &&
-           pp.getLineToken(drag) && parseInt(drag, fields.allowDrag) &&
-           pp.getLineToken(fields.menu) && pp.getLineToken(sel_all) &&
-           parseInt(sel_all, fields.astSelAll);
-}
-
-/// Reads a selector block; true when it held every required field. Unexpected lines are
-/// reported only when `report` is set (not for a block that is being skipped).
-bool readSelectorBlock(HostPreprocessor &pp, const std::string &what, SelectorText &fields,
-                       bool report)
-{
-    Location opened;
-    if (!openBlock(pp, what, opened))
-        return false;
-    int lines = 0;
-    bool fields_ok = false;
-    std::string line, token;
-    for (;;)
-    {
-        if (!nextContentLine(pp, line))
-        {
-            reportMalformed(opened, "missing '}' at the end of " + what);
-            return false;
-        }
-        if (firstChar(line) == '}')
-            return lines >= 2 && fields_ok;
-        startLine(pp, line, token);
-        switch (++lines)
-        {
-        case 1:
-            fields.prompt = token;
-            break;
-        case 2:
-            fields_ok = readSelectorFields(pp, token, fields);
-            break;
-        case 3:
-            fields.extraInfo = token;
-            break;
-        default:
-            if (report)
-                reportUnexpected(pp, token);
-            break;
-        }
-    }
-}
-
+const std::vector<std::string> thePreprocessorOptions = {"", "-x", "-P"};
 } // namespace
-
-// ---------------------------------------------------------------------------------------
-// Reading
 
 void GZ_ResourceManager::registerOpHandleBindings()
 {
@@ -391,167 +34,170 @@ void GZ_ResourceManager::registerOpHandleBindings()
         return;
     HostPreprocessor pp;
     pp.setSearchPath(HostReader::getSearchPath());
-    if (!pp.open(path, {"", "-x", "-P"}))
+    if (!pp.open(path, thePreprocessorOptions))
         return;
-
-    std::string line, name;
-    while (nextContentLine(pp, line))
-    {
-        startLine(pp, line, name);
-        // A brace here belongs to no operator (a block whose operator line is missing).
-        if (name == "{" || name == "}")
-        {
-            reportUnexpected(pp, name);
-            continue;
-        }
-        loadOperator(pp, name);
-    }
+    gz_BindingsDocument document;
+    gz_BindingsParser::read(pp, document);
+    applyBindings(document);
 }
 
-void GZ_ResourceManager::loadOperator(HostPreprocessor &pp, const std::string &op_name)
+void GZ_ResourceManager::registerOpHandleBindingsFromText(const std::string &text,
+                                                          const std::string &name)
 {
-    eraseHandleEntry(op_name);
-    eraseSelectorEntry(op_name);
-    gz_OpHandleEntry &handles = handleEntry(op_name);
-    gz_OpSelectorEntry &selectors = selectorEntry(op_name);
+    HostPreprocessor pp;
+    pp.setSearchPath(HostReader::getSearchPath());
+    pp.openText(text, name, thePreprocessorOptions);
+    gz_BindingsDocument document;
+    gz_BindingsParser::read(pp, document);
+    applyBindings(document);
+}
 
+/// Where applying a document stands: the operator block and the entry being applied.
+struct GZ_ResourceManager::BindingsApplyState
+{
+    std::string key;
+    HostOperator *op = nullptr;
     std::string table;
-    HostOperator *op = findOperator(op_name.c_str(), &table);
-    if (!op)
-        printWarning("Warning: Bad operator type when binding handles: %s", op_name.c_str());
+    gz_OpHandleEntry *handles = nullptr;
+    gz_OpSelectorEntry *selectors = nullptr;
+    /// The handle that LINK records go to; null while they are ignored.
+    GZ_BindingHandleInfo *handle = nullptr;
+    const gz_BindingsRecord *selector = nullptr;
+    bool selectorKnown = false;
+};
 
-    std::string line, keyword, type, description, settings;
-    bool quoted = false;
-    Location opened;
-    if (!nextContentLine(pp, line))
-        reportMalformed(here(pp), "missing '{' after " + op_name);
-    else if (firstChar(line) != '{')
+void GZ_ResourceManager::applyBindings(const gz_BindingsDocument &document)
+{
+    BindingsApplyState state;
+    for (const gz_BindingsRecord &record : document.records)
     {
-        reportMalformed(here(pp), "expected '{' after " + op_name);
-        pp.ungetLine(line);
-    }
-    else
-    {
-        opened = here(pp);
-        for (;;)
+        switch (record.kind)
         {
-            if (!nextContentLine(pp, line))
-            {
-                reportMalformed(opened, "missing '}' at the end of " + op_name);
-                break;
-            }
-            if (firstChar(line) == '}')
-                break;
-            startLine(pp, line, keyword);
-            if (keyword == "bindhandle")
-            {
-                if (!pp.getLineToken(type) || !pp.getLineToken(description))
-                {
-                    reportMalformed(here(pp), "bindhandle needs a handle type and a description");
-                    skipBlock(pp, opened, op_name);
-                    break;
-                }
-                if (!pp.getLineToken(settings, &quoted) || !quoted)
-                {
-                    printWarning("Error: Could not load default settings for the %s handle.",
-                                 type.c_str());
-                    skipBlock(pp, opened, op_name);
-                    break;
-                }
-                const std::string what = "bindhandle " + type;
-                const GZ_GZTemplate *gz = getOpHandleLinkTemplate(type.c_str());
-                if (!gz)
-                {
-                    printWarning("Bad handle: %s", type.c_str());
-                    readHandleBlock(pp, what, [](const HandleLinkText &) {});
-                    continue;
-                }
-                if (!gz->supportsType(table.c_str()))
-                {
-                    printWarning("Handle %s does not support %s operators.", type.c_str(),
-                                 table.c_str());
-                    readHandleBlock(pp, what, [](const HandleLinkText &) {});
-                    continue;
-                }
-                GZ_SettingList defaults;
-                defaults.loadFromSettingString(settings.c_str());
-                loadHandle(pp, op, handles.append(type, description, std::move(defaults)));
-            }
-            else if (keyword == "bindselector")
-            {
-                if (!pp.getLineToken(type) || !pp.getLineToken(description))
-                {
-                    reportMalformed(here(pp),
-                                    "bindselector needs a selector name and a description");
-                    skipBlock(pp, opened, op_name);
-                    break;
-                }
-                if (!getSelectorTemplate(type.c_str()))
-                {
-                    printWarning("Bad selector: %s", type.c_str());
-                    SelectorText ignored;
-                    readSelectorBlock(pp, "bindselector " + type, ignored, /*report=*/false);
-                    continue;
-                }
-                loadSelector(pp, type, description, selectors);
-            }
-            else
-                reportUnexpected(pp, keyword);
+        case gz_BindingsRecord::OPERATOR:
+            finishOperator(state);
+            startOperator(state, record.name);
+            break;
+        case gz_BindingsRecord::HANDLE:
+            state.handle = applyHandle(state, record);
+            break;
+        case gz_BindingsRecord::HANDLE_WITHOUT_SETTINGS:
+            state.handle = nullptr;
+            printWarning("Error: Could not load default settings for the %s handle.",
+                         record.type.c_str());
+            break;
+        case gz_BindingsRecord::LINK:
+            if (state.handle)
+                applyLink(state, record, document.file(record));
+            break;
+        case gz_BindingsRecord::SELECTOR:
+            state.selector = &record;
+            state.selectorKnown = getSelectorTemplate(record.type.c_str()) != nullptr;
+            if (!state.selectorKnown)
+                printWarning("Bad selector: %s", record.type.c_str());
+            break;
+        case gz_BindingsRecord::SELECTOR_END:
+            if (state.selectorKnown && state.selector && state.selectors)
+                applySelector(*state.selector, document.selectors[record.detail], *state.selectors);
+            state.selectorKnown = false;
+            break;
+        case gz_BindingsRecord::PROBLEM:
+            if (!record.onlyForKnownSelector || state.selectorKnown)
+                HostDiagnostics::report(document.problems[record.detail]);
+            break;
         }
     }
-
-    if (handles.empty())
-        eraseHandleEntry(op_name);
-    if (selectors.empty())
-        eraseSelectorEntry(op_name);
+    finishOperator(state);
 }
 
-void GZ_ResourceManager::loadHandle(HostPreprocessor &pp, HostOperator *op,
-                                    GZ_BindingHandleInfo &handle)
+void GZ_ResourceManager::startOperator(BindingsApplyState &state, const std::string &key)
 {
-    const std::string &type = handle.getGZName();
-    readHandleBlock(
-        pp, "bindhandle " + type,
-        [&](const HandleLinkText &link)
-        {
-            std::string channel = link.opParm;
-            if (link.vecIndex >= 0)
-            {
-                getChannelNameFromParmAndVec(channel, op, link.opParm.c_str(), link.vecIndex);
-                if (channel.empty())
-                {
-                    reportMalformed(here(pp), "parameter '" + link.opParm + "' has no component " +
-                                                  std::to_string(link.vecIndex));
-                    return;
-                }
-            }
-            if (!isValidGzParmName(type, link.gzParm))
-            {
-                std::string message = "Bad handle parm found: '" + link.gzParm + "' bound to" +
-                                      " operator parameter '" + channel + "'" + " for handle '" +
-                                      type + "'";
-                if (op)
-                    message += " of the operator '" + op->getName() + "'";
-                printWarning("%s[%d] %s", pp.fileName().c_str(), pp.lineNumber(), message.c_str());
-                return;
-            }
-            handle.addBinding(channel, link.gzParm);
-        });
+    state = BindingsApplyState();
+    state.key = key;
+    eraseHandleEntry(key);
+    eraseSelectorEntry(key);
+    state.handles = &handleEntry(key);
+    state.selectors = &selectorEntry(key);
+    state.op = findOperator(key.c_str(), &state.table);
+    if (!state.op)
+        printWarning("Warning: Bad operator type when binding handles: %s", key.c_str());
 }
 
-void GZ_ResourceManager::loadSelector(HostPreprocessor &pp, const std::string &name,
-                                      const std::string &description, gz_OpSelectorEntry &entry)
+void GZ_ResourceManager::finishOperator(BindingsApplyState &state)
 {
-    SelectorText fields;
-    if (!readSelectorBlock(pp, "bindselector " + name, fields, /*report=*/true))
+    if (state.handles && state.handles->empty())
+        eraseHandleEntry(state.key);
+    if (state.selectors && state.selectors->empty())
+        eraseSelectorEntry(state.key);
+}
+
+GZ_BindingHandleInfo *GZ_ResourceManager::applyHandle(BindingsApplyState &state,
+                                                      const gz_BindingsRecord &record)
+{
+    const std::string &type = record.type;
+    const GZ_GZTemplate *gz = getOpHandleLinkTemplate(type.c_str());
+    if (!gz)
     {
-        printWarning("Error binding selector: %s", name.c_str());
+        printWarning("Bad handle: %s", type.c_str());
+        return nullptr;
+    }
+    if (!gz->supportsType(state.table.c_str()))
+    {
+        printWarning("Handle %s does not support %s operators.", type.c_str(), state.table.c_str());
+        return nullptr;
+    }
+    if (!state.handles)
+        return nullptr;
+    GZ_SettingList defaults;
+    defaults.loadFromSettingString(record.text.c_str());
+    return &state.handles->append(type, record.description, std::move(defaults));
+}
+
+void GZ_ResourceManager::applyLink(BindingsApplyState &state, const gz_BindingsRecord &link,
+                                   const std::string &file)
+{
+    GZ_BindingHandleInfo &handle = *state.handle;
+    const std::string &type = handle.getGZName();
+    std::string channel = link.text;
+    if (link.vecIndex >= 0)
+    {
+        getChannelNameFromParmAndVec(channel, state.op, link.text.c_str(), link.vecIndex);
+        if (channel.empty())
+        {
+            const std::string message =
+                "Error parsing OPbindings: " +
+                HostDiagnostics::upToNul("parameter '" + link.text + "' has no component " +
+                                         std::to_string(link.vecIndex));
+            HostDiagnostics::report(HostDiagSeverity::Error, file, link.line, message,
+                                    file + "[" + std::to_string(link.line) + "] " + message);
+            return;
+        }
+    }
+    if (!isValidGzParmName(type, link.name))
+    {
+        std::string message = "Bad handle parm found: '" + link.name + "' bound to" +
+                              " operator parameter '" + channel + "'" + " for handle '" + type +
+                              "'";
+        if (state.op)
+            message += " of the operator '" + state.op->getName() + "'";
+        printWarningAt(file, link.line, message);
         return;
     }
-    entry.bind(GZ_BindingSelectorInfo(name, description, fields.prompt, fields.opParm, fields.menu,
-                                      fields.primMask, fields.opInput, fields.opInputReq != 0,
-                                      fields.allowDrag != 0, fields.astSelAll != 0,
-                                      fields.extraInfo));
+    handle.addBinding(channel, link.name);
+}
+
+void GZ_ResourceManager::applySelector(const gz_BindingsRecord &selector,
+                                       const gz_BindingsSelectorFields &fields,
+                                       gz_OpSelectorEntry &entry)
+{
+    if (!fields.complete)
+    {
+        printWarning("Error binding selector: %s", selector.type.c_str());
+        return;
+    }
+    entry.bind(GZ_BindingSelectorInfo(selector.type, selector.description, fields.prompt,
+                                      fields.opParm, fields.menu, fields.primMask, fields.opInput,
+                                      fields.opInputReq != 0, fields.allowDrag != 0,
+                                      fields.astSelAll != 0, fields.extraInfo));
 }
 
 // ---------------------------------------------------------------------------------------
@@ -729,7 +375,7 @@ HostErrorSeverity GZ_ResourceManager::save(std::ostream &os)
     std::string args;
     for (const auto &item : myOpGZSettingTable)
     {
-        const GZ_SettingList *settings = item.second.mySettings;
+        const GZ_SettingList *settings = item.second.mySettings.get();
         if (!settings || !director->findNodeById(item.first.opId()))
             continue;
         settings->getSetting("hudbindingargs", args, "");

@@ -117,7 +117,9 @@ void GZ_ResourceManager::recordGZSettings(const char *name, const char *type, co
     GZ_OpGZKey key(name, type, node.getUniqueId());
     auto it = myOpGZSettingTable.find(key);
     if (it == myOpGZSettingTable.end())
-        it = myOpGZSettingTable.emplace(key, OpGZSettingInfo{new GZ_SettingList, recorded}).first;
+        it = myOpGZSettingTable
+                 .emplace(key, OpGZSettingInfo{std::make_unique<GZ_SettingList>(), recorded})
+                 .first;
     else
         it->second.myRecorded = recorded;
     it->second.mySettings->loadFromSettingString(settings_text);
@@ -133,7 +135,8 @@ void GZ_ResourceManager::saveGZSettingsToTables(GZ_OpHandleLink &link)
         auto it = myOpGZSettingTable.find(opKey(link, *node));
         if (it == myOpGZSettingTable.end())
             it = myOpGZSettingTable
-                     .emplace(opKey(link, *node), OpGZSettingInfo{new GZ_SettingList, false})
+                     .emplace(opKey(link, *node),
+                              OpGZSettingInfo{std::make_unique<GZ_SettingList>(), false})
                      .first;
         // The link saves only the settings it knows; the others recorded for the node (a
         // colour, binding arguments) stay, or using the handle would drop them.
@@ -189,7 +192,7 @@ void GZ_ResourceManager::loadGZSettingsFromTables(GZ_OpHandleLink &link, bool us
         auto it = myOpGZSettingTable.find(opKey(link, *node));
         if (it != myOpGZSettingTable.end())
         {
-            candidate = it->second.mySettings;
+            candidate = it->second.mySettings.get();
             recorded = it->second.myRecorded;
             found = true;
         }
@@ -249,10 +252,7 @@ void GZ_ResourceManager::removeGZSettingsFromTables(const GZ_OpHandleLink &link)
     {
         auto it = myOpGZSettingTable.find(opKey(link, *link.getOpNode(0)));
         if (it != myOpGZSettingTable.end())
-        {
-            delete it->second.mySettings;
             myOpGZSettingTable.erase(it);
-        }
     }
     myLastGZSettingTable.erase(lastKey(link));
 }
@@ -276,10 +276,8 @@ void GZ_ResourceManager::removeGZSettingsFromTables(HostOperator &op)
             auto it = myOpGZSettingTable.find(GZ_OpGZKey(binding.getGZDescription().c_str(),
                                                          binding.getGZName().c_str(),
                                                          (*node)->getUniqueId()));
-            if (it == myOpGZSettingTable.end())
-                continue;
-            delete it->second.mySettings;
-            myOpGZSettingTable.erase(it);
+            if (it != myOpGZSettingTable.end())
+                myOpGZSettingTable.erase(it);
         }
     }
 }
@@ -289,17 +287,13 @@ void GZ_ResourceManager::removeGZSettingsFromTables(HostOperator &op)
 
 void GZ_ResourceManager::clearOpGZSettings()
 {
-    for (auto &entry : myOpGZSettingTable)
-        delete entry.second.mySettings;
     myOpGZSettingTable.clear();
 }
 
 HostErrorSeverity GZ_ResourceManager::saveSettings(std::ostream &os)
 {
-    // Copy first: a callback may add or remove callbacks while the scene is saved.
-    const auto callbacks = mySaveCallbacks;
-    for (const auto &callback : callbacks)
-        callback.first(callback.second);
+    // A callback may add or remove callbacks while the scene is saved.
+    mySaveCallbacks.forEach([](void (*callback)(void *), void *data) { callback(data); });
 
     // In node path and handle name order: the table's own order depends on its history, and
     // a loaded scene must save the same bytes.

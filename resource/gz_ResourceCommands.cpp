@@ -7,10 +7,6 @@
 
 void GZ_ResourceManager::installCommands()
 {
-    static bool theInstalled = false;
-    if (theInstalled)
-        return;
-    theInstalled = true;
     gz_installBindingCommands(*HostCommandManager::getInstance());
     HostDirector::instance()->setSaveCallback(saveGZResourceManagerCallback);
 }

@@ -14,7 +14,9 @@ std::string toLower(const std::string &text)
     return lower;
 }
 
-static bool isBlank(char c)
+// Words of a word list are separated by blanks and line breaks alike, unlike the host's
+// readers, for which a line break ends a line; form feeds and vertical tabs belong to words.
+static bool isWordSeparator(char c)
 {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r';
 }
@@ -25,10 +27,10 @@ bool containsWord(const std::string &words, const std::string &word)
     size_t i = 0;
     while (i < n)
     {
-        while (i < n && isBlank(words[i]))
+        while (i < n && isWordSeparator(words[i]))
             ++i;
         size_t end = i;
-        while (end < n && !isBlank(words[end]))
+        while (end < n && !isWordSeparator(words[end]))
             ++end;
         if (end > i && words.compare(i, end - i, word) == 0)
             return true;

@@ -8,6 +8,9 @@
 #include "resource/gz_OpHandleEntry.h"
 #include "resource/gz_OpSelectorEntry.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 
@@ -59,8 +62,9 @@ void GZ_ResourceManager::templatesUpdated(HostOperator *op)
     myStateNames.erase(old_name);
 }
 
-// Deleting an operator type deletes the states that stand for it in its own network; states of
-// the same name that belong to something else keep the name registered.
+// Deleting an operator type drops the states that stand for it in its own network (deleting
+// those the manager owns); states of the same name that belong to something else keep the
+// name registered.
 void GZ_ResourceManager::operatorDeleted(HostOperator *op)
 {
     if (!op)
@@ -75,6 +79,7 @@ void GZ_ResourceManager::operatorDeleted(HostOperator *op)
         GZ_NetworkType own_network;
         const bool has_network = getNetworkType(tableNameOf(op).c_str(), own_network);
         int others = 0;
+        std::vector<GZ_StateTemplate *> removed;
         for (int viewer = 0; viewer < GZ_NUM_VIEWER_TYPES; ++viewer)
         {
             for (int network = 0; network < GZ_NETWORK_MAX_TYPES; ++network)
@@ -90,7 +95,7 @@ void GZ_ResourceManager::operatorDeleted(HostOperator *op)
                     if (own_list && state->getOperator() == op)
                     {
                         list.erase(list.begin() + i);
-                        delete state;
+                        removed.push_back(state);
                     }
                     else
                         ++others;
@@ -99,6 +104,16 @@ void GZ_ResourceManager::operatorDeleted(HostOperator *op)
         }
         if (others == 0)
             myStateNames.erase(name);
+        // The manager's own states go once no list points at them; others are their owners'.
+        for (GZ_StateTemplate *state : removed)
+        {
+            const bool listed =
+                std::any_of(std::begin(myStateLists), std::end(myStateLists),
+                            [state](const StateList &list)
+                            { return std::find(list.begin(), list.end(), state) != list.end(); });
+            if (!listed)
+                myOwnedStates.erase(state);
+        }
     }
 
     // Bindings of other operator types come from the bindings file and must survive, so that

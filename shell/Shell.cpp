@@ -9,6 +9,8 @@
 
 #include "host/HostCommandManager.h"
 #include "host/HostCommandParser.h"
+#include "host/HostCommandTable.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
 #include "host/HostReader.h"
 #include "persistent/GZ_Manager.h"
@@ -29,7 +31,12 @@ namespace fs = std::filesystem;
 
 namespace
 {
-bool theCommandsInstalled = false;
+
+/// A problem of gzsh's own (its arguments, a file it cannot read).
+void reportError(const std::string &text)
+{
+    HostDiagnostics::report(HostDiagSeverity::Error, "", 0, text);
+}
 
 std::string baseName(const std::string &path)
 {
@@ -99,20 +106,10 @@ void Shell::startLibrary()
 
 void Shell::installCommands()
 {
-    if (theCommandsInstalled)
-        return;
-    theCommandsInstalled = true;
+    // The interpreter is process-wide: the first shell's rows stay, a later shell's are left
+    // out as installed already.
     for (ShellCommandGroup group : shellCommandGroups())
-    {
-        for (const ShellCommand &command : group())
-        {
-            auto handler = command.handler;
-            myCommands->installCommand(
-                command.name, command.options,
-                [this, handler](HostCommandArgs &args) { handler(*this, args); },
-                command.allowedWhileLoading, command.usage);
-        }
-    }
+        HostCommandTable::install<Shell>(*myCommands, group(), [this] { return this; });
 }
 
 bool Shell::findScript(const std::string &name, std::string &path)
@@ -241,12 +238,12 @@ int Shell::main(int argc, const char *const *argv)
             continue;
         }
         if (arg == "-c" && has_text)
-            std::cerr << "gzsh: -c given twice\n";
+            reportError("gzsh: -c given twice");
         else if (arg == "-p" || arg == "-c")
-            std::cerr << "gzsh: option " << arg << " needs a value\n";
+            reportError("gzsh: option " + arg + " needs a value");
         else
-            std::cerr << "gzsh: unknown option " << arg << "\n";
-        std::cerr << usageLine() << "\n";
+            reportError("gzsh: unknown option " + arg);
+        reportError(usageLine());
         return STATUS_USAGE;
     }
 
@@ -259,7 +256,7 @@ int Shell::main(int argc, const char *const *argv)
             break;
         if (!runFile(file))
         {
-            std::cerr << "gzsh: cannot read " << file << "\n";
+            reportError("gzsh: cannot read " + file);
             myFileFailed = true;
         }
     }

@@ -89,8 +89,6 @@ bool parseTime(const HostCommandArgs &args, int i, double &time)
 // chkey PATH CHANNEL [TIME [VALUE]]
 void cmdChKey(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 5))
-        return;
     Target t;
     if (!findTarget(shell, args, 1, t))
         return;
@@ -128,8 +126,6 @@ void cmdChKey(Shell &shell, HostCommandArgs &args)
 // chkeyrm PATH CHANNEL [TIME]
 void cmdChKeyRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 4))
-        return;
     Target t;
     if (!findTarget(shell, args, 1, t))
         return;
@@ -168,8 +164,6 @@ void cmdChKeyRm(Shell &shell, HostCommandArgs &args)
 // chkeyls PATH CHANNEL: "TIME VALUE" per key of each named channel.
 void cmdChKeyLs(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     Target t;
     if (!findTarget(shell, args, 1, t))
         return;
@@ -191,8 +185,6 @@ void cmdChKeyLs(Shell &shell, HostCommandArgs &args)
 // chrm PATH CHANNEL...: the channels go; their values at the current time stay.
 void cmdChRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, -1))
-        return;
     HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
@@ -239,8 +231,6 @@ void cmdChRm(Shell &shell, HostCommandArgs &args)
 // channel, else its expression, else its value).
 void cmdChCp(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     HostNode *srcNode = nullptr, *dstNode = nullptr;
     HostParm *src = nullptr, *dst = nullptr;
     int sk = -1, dk = -1;
@@ -273,8 +263,6 @@ void cmdChCp(Shell &shell, HostCommandArgs &args)
 // channel; OLD keeps its value at the current time as a constant.
 void cmdChRename(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     HostNode *node = nullptr;
     HostParm *from = nullptr;
     int fk = -1;
@@ -446,13 +434,31 @@ void ShellChannels::writeAnimation(std::ostream &os, const std::string &path, co
 std::vector<ShellCommand> shellChannelCommands()
 {
     return {
-        {"chkey", "", "chkey PATH CHANNEL [TIME [VALUE]]", &cmdChKey},
-        {"chkeyrm", "", "chkeyrm PATH CHANNEL [TIME]", &cmdChKeyRm},
-        {"chkeyls", "", "chkeyls PATH CHANNEL", &cmdChKeyLs},
-        {"chrm", "", "chrm PATH CHANNEL...", &cmdChRm},
-        {"chcp", "", "chcp NODEPATH/CHANNEL NODEPATH/CHANNEL", &cmdChCp},
-        {"chrename", "", "chrename NODEPATH/CHANNEL NEWCHANNEL", &cmdChRename},
-        {"chscope", "wa", "chscope [-w] [-a] [[+|-]NODEPATH/CHANNEL[,CHANNEL...]...]", &cmdChScope},
-        {"chopscope", "", "chopscope [PATH...]", &cmdChopScope},
+        {"chkey", "", "chkey PATH CHANNEL [TIME [VALUE]]", &cmdChKey, true,
+         "Sets a key on a channel, or on every component of a parameter, at TIME (default the "
+         "current time).",
+         "", 3, 5},
+        {"chkeyrm", "", "chkeyrm PATH CHANNEL [TIME]", &cmdChKeyRm, true,
+         "Removes the key at TIME (default the current time); an error when there is none.", "", 3,
+         4},
+        {"chkeyls", "", "chkeyls PATH CHANNEL", &cmdChKeyLs, true,
+         "Lists the keys, one TIME VALUE line each; a whole parameter lists each animated "
+         "component under a NAME: line.",
+         "", 3, 3},
+        {"chrm", "", "chrm PATH CHANNEL...", &cmdChRm, true,
+         "Removes channels; each component keeps its value at the current time as its constant.",
+         "", 3, -1},
+        {"chcp", "", "chcp NODEPATH/CHANNEL NODEPATH/CHANNEL", &cmdChCp, true,
+         "Gives the second channel the first one's animation.", "", 3, 3},
+        {"chrename", "", "chrename NODEPATH/CHANNEL NEWCHANNEL", &cmdChRename, true,
+         "Moves a channel's animation (keys or expression) to another channel of the same node; "
+         "the old channel keeps its current value as a constant.",
+         "", 3, 3},
+        {"chscope", "wa", "chscope [-w] [-a] [[+|-]NODEPATH/CHANNEL[,CHANNEL...]...]", &cmdChScope,
+         true, "Sets the channel scope.",
+         "-a  add channels that are not animated too\n-w  open the channel editor (no effect in "
+         "gzsh)"},
+        {"chopscope", "", "chopscope [PATH...]", &cmdChopScope, true,
+         "Remembers the motion-channel paths given; without paths lists them."},
     };
 }

@@ -1,26 +1,14 @@
 // ShellCommand: one gzsh command, and the list of command groups that make up the shell.
 #pragma once
 
-#include "host/HostCommandArgs.h"
+#include "host/HostCommandRow.h"
 
 #include <vector>
 
 class Shell;
 
-/// One command of gzsh as a group declares it. The handler checks its arguments, calls the
-/// host or the library, and reports on the streams of `args`; it never throws.
-struct ShellCommand
-{
-    const char *name;
-    /// Option string: a letter, then one ':' per value it takes.
-    const char *options;
-    /// Synopsis, command name first ("nodeadd TYPE PATH").
-    const char *usage;
-    void (*handler)(Shell &shell, HostCommandArgs &args);
-    /// False for commands that must not run from a scene file being loaded (they write
-    /// files or leave the session).
-    bool allowedWhileLoading = true;
-};
+/// One command of gzsh as a group declares it: a command row whose handler works on the shell.
+using ShellCommand = HostCommandRow<Shell>;
 
 /// A group of commands, defined in a file of its own.
 using ShellCommandGroup = std::vector<ShellCommand> (*)();

@@ -202,8 +202,14 @@ std::vector<ShellCommand> shellHandleCommands()
         {"handledrag", "kP:",
          "handledrag [-k] NODEPATH DESCRIPTION HANDLEPARM VALUE [HANDLEPARM VALUE]... | "
          "handledrag [-k] -P NAME HANDLEPARM VALUE...",
-         &cmdHandleDrag},
-        {"handleget", "P:",
-         "handleget NODEPATH DESCRIPTION HANDLEPARM | handleget -P NAME HANDLEPARM", &cmdHandleGet},
+         &cmdHandleDrag, true,
+         "Drags the handle that the node's operator type binds under DESCRIPTION (see ombindinfo), "
+         "as a viewer tool would.",
+         "-k  set a key at the current time on animatable parameters\n-P NAME  drag the persistent "
+         "handle NAME instead"},
+        {"handleget",
+         "P:", "handleget NODEPATH DESCRIPTION HANDLEPARM | handleget -P NAME HANDLEPARM",
+         &cmdHandleGet, true, "Writes the value of a handle parameter as the handle reads it.",
+         "-P NAME  read the persistent handle NAME instead"},
     };
 }

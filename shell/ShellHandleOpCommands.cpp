@@ -50,8 +50,6 @@ const HandleOperation *findOperation(const std::string &name)
 // handleop OPERATION NODEPATH DESCRIPTION
 void cmdHandleOp(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 4, 4))
-        return;
     const HandleOperation *op = findOperation(args.arg(1));
     if (!op)
     {
@@ -72,8 +70,6 @@ void cmdHandleOp(Shell &shell, HostCommandArgs &args)
 // parmcache begin|end
 void cmdParmCache(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
     if (args.arg(1) == "begin")
     {
         ShellResourceManager::beginParmsCache();
@@ -95,7 +91,13 @@ void cmdParmCache(Shell &shell, HostCommandArgs &args)
 std::vector<ShellCommand> shellHandleOpCommands()
 {
     return {
-        {"handleop", "", "handleop OPERATION NODEPATH DESCRIPTION", &cmdHandleOp},
-        {"parmcache", "", "parmcache begin|end", &cmdParmCache},
+        {"handleop", "", "handleop OPERATION NODEPATH DESCRIPTION", &cmdHandleOp, true,
+         "Runs an entry of a handle's menu on the node at NODEPATH through the handle a tool would "
+         "show for it.",
+         "", 4, 4},
+        {"parmcache", "", "parmcache begin|end", &cmdParmCache, true,
+         "Opens and closes a parameter cache period, in which handle operations collect the "
+         "channels they would key or scope instead of doing it.",
+         "", 2, 2},
     };
 }

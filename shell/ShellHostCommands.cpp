@@ -50,8 +50,6 @@ std::string baseName(const std::string &path)
 
 void cmdNodeAdd(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     ShellUndoBlock block(shell, args);
     std::string error;
     HostNode *node = shell.director().createNode(args.arg(1), args.arg(2), &error);
@@ -67,8 +65,6 @@ void cmdNodeAdd(Shell &shell, HostCommandArgs &args)
 
 void cmdNodeRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, -1))
-        return;
     ShellUndoBlock block(shell, args);
     HostDirector &director = shell.director();
     for (int i = 1; i < args.argc(); ++i)
@@ -93,8 +89,6 @@ void cmdNodeRm(Shell &shell, HostCommandArgs &args)
 
 void cmdNodeMv(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
@@ -128,8 +122,6 @@ void cmdNodeMv(Shell &shell, HostCommandArgs &args)
 
 void cmdNodeLs(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 1, 2))
-        return;
     const std::string path = args.argc() > 1 ? args.arg(1) : "/";
     HostNode *node = shellFindNode(shell, args, path);
     if (!node)
@@ -146,8 +138,6 @@ void cmdNodeLs(Shell &shell, HostCommandArgs &args)
 
 void cmdParmSet(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 4, -1))
-        return;
     HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
@@ -168,8 +158,6 @@ void cmdParmSet(Shell &shell, HostCommandArgs &args)
 
 void cmdParmGet(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     HostNode *node = shellFindNode(shell, args, args.arg(1));
     if (!node)
         return;
@@ -187,8 +175,6 @@ void cmdParmGet(Shell &shell, HostCommandArgs &args)
 
 void cmdTcur(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 1, 2))
-        return;
     if (args.argc() == 1)
     {
         args.out() << formatG(shell.director().getTime()) << "\n";
@@ -205,31 +191,23 @@ void cmdTcur(Shell &shell, HostCommandArgs &args)
 
 void cmdUndo(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 1, 1))
-        return;
     if (!shell.director().getUndoManager().undo())
         args.err() << "undo: nothing to undo\n";
 }
 
 void cmdRedo(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 1, 1))
-        return;
     if (!shell.director().getUndoManager().redo())
         args.err() << "redo: nothing to redo\n";
 }
 
-void cmdSceneNew(Shell &shell, HostCommandArgs &args)
+void cmdSceneNew(Shell &shell, HostCommandArgs &)
 {
-    if (!shellCheckCount(args, 1, 1))
-        return;
     ShellScene::clear(shell.director());
 }
 
 void cmdSceneSave(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
     std::ostringstream text;
     HostErrorSeverity severity = ShellScene::write(text, shell.director());
     if (severity >= HOST_ERR_WARNING)
@@ -241,8 +219,6 @@ void cmdSceneSave(Shell &shell, HostCommandArgs &args)
 
 void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
     std::string text;
     if (!readScript(args, args.arg(1), text))
         return;
@@ -265,8 +241,6 @@ void cmdSceneLoad(Shell &shell, HostCommandArgs &args)
 
 void cmdSource(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
     std::string text;
     if (!readScript(args, args.arg(1), text))
         return;
@@ -283,10 +257,20 @@ void cmdEcho(Shell &, HostCommandArgs &args)
     args.out() << "\n";
 }
 
+/// The synopsis of a command, the sentence on what it does, and its option lines indented.
+void writeHelp(const HostCommandManager &commands, const std::string &name, std::ostream &os)
+{
+    os << commands.usage(name) << "\n";
+    const std::string summary = commands.summary(name);
+    if (!summary.empty())
+        os << summary << "\n";
+    std::istringstream options(commands.optionHelp(name));
+    for (std::string line; std::getline(options, line);)
+        os << "  " << line << "\n";
+}
+
 void cmdHelp(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 1, 2))
-        return;
     HostCommandManager &commands = shell.commands();
     if (args.argc() == 2)
     {
@@ -295,17 +279,15 @@ void cmdHelp(Shell &shell, HostCommandArgs &args)
             args.err() << "help: unknown command " << args.arg(1) << "\n";
             return;
         }
-        args.out() << commands.usage(args.arg(1)) << "\n";
+        writeHelp(commands, args.arg(1), args.out());
         return;
     }
     for (const std::string &name : commands.commandNames())
         args.out() << commands.usage(name) << "\n";
 }
 
-void cmdExit(Shell &shell, HostCommandArgs &args)
+void cmdExit(Shell &shell, HostCommandArgs &)
 {
-    if (!shellCheckCount(args, 1, 1))
-        return;
     shell.commands().requestExit();
 }
 
@@ -332,8 +314,6 @@ void cmdSet(Shell &shell, HostCommandArgs &args)
 
 void cmdUnset(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, -1))
-        return;
     for (int i = 1; i < args.argc(); ++i)
         if (!shell.commands().unsetVariable(args.arg(i)))
             args.err() << "unset: " << args.arg(i) << " is not set\n";
@@ -343,23 +323,55 @@ void cmdUnset(Shell &shell, HostCommandArgs &args)
 std::vector<ShellCommand> shellHostCommands()
 {
     return {
-        {"nodeadd", "", "nodeadd TYPE PATH", &cmdNodeAdd},
-        {"noderm", "", "noderm PATH...", &cmdNodeRm},
-        {"nodemv", "", "nodemv PATH NEWNAME", &cmdNodeMv},
-        {"nodels", "", "nodels [PATH]", &cmdNodeLs},
-        {"parmset", "ep", "parmset [-e|-p] PATH PARM VALUE...", &cmdParmSet},
-        {"parmget", "", "parmget PATH CHANNEL", &cmdParmGet},
-        {"tcur", "", "tcur [SECONDS]", &cmdTcur},
-        {"undo", "", "undo", &cmdUndo},
-        {"redo", "", "redo", &cmdRedo},
-        {"scenenew", "", "scenenew", &cmdSceneNew},
-        {"scenesave", "", "scenesave FILE", &cmdSceneSave, /*allowedWhileLoading=*/false},
-        {"sceneload", "", "sceneload FILE", &cmdSceneLoad, /*allowedWhileLoading=*/false},
-        {"source", "", "source FILE", &cmdSource},
-        {"echo", "", "echo [WORDS...]", &cmdEcho},
-        {"help", "", "help [COMMAND]", &cmdHelp},
-        {"exit", "", "exit", &cmdExit, /*allowedWhileLoading=*/false},
-        {"set", "", "set [NAME [VALUE...]]", &cmdSet},
-        {"unset", "", "unset NAME...", &cmdUnset},
+        {"nodeadd", "", "nodeadd TYPE PATH", &cmdNodeAdd, true,
+         "Creates a node of operator type TYPE at PATH.", "", 3, 3},
+        {"noderm", "", "noderm PATH...", &cmdNodeRm, true,
+         "Deletes each node with everything inside it, in order; one undo step for all.", "", 2,
+         -1},
+        {"nodemv", "", "nodemv PATH NEWNAME", &cmdNodeMv, true,
+         "Renames a node; the node's listeners get the renamed event with the old name.", "", 3, 3},
+        {"nodels", "", "nodels [PATH]", &cmdNodeLs, true,
+         "Writes the names of PATH's children (default /), one per line, in creation order.", "", 1,
+         2},
+        {"parmset", "ep", "parmset [-e|-p] PATH PARM VALUE...", &cmdParmSet, true,
+         "Sets a parameter.",
+         "-e  the values are expressions of the host's expression language\n-p  the values are "
+         "expressions of the scripting language",
+         4, -1},
+        {"parmget", "", "parmget PATH CHANNEL", &cmdParmGet, true,
+         "Writes the value of a channel (or of a parameter's first component) at the current "
+         "time.",
+         "", 3, 3},
+        {"tcur", "", "tcur [SECONDS]", &cmdTcur, true,
+         "Without an argument writes the current time in seconds (%g); with one, sets it.", "", 1,
+         2},
+        {"undo", "", "undo", &cmdUndo, true, "Undoes the last step.", "", 1, 1},
+        {"redo", "", "redo", &cmdRedo, true, "Redoes the last undone one.", "", 1, 1},
+        {"scenenew", "", "scenenew", &cmdSceneNew, true,
+         "Deletes every node, resets the time and clears the undo history.", "", 1, 1},
+        {"scenesave", "", "scenesave FILE", &cmdSceneSave, /*allowedWhileLoading=*/false,
+         "Writes the scene to FILE as commands.", "", 2, 2},
+        {"sceneload", "", "sceneload FILE", &cmdSceneLoad, /*allowedWhileLoading=*/false,
+         "Reads FILE (as given, else on the search path), clears the scene as scenenew does, and "
+         "runs FILE with the loading flag set and undo off, so the loaded scene starts with no "
+         "history.",
+         "", 2, 2},
+        {"source", "", "source FILE", &cmdSource, true,
+         "Runs the commands of FILE (as given, else on the search path; any stream, /dev/stdin "
+         "too).",
+         "", 2, 2},
+        {"echo", "", "echo [WORDS...]", &cmdEcho, true,
+         "Writes the words separated by one blank, then a newline."},
+        {"help", "", "help [COMMAND]", &cmdHelp, true,
+         "Without an argument writes the synopsis of every command, host and library, sorted by "
+         "name, one per line; with one, that command's synopsis, what it does and its options.",
+         "", 1, 2},
+        {"exit", "", "exit", &cmdExit, /*allowedWhileLoading=*/false,
+         "Stops gzsh: the current script, every script that ran it, and the remaining FILEs and -c "
+         "text.",
+         "", 1, 1},
+        {"set", "", "set [NAME [VALUE...]]", &cmdSet, true,
+         "Sets the variable NAME to the values joined by single blanks."},
+        {"unset", "", "unset NAME...", &cmdUnset, true, "Removes variables.", "", 2, -1},
     };
 }

@@ -48,7 +48,10 @@ void cmdPython(Shell &, HostCommandArgs &args)
 std::vector<ShellCommand> shellPythonCommands()
 {
     return {
-        {"python", "c:", "python [-c TEXT] [FILE [ARGS...]]", &cmdPython},
+        {"python", "c:", "python [-c TEXT] [FILE [ARGS...]]", &cmdPython, true,
+         "Runs Python in gzsh's interpreter: TEXT, then FILE (found as given, else on the search "
+         "path) with sys.argv = FILE and ARGS.",
+         "-c TEXT  run TEXT first"},
     };
 }
 

@@ -44,9 +44,11 @@ GZ_ResourceManager *ShellResourceManager::create(bool print_warnings)
 {
     if (GZresourceManagerExists())
         return GZgetResourceManager();
-    ourPrintWarnings = print_warnings;
-    auto *manager = new ShellResourceManager();
-    ourPrintWarnings = true;
+    ShellResourceManager *manager = nullptr;
+    {
+        WarningScope warnings(print_warnings);
+        manager = new ShellResourceManager();
+    }
     // Only the first manager of a process becomes the instance; a later one would be an
     // empty registry that nobody can reach.
     if (GZgetResourceManager() != manager)
@@ -68,26 +70,6 @@ ShellResourceManager::ShellResourceManager()
         ensureTableInterestExists(type, table);
         ensureStatesExistForAllOperators(type);
     }
-}
-
-ShellResourceManager::~ShellResourceManager()
-{
-    // The lists of the base only point at states; the ones made here are deleted here.
-    for (GZ_StateTemplate *state : myAutomaticStates)
-        delete state;
-}
-
-void ShellResourceManager::operatorDeleted(HostOperator *op)
-{
-    // The base deletes the states bound to the operator type; forget them first.
-    for (auto it = myAutomaticStates.begin(); it != myAutomaticStates.end();)
-    {
-        if ((*it)->getOperator() == op)
-            it = myAutomaticStates.erase(it);
-        else
-            ++it;
-    }
-    GZ_ResourceManager::operatorDeleted(op);
 }
 
 int ShellResourceManager::registerOpHandleLink(GZ_GZTemplate *gz)
@@ -153,16 +135,11 @@ void ShellResourceManager::addAutomaticStates(GZ_NetworkType type)
         HostOperator *op = table->getOperator(i);
         if (getStateTemplate(op, GZ_VIEWER_SCENE, table_name.c_str()))
             continue;
-        auto *state = new GZ_StateTemplate(
-            op->getName().c_str(), op->getLabel().c_str(), op->getIconName().c_str(),
-            /*constructor=*/nullptr, /*templates=*/nullptr, GZ_VIEWER_SCENE, GZnetworkMaskBit(type),
-            /*op_independent=*/0, /*volatile_hotkey=*/"", op);
-        if (!registerState(state))
-        {
-            delete state;
+        if (!adoptState(std::make_unique<GZ_StateTemplate>(
+                op->getName().c_str(), op->getLabel().c_str(), op->getIconName().c_str(),
+                /*constructor=*/nullptr, /*templates=*/nullptr, GZ_VIEWER_SCENE,
+                GZnetworkMaskBit(type), /*op_independent=*/0, /*volatile_hotkey=*/"", op)))
             continue;
-        }
-        myAutomaticStates.insert(state);
         addTemplatesInterest(op);
     }
 }

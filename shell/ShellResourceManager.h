@@ -5,7 +5,6 @@
 #include "resource/GZ_ResourceManager.h"
 
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 class HostDirector;
@@ -13,7 +12,8 @@ class HostDirector;
 /// The host's derived resource manager. It watches every standard operator table and gives
 /// each operator type a state for the scene viewer, named after the type and bound to it.
 /// Such a state follows renames of its type (through the manager's templates listener) and
-/// goes away with it. The manager owns the states it makes; it lives for the whole process,
+/// goes away with it. The states it makes are handed to the base manager, which owns them; it
+/// lives for the whole process,
 /// like the plain manager that GZcreateResourceManager makes.
 class ShellResourceManager : public GZ_ResourceManager
 {
@@ -24,9 +24,6 @@ public:
     static GZ_ResourceManager *create(bool print_warnings);
 
     ShellResourceManager();
-    ~ShellResourceManager() override;
-
-    void operatorDeleted(HostOperator *op) override;
 
     /// Handles written in Python are shown by gzsh's generic handle class, like built-in ones.
     int registerOpHandleLink(GZ_GZTemplate *gz) override;
@@ -56,6 +53,5 @@ private:
     /// Keys and scopes the cached components of the director's live nodes.
     static void applyParmsCache(HostDirector &director);
 
-    std::unordered_set<GZ_StateTemplate *> myAutomaticStates;
     mutable std::vector<std::string> myViewerHandleNames;
 };

@@ -221,12 +221,23 @@ void cmdOpTypeParms(Shell &, HostCommandArgs &args)
 std::vector<ShellCommand> shellSpareCommands()
 {
     return {
-        {"spareadd", "s", "spareadd [-s] NODEPATH SOURCE", &cmdSpareAdd},
-        {"sparels", "", "sparels NODEPATH", &cmdSpareLs},
-        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm},
-        {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv},
-        {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile},
-        {"sparecopy", "", "sparecopy DEST SRC...", &cmdSpareCopy},
-        {"optypeparms", "", "optypeparms TABLE/TYPE", &cmdOpTypeParms},
+        {"spareadd", "s", "spareadd [-s] NODEPATH SOURCE", &cmdSpareAdd, true,
+         "Reads a parameter section (the text sparels writes) from the file SOURCE (as given, else "
+         "on the search path) or, with -s, from SOURCE itself, and appends its definitions to the "
+         "node's spare parameters, names made safe and unique.",
+         "-s  SOURCE is the section itself, not a file"},
+        {"sparels", "", "sparels NODEPATH", &cmdSpareLs, true,
+         "Writes the node's spare parameters as a parameter section."},
+        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true,
+         "Removes the named entries."},
+        {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv, true,
+         "Moves one entry by OFFSET places (negative: up)."},
+        {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile, true,
+         "Writes the compiled form of the node's spare parameters."},
+        {"sparecopy", "", "sparecopy DEST SRC...", &cmdSpareCopy, true,
+         "Appends copies of the spare parameters of every SRC node, in order, to DEST's, names "
+         "made safe and unique."},
+        {"optypeparms", "", "optypeparms TABLE/TYPE", &cmdOpTypeParms, true,
+         "Writes the parameter section of an operator type's own templates."},
     };
 }

@@ -54,6 +54,9 @@ void cmdStateLs(Shell &, HostCommandArgs &args)
 std::vector<ShellCommand> shellStateCommands()
 {
     return {
-        {"statels", "t:v:", "statels [-t TABLE] [-v VIEWER]", &cmdStateLs},
+        {"statels", "t:v:", "statels [-t TABLE] [-v VIEWER]", &cmdStateLs, true,
+         "Writes the names of the states in the list of viewer type VIEWER.",
+         "-t TABLE  the network, by table name (Sop) or type name (SOP); default Sop\n-v VIEWER  "
+         "SceneViewer (the default), CompositeViewer or SceneGraphViewer"},
     };
 }

@@ -1,6 +1,8 @@
 // The preprocessing reader: comments, conditionals, includes, locations and tokens.
 #include "host/HostPreprocessor.h"
 
+#include "host/HostDiagnostics.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -11,9 +13,14 @@ namespace
 {
 const std::vector<std::string> theBindingOptions = {"", "-x", "-P"};
 
+/// Every delivered line as "TEXT@FILE:LINE", and every problem as "!FILE[LINE]: MESSAGE"
+/// where it was met among them.
 std::vector<std::string> allLines(HostPreprocessor &pp)
 {
     std::vector<std::string> lines;
+    pp.setProblemHandler(
+        [&lines](const std::string &file, int number, const std::string &message)
+        { lines.push_back("!" + file + "[" + std::to_string(number) + "]: " + message); });
     std::string line;
     while (pp.getLine(line))
         lines.push_back(line + "@" + pp.fileName() + ":" + std::to_string(pp.lineNumber()));
@@ -64,21 +71,27 @@ TEST(Preprocessor, ConditionalsAndMacros)
               (std::vector<std::string>{"yes 2@f:3", "if@f:8", "shown A \"A\"@f:19"}));
 }
 
-TEST(Preprocessor, HashLinesAndErrorsAreDeliveredInBand)
+TEST(Preprocessor, HashLinesAreTextAndProblemsGoToTheHandler)
 {
+    // A comment that reads like a problem is text like any other; problems never are.
     HostPreprocessor pp;
-    pp.openText("# a comment\n#error stop here\n#endif\n#if 1\nx\n", "f", theBindingOptions);
+    pp.openText("# errors are in this comment\n#error stop here\n#endif\n#error\n#if 1\nx\n", "f",
+                theBindingOptions);
     EXPECT_EQ(allLines(pp),
-              (std::vector<std::string>{"# a comment@f:1", "# error f[2]: stop here@f:2",
-                                        "# error f[3]: #endif without #if@f:3", "x@f:5",
-                                        "# error f[4]: missing #endif@f:5"}));
+              (std::vector<std::string>{"# errors are in this comment@f:1", "!f[2]: stop here",
+                                        "!f[3]: #endif without #if", "!f[4]: #error", "x@f:6",
+                                        "!f[5]: missing #endif"}));
 
-    // Without -P an unknown directive is an error, not text.
+    // Without -P an unknown directive is a problem, not text; without a handler it goes to the
+    // diagnostics channel.
+    HostDiagnosticCapture capture;
     HostPreprocessor strict;
     strict.openText("# a comment\n", "g");
     std::string line;
-    ASSERT_TRUE(strict.getLine(line));
-    EXPECT_EQ(line, "# error g[1]: unknown directive: # a comment");
+    EXPECT_FALSE(strict.getLine(line));
+    ASSERT_EQ(capture.diagnostics().size(), 1u);
+    EXPECT_EQ(capture.diagnostics()[0].myLine, 1);
+    EXPECT_EQ(capture.text(), "g[1]: unknown directive: # a comment\n");
 }
 
 TEST(Preprocessor, IncludesBesideThenOnSearchPathWithLocations)
@@ -95,8 +108,7 @@ TEST(Preprocessor, IncludesBesideThenOnSearchPathWithLocations)
     ASSERT_EQ(lines.size(), 5u);
     EXPECT_EQ(lines[0], "first@" + main + ":1");
     EXPECT_EQ(lines[1], "inner 1@" + dir.path() + "/main/inner:1");
-    EXPECT_EQ(lines[2].rfind("# error " + dir.path() + "/main/inner[2]: cannot open include", 0),
-              0u)
+    EXPECT_EQ(lines[2].rfind("!" + dir.path() + "/main/inner[2]: cannot open include", 0), 0u)
         << lines[2];
     EXPECT_EQ(lines[3], "from lib@" + dir.path() + "/lib/common:1");
     EXPECT_EQ(lines[4], "last@" + main + ":4");
@@ -109,10 +121,9 @@ TEST(Preprocessor, CircularIncludesStop)
     std::string a = dir.write("a", "#include \"a\"\n");
     HostPreprocessor pp;
     ASSERT_TRUE(pp.open(a));
-    std::string line;
-    ASSERT_TRUE(pp.getLine(line));
-    EXPECT_NE(line.find("nested too deeply"), std::string::npos) << line;
-    EXPECT_FALSE(pp.getLine(line));
+    const std::vector<std::string> lines = allLines(pp);
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_NE(lines[0].find("nested too deeply"), std::string::npos) << lines[0];
 }
 
 TEST(Preprocessor, TokensCrossLinesAndHonourQuotes)

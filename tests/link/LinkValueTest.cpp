@@ -3,6 +3,7 @@
 
 #include "host/HostCommandArgs.h"
 #include "host/HostUndoManager.h"
+#include "tests/DiagnosticsRecorder.h"
 
 #include <cstdio>
 #include <sstream>
@@ -12,6 +13,7 @@ using gztest::TestLink;
 
 namespace
 {
+DiagnosticsRecorder theDiagnostics;
 
 /// A late binding that answers every read with fixed values and counts the writes.
 class FixedLateBinding : public GZ_OpHandleLink::LateBinding
@@ -396,7 +398,7 @@ TEST_F(LinkFixture, NestedDistributedUndoBlocks)
     char expected[128];
 
     const int opened = undo().getNumBlocksOpened();
-    testing::internal::CaptureStderr();
+    theDiagnostics.start();
     link->beginDistributedUndoBlock("Outer");
     EXPECT_EQ(undo().getCurrentBlockId(), link->getDistributedUndoBlockId());
     link->beginDistributedUndoBlock("Inner");
@@ -409,26 +411,26 @@ TEST_F(LinkFixture, NestedDistributedUndoBlocks)
     EXPECT_FALSE(link->inDistributedUndoBlock());
     std::snprintf(expected, sizeof(expected), "nested beginDistributedUndoBlock in %p\n",
                   static_cast<void *>(static_cast<GZ_OpHandleLink *>(link.get())));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+    EXPECT_EQ(theDiagnostics.take(), expected);
     EXPECT_EQ(undo().getNumBlocksOpened(), opened + 2);
 
     auto fresh = makeLink();
-    testing::internal::CaptureStderr();
+    theDiagnostics.start();
     fresh->endDistributedUndoBlock();
     std::snprintf(expected, sizeof(expected), "endDistributedUndoBlock without begin in %p\n",
                   static_cast<void *>(static_cast<GZ_OpHandleLink *>(fresh.get())));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+    EXPECT_EQ(theDiagnostics.take(), expected);
     EXPECT_EQ(fresh->getDistributedUndoBlockId(), -1);
 
     // Without the flag nothing is printed.
     myDirector.setDebugFlag(20, false);
     TestLink::theUndoDebugFlag = -1;
-    testing::internal::CaptureStderr();
+    theDiagnostics.start();
     fresh->endDistributedUndoBlock();
     fresh->beginDistributedUndoBlock("One");
     fresh->beginDistributedUndoBlock("Two");
     fresh->endDistributedUndoBlock();
     fresh->endDistributedUndoBlock();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
     EXPECT_EQ(undo().getBlockDepth(), 0);
 }

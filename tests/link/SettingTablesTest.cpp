@@ -1,6 +1,7 @@
 // Tests of the handle setting tables: keys, defaults, recording, saving and loading.
 #include "gz_LinkTestEnv.h"
 
+#include "host/HostDiagnostics.h"
 #include "host/HostStringHash.h"
 #include "link/GZ_SettingList.h"
 
@@ -147,11 +148,10 @@ TEST_F(SettingTables, RecordedEntriesAreCompletedFromTheDefaults)
 
     // A handle that does not read a recorded setting is warned about.
     myManager->recordGZSettings("rec", myType.c_str(), *myNode, "showoppath(0) bogus(1 2)");
-    testing::internal::CaptureStderr();
+    HostDiagnosticCapture capture;
     plain->loadSettingsFromTables(false);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Warning: The following settings are unrecognized by the " + myType +
-                  " handle:\nbogus(1 2)\n");
+    EXPECT_EQ(capture.text(), "Warning: The following settings are unrecognized by the " + myType +
+                                  " handle:\nbogus(1 2)\n");
 }
 
 TEST_F(SettingTables, SavingWritesOmparmLinesUnlessAtDefaults)

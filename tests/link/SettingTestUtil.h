@@ -1,17 +1,19 @@
-// Helpers shared by the setting-list tests: parse with captured errors, write to a string.
+// Helpers shared by the setting-list tests: parse with captured diagnostics, write to a string.
 #pragma once
 
-#include "StderrCapture.h"
+#include "host/HostDiagnostics.h"
 #include "link/GZ_SettingList.h"
+
+#include <gtest/gtest.h>
 
 #include <string>
 
-/// Parses text into list and returns what the parse printed to standard error.
+/// Parses text into list and returns what the parse reported.
 inline std::string parseInto(GZ_SettingList &list, const char *text)
 {
-    StderrCapture capture;
+    HostDiagnosticCapture capture;
     list.loadFromSettingString(text);
-    return capture.take();
+    return capture.text();
 }
 
 inline std::string written(const GZ_SettingList &list)

@@ -1,9 +1,12 @@
 // The bindings file: golden files good and damaged, write-read-write round trips.
 #include "gz_ResourceTestEnv.h"
 
+#include "host/HostPreprocessor.h"
 #include "host/HostReader.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_SelectorTemplate.h"
+#include "resource/gz_BindingsParser.h"
+#include "tests/DiagnosticsRecorder.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -12,11 +15,10 @@
 #include <sstream>
 
 namespace fs = std::filesystem;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
 
 namespace
 {
+DiagnosticsRecorder theDiagnostics;
 
 const std::string theCasesDir = std::string(GZ_TEST_DATA_DIR) + "/bindings";
 
@@ -76,9 +78,9 @@ public:
     {
         const std::vector<std::string> saved = HostReader::getSearchPath();
         HostReader::setSearchPath({dir});
-        CaptureStderr();
+        theDiagnostics.start();
         registerOpHandleBindings();
-        std::string printed = GetCapturedStderr();
+        std::string printed = theDiagnostics.take();
         HostReader::setSearchPath(saved);
         replaceAll(printed, dir, "<DIR>");
         return printed;
@@ -157,9 +159,11 @@ TEST(BindingsFileRead, WarningsFollowThePrintFlag)
 {
     // With warnings off, only the messages about the file's form remain.
     FileManager manager;
-    GZ_ResourceManager::ourPrintWarnings = false;
-    const std::string printed = manager.readFrom(theCasesDir + "/unknown_names");
-    GZ_ResourceManager::ourPrintWarnings = true;
+    std::string printed;
+    {
+        GZ_ResourceManager::WarningScope quiet(false);
+        printed = manager.readFrom(theCasesDir + "/unknown_names");
+    }
     EXPECT_EQ(printed.find("Bad handle"), std::string::npos);
     EXPECT_EQ(printed.find("Warning"), std::string::npos);
     const std::string legacy = manager.readFrom(theCasesDir + "/legacy");
@@ -176,9 +180,9 @@ TEST(BindingsFileRead, FirstFileOnTheSearchPathWinsAndNoFileIsNoError)
 
     const std::vector<std::string> saved = HostReader::getSearchPath();
     HostReader::setSearchPath({empty.string(), theCasesDir + "/good", theCasesDir + "/legacy"});
-    CaptureStderr();
+    theDiagnostics.start();
     manager.registerOpHandleBindings();
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
     HostReader::setSearchPath(saved);
     EXPECT_EQ(manager.written(), readText(theCasesDir + "/good/expected.bindings"));
     fs::remove_all(empty);
@@ -310,4 +314,38 @@ TEST(BindingsFileWrite, UnwritablePathReturnsZero)
     FileManager manager;
     EXPECT_EQ(manager.writeBindingsFile("/nonexistent-dir/OPbindings"), 0);
     EXPECT_EQ(manager.writeBindingsFile(nullptr), 0);
+}
+
+TEST(BindingsFileRead, TextDecodesIntoRecordsWithLocationsAndAppliesAsTheFileDoes)
+{
+    // Decoding needs no registry: every record knows its line, problems sit in file order.
+    const std::string text = "Sop/a\n{\n    bindhandle xform d \"\"\n    {\n\ttx 0 ty\n"
+                             "\tty 1x tz\n    }\n    bindselector everything s\n    {\n\tp\n"
+                             "\tgroup 0 1 \"\" 0 \"\" 0\n\tx\n\tfourth\n    }\n    junk\n}\n";
+    HostPreprocessor pp;
+    pp.openText(text, "t");
+    gz_BindingsDocument document;
+    gz_BindingsParser::read(pp, document);
+    std::string kinds;
+    for (const gz_BindingsRecord &record : document.records)
+        kinds += std::to_string(record.kind) + "@" + std::to_string(record.line) + " ";
+    using R = gz_BindingsRecord;
+    const auto at = [](R::Kind kind, int line)
+    { return std::to_string(kind) + "@" + std::to_string(line) + " "; };
+    EXPECT_EQ(kinds, at(R::OPERATOR, 1) + at(R::HANDLE, 3) + at(R::LINK, 5) + at(R::PROBLEM, 6) +
+                         at(R::SELECTOR, 8) + at(R::PROBLEM, 13) + at(R::SELECTOR_END, 14) +
+                         at(R::PROBLEM, 15));
+    EXPECT_EQ(document.records[2].vecIndex, 0);
+    EXPECT_TRUE(document.records[5].onlyForKnownSelector);
+    EXPECT_TRUE(document.selectors[document.records[6].detail].complete);
+    EXPECT_EQ(document.file(document.records[2]), "t");
+
+    // The text entry point reads as the file does, includes beside the name given.
+    const std::string dir = theCasesDir + "/good";
+    FileManager from_file, from_text;
+    from_file.readFrom(dir);
+    theDiagnostics.start();
+    from_text.registerOpHandleBindingsFromText(readText(dir + "/OPbindings"), dir + "/OPbindings");
+    EXPECT_EQ(theDiagnostics.take(), "");
+    EXPECT_EQ(from_text.written(), from_file.written());
 }

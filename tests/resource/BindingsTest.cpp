@@ -4,16 +4,16 @@
 #include "link/GZ_SettingList.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_SelectorTemplate.h"
+#include "tests/DiagnosticsRecorder.h"
 
 #include <chrono>
 #include <memory>
 
 using gztest::ScratchManager;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
 
 namespace
 {
+DiagnosticsRecorder theDiagnostics;
 
 // A scratch registry with a Sop/Object handle, a Cop2-capable handle and two selectors.
 class Bindings : public testing::Test
@@ -148,7 +148,7 @@ TEST_F(Bindings, OperatorsOutsideTheNetworkTablesCannotBeBound)
         theTable->addOperator(gztest::uniqueName("vopop"), "Vop", gztest::transformTemplates());
     ASSERT_NE(vop, nullptr);
 
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(myManager.bind(vop, "ladder", "d", "tx", "parm0", nullptr), -6);
     EXPECT_EQ(myManager.bind(vop, "ladder", "d", nullptr), -6);
     EXPECT_EQ(myManager.bindScriptOp(vop, "ladder", "d", "tx", "parm0", ""), -6);
@@ -161,7 +161,7 @@ TEST_F(Bindings, OperatorsOutsideTheNetworkTablesCannotBeBound)
     EXPECT_EQ(myManager.getBindingSelectors(vop), nullptr);
     EXPECT_EQ(GZ_ResourceManager::getOperatorKey(vop), "");
     // Refusals are codes only.
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
 }
 
 TEST_F(Bindings, UnbindByDescriptionAndByParameter)

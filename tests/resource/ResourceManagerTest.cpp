@@ -6,30 +6,16 @@
 #include "resource/GZ_HandleTemplate.h"
 #include "resource/GZ_SelectorTemplate.h"
 #include "resource/GZ_StateTemplate.h"
+#include "tests/DiagnosticsRecorder.h"
 
 #include <sstream>
 
 using gztest::instance;
 using gztest::ScratchManager;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
 
 namespace
 {
-
-// Switches warnings on or off for one scope.
-class WarningsScope
-{
-public:
-    explicit WarningsScope(bool on) : mySaved(GZ_ResourceManager::ourPrintWarnings)
-    {
-        GZ_ResourceManager::ourPrintWarnings = on;
-    }
-    ~WarningsScope() { GZ_ResourceManager::ourPrintWarnings = mySaved; }
-
-private:
-    bool mySaved;
-};
+DiagnosticsRecorder theDiagnostics;
 
 GZ_StateTemplate *makeState(const char *name, unsigned mask, GZ_ViewerType viewer,
                             HostOperator *op = nullptr)
@@ -46,11 +32,11 @@ TEST(ResourceManagerEntry, CreatesOneInstanceAndLaterManagersStayEmpty)
     EXPECT_TRUE(GZresourceManagerExists());
     EXPECT_EQ(GZgetResourceManager(), first);
     // Only the built-in registration runs without warnings; afterwards they are on again.
-    EXPECT_TRUE(GZ_ResourceManager::ourPrintWarnings);
+    EXPECT_TRUE(GZ_ResourceManager::printsWarnings());
 
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(GZcreateResourceManager(/*print_warnings=*/true), first);
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
 
     {
         // A manager made while the instance exists is not the instance and builds nothing.
@@ -108,14 +94,14 @@ TEST(ResourceManagerTypes, TokensAndTableNames)
 TEST(ResourceManagerRegistry, RefusesDuplicateNamesWithWarnings)
 {
     ScratchManager manager;
-    WarningsScope warnings(true);
+    GZ_ResourceManager::WarningScope warnings(true);
 
     auto *handle = new GZ_HandleTemplate("box", "Box", nullptr, nullptr);
     GZ_HandleTemplate other_handle("box", "Other Box", nullptr, nullptr);
     EXPECT_EQ(manager.registerHandle(handle), 1);
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(manager.registerHandle(&other_handle), 0);
-    EXPECT_EQ(GetCapturedStderr(), "WARNING: The box handle has already been registered.\n");
+    EXPECT_EQ(theDiagnostics.take(), "WARNING: The box handle has already been registered.\n");
     EXPECT_EQ(manager.getHandleTemplate("box"), handle);
     EXPECT_TRUE(manager.containsHandle("box"));
 
@@ -123,25 +109,25 @@ TEST(ResourceManagerRegistry, RefusesDuplicateNamesWithWarnings)
     auto *gz = new GZ_GZTemplate("mover", "Mover", "Sop", "icon", parms, 0, ~0u, false);
     GZ_GZTemplate other_gz("mover", "Mover 2", "Sop", "icon", parms, 0, ~0u, false);
     EXPECT_EQ(manager.registerOpHandleLink(gz), 1);
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(manager.registerOpHandleLink(&other_gz), 0);
-    EXPECT_EQ(GetCapturedStderr(), "WARNING: The mover op handle has already been registered.\n");
+    EXPECT_EQ(theDiagnostics.take(), "WARNING: The mover op handle has already been registered.\n");
     EXPECT_EQ(manager.getOpHandleLinkTemplate("mover"), gz);
 
     auto *selector = new GZ_SelectorTemplate("picks", "Picks", "Sop", false);
     GZ_SelectorTemplate other_selector("picks", "Picks 2", "Sop", true);
     EXPECT_EQ(manager.registerSelector(selector), 1);
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(manager.registerSelector(&other_selector), 0);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(theDiagnostics.take(),
               "WARNING: The picks input selector has already been registered.\n");
     EXPECT_EQ(manager.getSelectorTemplate("picks"), selector);
 
     // Warnings switched off: still refused, silently.
-    WarningsScope quiet(false);
-    CaptureStderr();
+    GZ_ResourceManager::WarningScope quiet(false);
+    theDiagnostics.start();
     EXPECT_EQ(manager.registerSelector(&other_selector), 0);
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
     EXPECT_EQ(manager.getSelectorTemplate("nothing"), nullptr);
     EXPECT_EQ(manager.getSelectorTemplate(nullptr), nullptr);
 }
@@ -180,7 +166,7 @@ TEST(ResourceManagerRegistry, OpHandleLinkQueries)
 TEST(ResourceManagerStates, RegisterStateListsAndWarnings)
 {
     ScratchManager manager;
-    WarningsScope warnings(true);
+    GZ_ResourceManager::WarningScope warnings(true);
     HostOperator *op = gztest::addOperator(HOST_NETWORK_SOP, "stateop");
 
     std::unique_ptr<GZ_StateTemplate> first(makeState("brush", 0x06, GZ_VIEWER_SCENE, op));
@@ -192,18 +178,18 @@ TEST(ResourceManagerStates, RegisterStateListsAndWarnings)
     EXPECT_TRUE(manager.stateList(GZ_VIEWER_SCENE, GZ_NETWORK_OBJ).empty());
 
     // The same object again: refused per network, highest network first, with its mask bit.
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(manager.registerState(first.get()), 0);
-    EXPECT_EQ(GetCapturedStderr(), "WARNING: The brush state has already been registered in "
-                                   "network 4\nWARNING: The brush state has already been "
-                                   "registered in network 2\n");
+    EXPECT_EQ(theDiagnostics.take(), "WARNING: The brush state has already been registered in "
+                                     "network 4\nWARNING: The brush state has already been "
+                                     "registered in network 2\n");
     EXPECT_EQ(manager.stateList(GZ_VIEWER_SCENE, GZ_NETWORK_SOP).size(), 1u);
 
     // Another object of the same name is appended silently and found first by name.
     std::unique_ptr<GZ_StateTemplate> second(makeState("brush", 0x02, GZ_VIEWER_SCENE));
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(manager.registerState(second.get()), 1);
-    EXPECT_EQ(GetCapturedStderr(), "");
+    EXPECT_EQ(theDiagnostics.take(), "");
     EXPECT_EQ(manager.getStateTemplate("brush", GZ_VIEWER_SCENE, "SOP"), second.get());
     EXPECT_EQ(manager.getStateTemplate("brush", GZ_VIEWER_SCENE, "DOP"), first.get());
     EXPECT_EQ(manager.getStateTemplate(op, GZ_VIEWER_SCENE, "SOP"), first.get());
@@ -255,7 +241,7 @@ TEST(ResourceManagerStates, OperatorStateMandatory)
 TEST(ResourceManagerOperators, FindsOperatorsAndTables)
 {
     ScratchManager manager;
-    WarningsScope warnings(true);
+    GZ_ResourceManager::WarningScope warnings(true);
     HostOperator *op = gztest::addOperator(HOST_NETWORK_DOP, "finder");
     const std::string qualified = "Dop/" + op->getName();
 
@@ -267,10 +253,10 @@ TEST(ResourceManagerOperators, FindsOperatorsAndTables)
     EXPECT_EQ(manager.findOperator(("Sop/" + op->getName()).c_str(), nullptr), nullptr);
 
     EXPECT_EQ(manager.findOperator(GZ_NETWORK_DOP, op->getName().c_str(), true), op);
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(manager.findOperator(GZ_NETWORK_SOP, "nosuchop", true), nullptr);
     EXPECT_EQ(manager.findOperator(GZ_NETWORK_SOP, "nosuchop", false), nullptr);
-    EXPECT_EQ(GetCapturedStderr(), "WARNING: Invalid op name network: Sop op: nosuchop\n");
+    EXPECT_EQ(theDiagnostics.take(), "WARNING: Invalid op name network: Sop op: nosuchop\n");
 
     EXPECT_EQ(GZ_ResourceManager::getOpTableFromOperator(op), HostOperatorTable::getTable("Dop"));
     EXPECT_EQ(GZ_ResourceManager::getOperatorKey(op), qualified);
@@ -280,7 +266,7 @@ TEST(ResourceManagerOperators, FindsOperatorsAndTables)
 TEST(ResourceManagerOperators, ParameterTemplatesAndChannels)
 {
     ScratchManager manager;
-    WarningsScope warnings(true);
+    GZ_ResourceManager::WarningScope warnings(true);
     const HostParmType begin_end = HOST_PARM_FLOAT.withFlags(HostParmType::NAME_BEGIN_END);
     HostOperator *op = gztest::addOperator(
         HOST_NETWORK_SOP, "channels",
@@ -317,22 +303,22 @@ TEST(ResourceManagerOperators, ParameterTemplatesAndChannels)
     tmpl = GZ_ResourceManager::findParmTemplate(*op, "t", 2, &index);
     ASSERT_NE(tmpl, nullptr);
     EXPECT_EQ(index, 0);
-    CaptureStderr();
+    theDiagnostics.start();
     EXPECT_EQ(GZ_ResourceManager::findParmTemplate(*op, "t", 3, &index), nullptr);
-    EXPECT_EQ(GetCapturedStderr(), "WARNING: Invalid op parm name  op: " + op->getName() +
-                                       " parm_name: t parm idx: 3\n");
+    EXPECT_EQ(theDiagnostics.take(), "WARNING: Invalid op parm name  op: " + op->getName() +
+                                         " parm_name: t parm idx: 3\n");
 
     // The legacy lookup warns even with warnings off.
-    WarningsScope quiet(false);
+    GZ_ResourceManager::WarningScope quiet(false);
     std::string channel;
-    CaptureStderr();
+    theDiagnostics.start();
     manager.getChannelNameFromParmAndVec(channel, op, "t", 2);
-    EXPECT_EQ(GetCapturedStderr(), "WARNING: Legacy bindhandle format for Sop/" + op->getName() +
-                                       " 't 2'. Use 'channel handleparm' format instead.\n");
+    EXPECT_EQ(theDiagnostics.take(), "WARNING: Legacy bindhandle format for Sop/" + op->getName() +
+                                         " 't 2'. Use 'channel handleparm' format instead.\n");
     EXPECT_EQ(channel, "tz");
-    CaptureStderr();
+    theDiagnostics.start();
     manager.getChannelNameFromParmAndVec(channel, op, "nothing", 0);
-    GetCapturedStderr();
+    theDiagnostics.take();
     EXPECT_EQ(channel, "nothing");
 }
 

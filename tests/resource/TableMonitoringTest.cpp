@@ -110,13 +110,15 @@ TEST(TableMonitoring, DeletedOperatorDropsOnlyItsOwnStates)
     HostOperator *op = gztest::addOperator(HOST_NETWORK_SOP, "tmdel");
     const std::string name = op->getName();
     manager.addTemplatesInterest(op);
-    // The manager deletes the two states of the operator in its own network's lists.
+    // The manager drops the two states of the operator in its own network's lists and
+    // deletes them, since they are its own (LeakSanitizer would find them otherwise).
     std::unique_ptr<GZ_StateTemplate> unbound(makeState(name, GZ_VIEWER_SCENE, 0x02, nullptr));
     std::unique_ptr<GZ_StateTemplate> elsewhere(makeState(name, GZ_VIEWER_SCENE, 0x01, op));
-    for (GZ_StateTemplate *state :
-         {unbound.get(), makeState(name, GZ_VIEWER_SCENE, 0x02, op),
-          makeState(name, GZ_VIEWER_COMPOSITE, 0x02, op), elsewhere.get()})
-        ASSERT_EQ(manager.registerState(state), 1);
+    ASSERT_EQ(manager.registerState(unbound.get()), 1);
+    for (GZ_StateTemplate *state : {makeState(name, GZ_VIEWER_SCENE, 0x02, op),
+                                    makeState(name, GZ_VIEWER_COMPOSITE, 0x02, op)})
+        ASSERT_EQ(manager.adoptState(std::unique_ptr<GZ_StateTemplate>(state)), 1);
+    ASSERT_EQ(manager.registerState(elsewhere.get()), 1);
 
     ASSERT_TRUE(theSop->deleteOperator(name));
     EXPECT_EQ(manager.stateList(GZ_VIEWER_SCENE, GZ_NETWORK_SOP),
@@ -129,7 +131,9 @@ TEST(TableMonitoring, DeletedOperatorDropsOnlyItsOwnStates)
     HostOperator *alone = gztest::addOperator(HOST_NETWORK_SOP, "tmalone");
     const std::string alone_name = alone->getName();
     manager.addTemplatesInterest(alone);
-    ASSERT_EQ(manager.registerState(makeState(alone_name, GZ_VIEWER_SCENE, 0x02, alone)), 1);
+    ASSERT_EQ(manager.adoptState(std::unique_ptr<GZ_StateTemplate>(
+                  makeState(alone_name, GZ_VIEWER_SCENE, 0x02, alone))),
+              1);
     ASSERT_TRUE(theSop->deleteOperator(alone_name));
     EXPECT_TRUE(manager.validStateTemplateName(alone_name.c_str()));
 }

@@ -14,6 +14,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -171,4 +174,63 @@ TEST_F(ShellFixture, NewAndLoadedScenesStartWithoutTheLastScenesHandleSettings)
     ShellScene::write(after, shell().director());
     EXPECT_EQ(after.str(), "");
     EXPECT_EQ(err.str(), "");
+}
+
+namespace
+{
+/// Lower case, backticks dropped, every run of blanks and line breaks made one blank: how a
+/// sentence of docs/commands.md reads whatever its markup and wrapping.
+std::string plainText(const std::string &text)
+{
+    std::string out;
+    for (char c : text)
+    {
+        if (c == '`')
+            continue;
+        const bool blank = c == ' ' || c == '\n' || c == '\t';
+        if (blank && (out.empty() || out.back() == ' '))
+            continue;
+        out += blank ? ' ' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return out;
+}
+} // namespace
+
+TEST_F(ShellFixture, HelpOfEveryCommandComesFromItsRowAndMatchesTheDocs)
+{
+    std::ifstream file(std::string(GZ_SOURCE_DIR) + "/docs/commands.md");
+    ASSERT_TRUE(file);
+    const std::string docs = plainText(
+        std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()));
+    HostCommandManager &commands = shell().commands();
+    for (const std::string &name : commands.commandNames())
+    {
+        SCOPED_TRACE(name);
+        const std::string summary = commands.summary(name);
+        ASSERT_FALSE(summary.empty());
+        EXPECT_NE(docs.find(plainText(summary.substr(0, summary.size() - 1))), std::string::npos);
+        // Every option has a line and every line an option.
+        const std::string options = commands.optionString(name);
+        std::istringstream lines(commands.optionHelp(name));
+        std::string seen;
+        for (std::string line; std::getline(lines, line);)
+        {
+            ASSERT_GE(line.size(), 2u);
+            EXPECT_EQ(line[0], '-');
+            EXPECT_NE(options.find(line[1]), std::string::npos) << line;
+            seen += line[1];
+        }
+        for (char c : options)
+        {
+            if (c != ':')
+            {
+                EXPECT_NE(seen.find(c), std::string::npos) << "-" << c;
+            }
+        }
+    }
+
+    run("help parmset");
+    EXPECT_EQ(out.str(), "parmset [-e|-p] PATH PARM VALUE...\nSets a parameter.\n"
+                         "  -e  the values are expressions of the host's expression language\n"
+                         "  -p  the values are expressions of the scripting language\n");
 }

@@ -4,6 +4,7 @@
 #include "shell/Shell.h"
 #include "shell/ShellOperatorCatalog.h"
 #include "shell/ShellParmAccess.h"
+#include "tests/DiagnosticsRecorder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <random>
+
+namespace
+{
+DiagnosticsRecorder theDiagnostics;
+} // namespace
 
 TEST(ShellSceneNumbers, ShortestTextReadsBackExactly)
 {
@@ -54,17 +60,16 @@ TEST(ShellParmWords, NumbersMustFillTheWord)
 TEST(ShellArguments, BadUsageExitsWithTwo)
 {
     Shell shell;
-    testing::internal::CaptureStderr();
+    theDiagnostics.start();
     const char *unknown[] = {"gzsh", "-x"};
     EXPECT_EQ(shell.main(2, unknown), Shell::STATUS_USAGE);
     const char *missing[] = {"gzsh", "-p"};
     EXPECT_EQ(shell.main(2, missing), Shell::STATUS_USAGE);
     const char *twice[] = {"gzsh", "-c", "echo", "-c", "echo"};
     EXPECT_EQ(shell.main(5, twice), Shell::STATUS_USAGE);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "gzsh: unknown option -x\n" + std::string(Shell::usageLine()) +
-                  "\ngzsh: option -p needs a value\n" + Shell::usageLine() +
-                  "\ngzsh: -c given twice\n" + Shell::usageLine() + "\n");
+    EXPECT_EQ(theDiagnostics.take(), "gzsh: unknown option -x\n" + std::string(Shell::usageLine()) +
+                                         "\ngzsh: option -p needs a value\n" + Shell::usageLine() +
+                                         "\ngzsh: -c given twice\n" + Shell::usageLine() + "\n");
 }
 
 TEST(ShellCatalogue, NumericParametersAreAnimatableAndNamedPerComponent)
