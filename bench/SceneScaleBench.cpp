@@ -1,13 +1,13 @@
 // Benchmarks of everyday gzsh operations that must grow linearly with the scene: automatic
 // node names, group membership with undo, and undoing the deletion of nodes whose handles
 // share one group. Each runs at two sizes, a tenth apart, so that the growth can be read off.
+#include "ScaleShell.h"
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "persistent/GZ_Manager.h"
 #include "persistent/GZ_OHLGroup.h"
-#include "shell/Shell.h"
 
 #include <benchmark/benchmark.h>
 
@@ -16,50 +16,6 @@
 
 namespace
 {
-/// One gzsh for every benchmark here (a shell sets up process-wide state), with its output
-/// and errors kept out of the report.
-class ScaleShell
-{
-public:
-    static ScaleShell &get()
-    {
-        static ScaleShell *theShell = new ScaleShell;
-        return *theShell;
-    }
-
-    void run(const std::string &text)
-    {
-        myShell.commands().execute(text);
-        myOut.str("");
-        myErr.str("");
-    }
-
-    /// An empty scene with undo on and an empty history.
-    void reset() { run("scenenew"); }
-
-    HostDirector &director() const { return myShell.director(); }
-
-private:
-    ScaleShell()
-    {
-        myShell.startup({});
-        myShell.commands().setStreams(&myOut, &myErr);
-    }
-
-    Shell myShell;
-    std::ostringstream myOut;
-    std::ostringstream myErr;
-};
-
-/// `count` lines made by `line(i)`, as one script.
-template <typename Line> std::string script(int count, Line line)
-{
-    std::ostringstream os;
-    for (int i = 0; i < count; ++i)
-        os << line(i) << "\n";
-    return os.str();
-}
-
 /// Nodes /obj/nI, each with a handle hI attached.
 std::string handlesScript(int count)
 {

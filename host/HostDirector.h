@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostErrorSeverity.h"
+#include "host/HostReferenceIndex.h"
 #include "host/HostUndoManager.h"
 
 #include <iosfwd>
@@ -82,6 +83,10 @@ public:
     // Undo.
     HostUndoManager &getUndoManager() { return myUndo; }
 
+    /// Which parameter components refer to which channels (ch() and chs() paths).
+    HostReferenceIndex &getReferenceIndex() { return myReferences; }
+    const HostReferenceIndex &getReferenceIndex() const { return myReferences; }
+
     // Scene save and load.
     void setSaveCallback(SaveCallback cb) { mySaveCallback = cb; }
     SaveCallback getSaveCallback() const { return mySaveCallback; }
@@ -111,6 +116,7 @@ private:
     void unregisterNode(HostNode *node);
     void makeManagers();
 
+    HostReferenceIndex myReferences; // before myRoot: parameters leave it as nodes go
     std::unique_ptr<HostNode> myRoot;
     std::unordered_map<int, HostNode *> myById;
     int myNextId = 0;

@@ -221,6 +221,7 @@ bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::s
     myByName.emplace(new_name, node);
     if (!HostChannelManager::get().getScopedChannels().empty())
         HostChannelManager::get().renameScopedNode(old_path, node->getFullPath());
+    myDirector->getReferenceIndex().nodeRenamed(*node);
     node->sendEvent(HOST_NODE_RENAMED, const_cast<char *>(old_name.c_str()));
     return true;
 }

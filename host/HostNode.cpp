@@ -197,6 +197,26 @@ bool HostNode::setParmString(HostParm &parm, int k, const std::string &text,
     return true;
 }
 
+bool HostNode::bakeParmValue(HostParm &parm, int k, double time)
+{
+    if (k < 0 || k >= parm.getVectorSize() || !canModify() || parm.isLocked(k))
+        return false;
+    if (!parm.hasExpression(k) && !parm.hasChannel(k))
+        return true;
+    saveParmForUndo(parm);
+    parmChanging(parm);
+    if (parm.getType().isString() || parm.getType().isData())
+        parm.setString(k, parm.evalString(k, time), HOST_STRING_LITERAL);
+    else
+    {
+        const double value = parm.evalFloat(k, time);
+        parm.destroyChannel(k, time);
+        parm.setValue(k, value);
+    }
+    parmChanged(parm);
+    return true;
+}
+
 int HostNode::updateInputGroups(double /*time*/, bool notify)
 {
     int watched = 0;

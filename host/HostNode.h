@@ -100,6 +100,9 @@ public:
     /// false (all cleared) when nothing matches. Implemented in HostParmChannels.cpp.
     bool resolveChannel(const std::string &name, HostNode *&node, HostParm *&parm,
                         int &vectorIndex) const;
+    /// Whether the node may be changed at all: it grants write access. Repairs of references
+    /// leave the parameters of other nodes alone unless this holds.
+    bool canModify() const { return (myPermissions & ACCESS_WRITE) == ACCESS_WRITE; }
     /// Whether the node grants `mask` (permission bits, see ACCESS_WRITE) on `parm`.
     bool canAccess(unsigned mask, const HostParm &parm) const;
     unsigned getPermissions() const { return myPermissions; }
@@ -125,6 +128,11 @@ public:
     bool setParmValue(HostParm &parm, int k, double value);
     bool setParmString(HostParm &parm, int k, const std::string &text,
                        HostStringMeaning meaning = HOST_STRING_LITERAL);
+    /// Bakes component k: the value it has at `time` stays as its constant (a string
+    /// parameter keeps the text as a plain value) and its channel or expression goes; saved
+    /// for undo and notified. False, changing nothing, when the node may not be modified or
+    /// the component is locked or out of range; true without a change for a constant.
+    bool bakeParmValue(HostParm &parm, int k, double time);
 
     /// Brings the groups that input interests watch up to date at `time`: the reference host
     /// keeps no cooked groups, so with `notify` it tells the interests of every watched

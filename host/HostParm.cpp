@@ -2,6 +2,8 @@
 #include "host/HostParm.h"
 
 #include "host/HostChoiceList.h"
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
 #include "host/HostParmList.h"
 
 #include <algorithm>
@@ -73,10 +75,21 @@ HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
         c.myFactoryDefault = templateDefault(tmpl, k);
         c.myDefault = c.myFactoryDefault;
         applyDefault(c, c.myDefault, is_string);
+        referencesChanged(k);
     }
 }
 
-HostParm::~HostParm() = default;
+HostParm::~HostParm()
+{
+    if (myReferenced)
+        getNode()->getDirector()->getReferenceIndex().remove(*this);
+}
+
+void HostParm::referencesChanged(int k)
+{
+    if (HostNode *node = getNode())
+        node->getDirector()->getReferenceIndex().update(*this, k);
+}
 
 HostNode *HostParm::getNode() const
 {
@@ -149,6 +162,7 @@ void HostParm::setValue(int k, double value)
     c.myExpression.clear();
     if (!getType().isString() && !getType().isData())
         c.myMeaning = HOST_STRING_LITERAL;
+    referencesChanged(k);
 }
 
 double HostParm::clampToMenu(double value) const
@@ -171,6 +185,7 @@ void HostParm::setString(int k, const std::string &text, HostStringMeaning meani
     {
         c.myString = text;
         c.myMeaning = meaning;
+        referencesChanged(k);
         return;
     }
     // A number parameter given text: an expression replaces its constant; a literal is
@@ -276,6 +291,7 @@ void HostParm::revertToDefault(int k)
         return;
     HostParmComponent &c = myComponents[k];
     applyDefault(c, c.myDefault, getType().isString() || getType().isData());
+    referencesChanged(k);
 }
 
 void HostParm::restoreFactoryDefault(int k)
@@ -311,7 +327,10 @@ void HostParm::restoreState(const HostParmState &state)
     // The component count is the template's; a state of another shape restores what fits.
     const size_t n = std::min(state.myComponents.size(), myComponents.size());
     for (size_t k = 0; k < n; ++k)
+    {
         myComponents[k] = state.myComponents[k];
+        referencesChanged(static_cast<int>(k));
+    }
     myHidden = state.myHidden;
     if (isMultiParm() && myList && state.myInstanceCount != myInstanceCount)
         myList->setInstanceCount(*this, state.myInstanceCount);

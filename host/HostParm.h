@@ -232,6 +232,11 @@ public:
 
 private:
     friend class HostParmList;
+    friend class HostReferenceIndex;
+
+    /// Tells the scene's reference index that component k's expression text may have
+    /// changed (every write that can change it ends here).
+    void referencesChanged(int k);
 
     /// Gives component k a channel name of its own (multiparm instances).
     void setChannelName(int k, const std::string &name);
@@ -252,6 +257,7 @@ private:
     mutable std::vector<std::string> myEvalErrors; ///< per component, sized on first error
     bool mySpare = false;
     bool myHidden = false;
+    bool myReferenced = false; ///< the reference index holds entries for this parameter
     // Multiparm bookkeeping, maintained by the list.
     int myInstanceCount = 0;
     std::vector<std::vector<HostParm *>> myInstances;

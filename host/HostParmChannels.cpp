@@ -200,6 +200,7 @@ void HostParm::setExpression(int k, const std::string &text, HostStringMeaning l
         c.myString = text;
     else
         c.myExpression = text;
+    referencesChanged(k);
 }
 
 // ---------------------------------------------------------------------------------------
@@ -234,6 +235,7 @@ void HostParm::destroyChannel(int k, double time)
         c.myValue = c.myChannel->evaluate(time);
         c.myExpression.clear();
         c.myMeaning = HOST_STRING_LITERAL;
+        referencesChanged(k);
     }
     c.myChannel.reset();
 }
@@ -268,6 +270,7 @@ void HostParm::setKey(int k, double time, double value)
     HostParmComponent &c = myComponents[k];
     c.myExpression.clear();
     c.myMeaning = HOST_STRING_LITERAL;
+    referencesChanged(k);
     channel->setKey(time, value);
 }
 
@@ -317,6 +320,7 @@ void HostParm::copyChannel(int k, const HostParm &source, int sourceK)
         return;
     myComponents[k].myExpression.clear();
     myComponents[k].myMeaning = HOST_STRING_LITERAL;
+    referencesChanged(k);
     to->copyContents(copy);
 }
 
@@ -352,6 +356,7 @@ void HostParm::setValue(int k, double time, double value, bool setKeyToo, bool p
     {
         c.myExpression.clear();
         c.myMeaning = HOST_STRING_LITERAL;
+        referencesChanged(k);
         editChannel(k)->setValue(time, limitValue(value));
     }
     else

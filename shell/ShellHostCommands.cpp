@@ -14,6 +14,7 @@
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "host/HostReader.h"
+#include "host/HostRenameRepair.h"
 
 #include <cstdio>
 #include <fstream>
@@ -101,6 +102,8 @@ void cmdNodeMv(Shell &shell, HostCommandArgs &args)
     ShellUndoBlock block(shell, args);
     HostDirector &director = shell.director();
     auto record = std::make_unique<ShellUndoNodeRename>(director, *node, args.arg(2));
+    // Found while the old paths still resolve; written once the new name is in place.
+    const HostRenameRepair repair(*node, args.arg(2));
     std::string error;
     if (!director.renameNode(node, args.arg(2), &error))
     {
@@ -111,6 +114,10 @@ void cmdNodeMv(Shell &shell, HostCommandArgs &args)
         return;
     }
     director.getUndoManager().addToUndoBlock(std::move(record));
+    std::vector<std::string> warnings;
+    repair.apply(director.getTime(), warnings);
+    for (const std::string &warning : warnings)
+        args.err() << "nodemv: " << warning << "\n";
 }
 
 void cmdNodeLs(Shell &shell, HostCommandArgs &args)
