@@ -56,10 +56,7 @@ GZ_EditScriptedParm *GZ_EditScriptedParms::getParmWithName(const std::string &na
 
 int GZ_EditScriptedParms::getParmIndexWithName(const std::string &name) const
 {
-    if (name.empty())
-        return -1;
-    return findEntry([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; },
-                     /*openers_only=*/false);
+    return findNamedEntry(name, /*openers_only=*/false);
 }
 
 GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithName(const std::string &name) const
@@ -69,10 +66,16 @@ GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithName(const std::string &
 
 int GZ_EditScriptedParms::getFolderIndexWithName(const std::string &name) const
 {
+    return findNamedEntry(name, /*openers_only=*/true);
+}
+
+int GZ_EditScriptedParms::findNamedEntry(const std::string &name, bool openers_only) const
+{
+    // An empty name would match every unnamed folder; it names nothing.
     if (name.empty())
         return -1;
     return findEntry([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; },
-                     /*openers_only=*/true);
+                     openers_only);
 }
 
 GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithLabel(const std::string &label) const

@@ -186,6 +186,8 @@ private:
     void createImportGroups(BuildState &state, int switcher, int folder, int after);
     void removeMarked(const std::vector<bool> &marked);
     /// Index of the first entry (with `openers_only`, opener) that `match` accepts, or -1.
+    /// The first entry (or opener) called `name`; -1 for an empty name.
+    int findNamedEntry(const std::string &name, bool openers_only) const;
     int findEntry(const std::function<bool(const GZ_EditScriptedParm &)> &match,
                   bool openers_only) const;
 

@@ -1,6 +1,8 @@
 // Parameter sections read and written again: the writer's output is a fixed point.
 #include "scriptedit/GZ_EditScriptedParms.h"
 
+#include "tests/TestFiles.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -8,14 +10,6 @@
 
 namespace
 {
-std::string readFile(const std::string &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream os;
-    os << in.rdbuf();
-    return os.str();
-}
-
 /// Reads a section and writes it back; fails the test on read errors.
 std::string rewrite(const std::string &text)
 {
@@ -35,9 +29,9 @@ TEST(ParmSectionRoundTrip, WrittenTextIsAFixedPoint)
     // A section as the writer writes it comes back byte for byte; the writer's golden text
     // (built by hand, with defaults the reader fills in) settles after one round.
     const std::string section =
-        readFile(std::string(GZ_SOURCE_DIR) + "/tests/scenarios/data/spare_section.ds");
+        readTestFile(std::string(GZ_SOURCE_DIR) + "/tests/scenarios/data/spare_section.ds");
     EXPECT_EQ(rewrite(section), section);
-    const std::string once = rewrite(readFile(std::string(GZ_TEST_DATA_DIR) + "/writer_golden.ds"));
+    const std::string once = rewrite(readTestFile(std::string(GZ_TEST_DATA_DIR) + "/writer_golden.ds"));
     EXPECT_EQ(rewrite(once), once);
     EXPECT_NE(once.find("import {"), std::string::npos);
     EXPECT_NE(once.find("multiparm {"), std::string::npos);

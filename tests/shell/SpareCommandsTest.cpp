@@ -4,6 +4,8 @@
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 
+#include "tests/TestFiles.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -11,14 +13,6 @@
 
 namespace
 {
-std::string readFile(const std::string &path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream os;
-    os << in.rdbuf();
-    return os.str();
-}
-
 /// Runs one command line in a shared shell and returns its standard output.
 std::string run(const std::string &text, std::string *errors = nullptr)
 {
@@ -41,7 +35,7 @@ std::string run(const std::string &text, std::string *errors = nullptr)
 TEST(SpareCommands, SectionSurvivesTwoNodesAndCompilesTabsToAMenu)
 {
     const std::string file = std::string(GZ_SOURCE_DIR) + "/tests/scenarios/data/spare_section.ds";
-    const std::string section = readFile(file);
+    const std::string section = readTestFile(file);
     std::string errors;
     run("scenenew; nodeadd geo /obj/a; nodeadd geo /obj/b");
     run("spareadd /obj/a " + HostCommandManager::protectString(file), &errors);
