@@ -36,6 +36,10 @@ public:
     /// reasons in `errors`, one line each) when a block could not be applied; the rest is
     /// still built.
     bool buildTemplates(HostSpareLayout &layout, std::string &errors) const;
+    /// The templates of the one block `parm` alone, as if it were the only block of a page
+    /// (a folder gives a switcher of that folder only).
+    static bool buildBlockTemplates(const HostScriptParm &parm, HostSpareLayout &layout,
+                                    std::string &errors);
     /// The page that describes `layout` (the inverse of buildTemplates).
     static std::unique_ptr<HostScriptPage> fromTemplates(const HostSpareLayout &layout);
 

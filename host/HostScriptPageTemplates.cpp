@@ -259,6 +259,23 @@ private:
 };
 } // namespace
 
+bool HostScriptPage::buildBlockTemplates(const HostScriptParm &parm, HostSpareLayout &layout,
+                                        std::string &errors)
+{
+    layout.myTemplates.clear();
+    layout.myImports.clear();
+    // A lone block is built as the only block of a page it does not belong to; the page
+    // borrows it and gives it back before it goes.
+    HostScriptPage page;
+    page.myParms.emplace_back(const_cast<HostScriptParm *>(&parm));
+    Builder builder(errors);
+    int last = -1;
+    builder.build(page, layout.myTemplates, &layout.myImports, -1, -1, last);
+    (void)page.myParms.back().release();
+    page.myParms.clear();
+    return builder.myOk;
+}
+
 bool HostScriptPage::buildTemplates(HostSpareLayout &layout, std::string &errors) const
 {
     layout.myTemplates.clear();

@@ -39,3 +39,6 @@ std::vector<ShellCommand> shellPythonCommands();
 /// Spare parameters of nodes and the parameter sections of operator types
 /// (ShellSpareCommands.cpp).
 std::vector<ShellCommand> shellSpareCommands();
+
+/// The spare-property catalogue, the property map and import checks (ShellPropCommands.cpp).
+std::vector<ShellCommand> shellPropCommands();
