@@ -153,7 +153,10 @@ bool Adder::addOne(const gz_SpareClass &c, const std::string &name, bool follow)
     }
     const int target = placement(label);
     const int first = myParms.entries();
-    myParms.mergeParms(incoming);
+    // The names were checked above, so the entries go in as they are (no renaming pass over
+    // the whole set).
+    for (auto &parm : incoming.releaseParms())
+        myParms.addParm(std::move(parm));
     std::vector<int> moved(myParms.entries() - first);
     std::iota(moved.begin(), moved.end(), first);
     if (!moved.empty())
