@@ -13,7 +13,6 @@
 #include "host/HostSpareLayout.h"
 #include "host/HostVariableName.h"
 
-#include <numeric>
 #include <unordered_set>
 
 namespace
@@ -68,9 +67,16 @@ private:
     bool addOne(const gz_SpareClass &c, const std::string &name, bool follow);
     bool buildTemplates(const gz_SpareClass &c, const HostScriptParm &def,
                         HostSpareLayout &layout);
-    int placement(const std::string &label);
-    int firstRunEnd(const std::vector<int> &match) const;
-    int insertFolder(const std::string &label, int target);
+    /// Where new entries go, and whether they need a new folder around them.
+    struct Where
+    {
+        int myIndex;
+        bool myNewFolder;
+        bool myPackageMain; ///< wrap the set's entries into "Main" first
+    };
+    Where survey(const std::string &label, const std::vector<std::string> &names,
+                 std::vector<bool> &hit) const;
+    void insert(Where where, const std::string &label, GZ_EditScriptedParms &incoming);
 
     GZ_EditScriptedParms &myParms;
     std::string myAfter;
@@ -121,47 +127,75 @@ bool Adder::addOne(const gz_SpareClass &c, const std::string &name, bool follow)
 {
     if (!myHandled.insert(name).second)
         return false;
-    if (myParms.getParmWithName(name))
+    const HostScriptParm *def = c.myParameters.find(name);
+    const bool collection = follow && c.myCollections && c.myCollections->has(name);
+    // Everything the set is asked about (the name, the names the property expands to, where
+    // it goes) is found in one pass over the set.
+    std::vector<std::string> names{name};
+    GZ_EditScriptedParms incoming;
+    HostSpareLayout layout;
+    bool built = false;
+    std::string label;
+    if (def && !collection)
+    {
+        built = buildTemplates(c, *def, layout);
+        incoming.createParms(layout, myParms.getNode(), plainOptions());
+        for (int i = 0; i < incoming.entries(); ++i)
+            if (!incoming.getParm(i)->getIsGroupEnd())
+                names.push_back(incoming.getParm(i)->getName());
+        const char *category = def->myParmTags.getValue("spare_category");
+        label = myDest.empty() ? str(category) : myDest;
+    }
+    std::vector<bool> hit;
+    Where where = survey(label, names, hit);
+    if (hit[0])
     {
         myErrors += c.myName + ": Parameter '" + name + "' already exists\n";
         return true;
     }
-    if (follow && c.myCollections && c.myCollections->has(name))
+    if (collection)
     {
         bool ok = true;
         for (const std::string &listed : gz_SpareClass::collectionNames(*c.myCollections->find(name)))
             ok = addOne(c, listed, false) && ok;
         return ok;
     }
-    const HostScriptParm *def = c.myParameters.find(name);
-    HostSpareLayout layout;
-    if (!def || !buildTemplates(c, *def, layout))
+    if (!def)
         return false;
-    const char *category = def->myParmTags.getValue("spare_category");
-    const std::string label = myDest.empty() ? str(category) : myDest;
-    GZ_EditScriptedParms incoming;
-    incoming.createParms(layout, myParms.getNode(), plainOptions());
-    for (int i = 0; i < incoming.entries(); ++i)
+    if (!built)
     {
-        const GZ_EditScriptedParm &parm = *incoming.getParm(i);
-        if (!parm.getIsGroupEnd() && !parm.getName().empty() &&
-            myParms.getParmWithName(parm.getName()))
+        myErrors += c.myName + ": Unable to create definition for parameter " + name + "\n";
+        return false;
+    }
+    for (std::size_t k = 1; k < names.size(); ++k)
+        if (hit[k])
         {
-            myErrors += c.myName + ": Parameter '" + parm.getName() + "' already exists\n";
+            myErrors += c.myName + ": Parameter '" + names[k] + "' already exists\n";
             return false;
         }
-    }
-    const int target = placement(label);
-    const int first = myParms.entries();
-    // The names were checked above, so the entries go in as they are (no renaming pass over
-    // the whole set).
-    for (auto &parm : incoming.releaseParms())
-        myParms.addParm(std::move(parm));
-    std::vector<int> moved(myParms.entries() - first);
-    std::iota(moved.begin(), moved.end(), first);
-    if (!moved.empty())
-        myParms.moveParms(moved, target, /*fix_groups=*/false);
+    insert(where, label, incoming);
     return true;
+}
+
+void Adder::insert(Where where, const std::string &label, GZ_EditScriptedParms &incoming)
+{
+    if (where.myPackageMain)
+    {
+        // "Main" encloses everything the set held; the new folder follows it.
+        std::vector<std::unique_ptr<GZ_EditScriptedParm>> opener;
+        opener.push_back(folderEntry(GZ_FOLDER_TABS, "", "Main"));
+        myParms.insertParms(0, std::move(opener));
+        myParms.addParm(folderEntry(GZ_FOLDER_END, "", ""));
+        where.myIndex = myParms.entries();
+    }
+    std::vector<std::unique_ptr<GZ_EditScriptedParm>> block;
+    if (where.myNewFolder)
+        block.push_back(folderEntry(GZ_FOLDER_TABS, "", label));
+    for (auto &parm : incoming.releaseParms())
+        block.push_back(std::move(parm));
+    if (where.myNewFolder)
+        block.push_back(folderEntry(GZ_FOLDER_END, "", ""));
+    myParms.insertParms(where.myIndex, std::move(block));
 }
 
 bool Adder::buildTemplates(const gz_SpareClass &c, const HostScriptParm &def,
@@ -172,10 +206,7 @@ bool Adder::buildTemplates(const gz_SpareClass &c, const HostScriptParm &def,
     {
         // A one-page folder stands for what it holds; the folder itself is not added.
         if (c.folderPageCount(def) != 1)
-        {
-            myErrors += c.myName + ": Unable to create definition for parameter " + def.myName + "\n";
             return false;
-        }
         if (def.myPage)
             def.myPage->buildTemplates(layout, ignored);
     }
@@ -188,73 +219,69 @@ bool Adder::buildTemplates(const gz_SpareClass &c, const HostScriptParm &def,
     return true;
 }
 
-/// Where a property of the folder labelled `label` goes: inside the first visible folder of
-/// that label, else in a new folder of that label (after the insert-after folder, after the
-/// leading run of folders, or after everything, packaged into "Main" on request).
-int Adder::placement(const std::string &label)
+/// One pass over the set: which of `names` it holds (`hit`), and where a property of the
+/// folder labelled `label` goes. That is inside the first visible folder of that label
+/// (before the first folder nested in it), else in a new folder of that label: just after
+/// the insert-after folder, else after the run of folders that starts at the first visible
+/// entry, else after everything (packaged into "Main" on request). Blocks are matched with
+/// a stack as the pass goes, so no entry is visited twice.
+Adder::Where Adder::survey(const std::string &label, const std::vector<std::string> &names,
+                           std::vector<bool> &hit) const
 {
-    const std::vector<int> match = myParms.computeMatches();
     const int n = myParms.entries();
-    int remembered = -1;
+    hit.assign(names.size(), false);
+    std::vector<int> open;
+    int found = -1, dest = -1, remembered = -1, remembered_end = -1, run_after = -1;
+    enum { SKIPPING, IN_RUN, DONE } run = SKIPPING;
     for (int i = 0; i < n; ++i)
     {
         const GZ_EditScriptedParm &parm = *myParms.getParm(i);
-        if (!isFolderOpener(parm))
+        for (std::size_t k = 0; k < names.size(); ++k)
+            if (!names[k].empty() && parm.getName() == names[k])
+                hit[k] = true;
+        if (parm.getIsGroupEnd())
+        {
+            if (open.empty())
+                continue;
+            const int opener = open.back();
+            open.pop_back();
+            if (opener == found && dest < 0)
+                dest = i;
+            if (opener == remembered)
+                remembered_end = i;
+            if (open.empty() && run == IN_RUN)
+                run_after = i + 1;
             continue;
-        if (parm.getLabel() == label && !parm.getInvisible())
-        {
-            const int end = match[i] < 0 ? n : match[i];
-            for (int j = i + 1; j < end; ++j)
-                if (isFolderOpener(*myParms.getParm(j)))
-                    return j;
-            return end;
         }
-        if (!myAfter.empty() && parm.getLabel() == myAfter)
+        const bool folder = isFolderOpener(parm);
+        if (open.empty() && run == SKIPPING && !parm.getInvisible())
+            run = folder ? IN_RUN : DONE;
+        else if (open.empty() && run == IN_RUN && !folder)
+            run = DONE;
+        if (!parm.getIsGroupStart())
+            continue;
+        if (found >= 0 && dest < 0 && folder)
+            dest = i;
+        else if (found < 0 && folder && parm.getLabel() == label && !parm.getInvisible())
+            found = i;
+        else if (found < 0 && folder && !myAfter.empty() && parm.getLabel() == myAfter)
+        {
             remembered = i;
-    }
-    int target = n;
-    if (remembered >= 0)
-        target = (match[remembered] < 0 ? n : match[remembered]) + 1;
-    else if (n > 0)
-    {
-        target = firstRunEnd(match);
-        if (target < 0 && myPackage == GZ_SPARE_PROPERTY_PACKAGE_MAIN)
-        {
-            myParms.addParm(folderEntry(GZ_FOLDER_TABS, "", "Main"));
-            myParms.addParm(folderEntry(GZ_FOLDER_END, "", ""));
-            myParms.moveParms(std::vector<int>{n}, 0, /*fix_groups=*/false);
-            target = n + 2;
+            remembered_end = -1;
         }
-        else if (target < 0)
-            target = n;
+        open.push_back(i);
     }
-    return insertFolder(label, target);
-}
-
-/// The index after the run of folders that starts at the first visible entry, or -1 when that
-/// entry is no folder.
-int Adder::firstRunEnd(const std::vector<int> &match) const
-{
-    const int n = myParms.entries();
-    auto skip = [&](int i) { return (match[i] < 0 ? n - 1 : match[i]) + 1; };
-    int i = 0;
-    while (i < n && myParms.getParm(i)->getInvisible())
-        i = myParms.getParm(i)->getIsGroupStart() ? skip(i) : i + 1;
-    if (i >= n || !isFolderOpener(*myParms.getParm(i)))
-        return -1;
-    int after = i;
-    while (i < n && isFolderOpener(*myParms.getParm(i)))
-        after = i = skip(i);
-    return after;
-}
-
-int Adder::insertFolder(const std::string &label, int target)
-{
-    const int n = myParms.entries();
-    myParms.addParm(folderEntry(GZ_FOLDER_TABS, "", label));
-    myParms.addParm(folderEntry(GZ_FOLDER_END, "", ""));
-    myParms.moveParms(std::vector<int>{n, n + 1}, target, /*fix_groups=*/false);
-    return target + 1;
+    if (run == IN_RUN && !open.empty())
+        run_after = n; // the run's last folder is never closed
+    if (found >= 0)
+        return {dest < 0 ? n : dest, false, false};
+    if (remembered >= 0)
+        return {remembered_end < 0 ? n : remembered_end + 1, true, false};
+    if (n == 0)
+        return {0, true, false};
+    if (run_after >= 0)
+        return {run_after, true, false};
+    return {n, true, myPackage == GZ_SPARE_PROPERTY_PACKAGE_MAIN};
 }
 } // namespace
 

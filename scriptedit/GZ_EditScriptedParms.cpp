@@ -623,6 +623,14 @@ std::vector<std::unique_ptr<GZ_EditScriptedParm>> GZ_EditScriptedParms::releaseP
     return std::move(myParms);
 }
 
+void GZ_EditScriptedParms::insertParms(int index,
+                                       std::vector<std::unique_ptr<GZ_EditScriptedParm>> parms)
+{
+    index = std::max(0, std::min(index, entries()));
+    myParms.insert(myParms.begin() + index, std::make_move_iterator(parms.begin()),
+                   std::make_move_iterator(parms.end()));
+}
+
 // ---------------------------------------------------------------------------------------------
 // Reserved names.
 

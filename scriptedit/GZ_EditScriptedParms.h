@@ -130,6 +130,9 @@ public:
     bool parseParmSection(const std::string &text, const std::string &file, std::string &messages);
     /// Takes the entries out of this set (ownership passes to the caller).
     std::vector<std::unique_ptr<GZ_EditScriptedParm>> releaseParms();
+    /// Inserts entries, as they are, before entry `index` (clamped to the list): one move of
+    /// the entries after it, whatever the number inserted.
+    void insertParms(int index, std::vector<std::unique_ptr<GZ_EditScriptedParm>> parms);
 
     // Reserved names (the node's own, non-spare parameters).
     bool checkReservedName(const std::string &name) const;
