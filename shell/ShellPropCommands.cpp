@@ -14,6 +14,7 @@
 #include "host/HostParm.h"
 #include "host/HostParmList.h"
 #include "host/HostParmNameMap.h"
+#include "host/HostReader.h"
 #include "host/HostScriptPage.h"
 
 #include <map>
@@ -171,6 +172,11 @@ bool importIsCurrent(HostNode &node, const GZ_EditScriptedParm &group)
     }
     if (!GZ_ImportUtils::parseFileSource(source, path))
         return false;
+    // A file that is not where the source says is looked for on the search path, as the
+    // shell finds every other dialog script.
+    std::string found;
+    if (!HostReader(path).isOpen() && HostReader::findFile(path, found))
+        path = found;
     std::unique_ptr<HostScriptPage> page = GZ_ImportUtils::parseImportFile(path.c_str());
     if (!page)
         return false;
