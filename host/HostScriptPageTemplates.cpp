@@ -266,13 +266,15 @@ bool HostScriptPage::buildBlockTemplates(const HostScriptParm &parm, HostSpareLa
     layout.myImports.clear();
     // A lone block is built as the only block of a page it does not belong to; the page
     // borrows it and gives it back before it goes.
-    HostScriptPage page;
-    page.myParms.emplace_back(const_cast<HostScriptParm *>(&parm));
+    struct Borrowed
+    {
+        HostScriptPage page;
+        ~Borrowed() { (void)page.myParms.back().release(); }
+    } borrowed;
+    borrowed.page.myParms.emplace_back(const_cast<HostScriptParm *>(&parm));
     Builder builder(errors);
     int last = -1;
-    builder.build(page, layout.myTemplates, &layout.myImports, -1, -1, last);
-    (void)page.myParms.back().release();
-    page.myParms.clear();
+    builder.build(borrowed.page, layout.myTemplates, &layout.myImports, -1, -1, last);
     return builder.myOk;
 }
 
