@@ -98,6 +98,29 @@ TEST_F(SparePropertyTest, PatternsCollectionsAndExistingNames)
     }
 }
 
+TEST_F(SparePropertyTest, PlacementSkipsHiddenFoldersAndGoesBeforeNestedOnes)
+{
+    // A hidden "Render" is passed over; the visible one takes the property before the folder
+    // nested in it. "Sampling" has no folder yet: its new folder follows the leading run.
+    const char *section = "group { name \"h\" label \"Render\" invisibletab\n"
+                          "  parm { name \"x\" type float } }\n"
+                          "group { name \"r\" label \"Render\"\n"
+                          "  parm { name \"y\" type float }\n"
+                          "  groupsimple { name \"n\" label \"Nested\"\n"
+                          "    parm { name \"z\" type float } } }\n"
+                          "parm { name \"w\" type float }\n";
+    GZ_EditScriptedParms parms;
+    std::string messages, errors;
+    ASSERT_TRUE(parms.parseParmSection(section, "test.ds", messages)) << messages;
+    for (const char *name : {"gz_render_matte", "gz_render_samples"})
+        EXPECT_TRUE(GZ_SpareProperty::addProperty(parms, nullptr, "render", name, errors, nullptr,
+                                                  GZ_SPARE_PROPERTY_NO_FILTER,
+                                                  GZ_SPARE_PROPERTY_NO_PACKAGE, nullptr));
+    EXPECT_EQ(labels(parms), "Render(x )Render(y gz_render_matte Nested(z ))Sampling("
+                             "gz_render_samples )w ");
+    EXPECT_EQ(errors, "");
+}
+
 TEST_F(SparePropertyTest, ListFormatsAndCategoryGroups)
 {
     std::string errors, out;
