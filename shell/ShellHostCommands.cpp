@@ -150,10 +150,14 @@ void cmdParmSet(Shell &shell, HostCommandArgs &args)
             args.found('p') ? HOST_STRING_SCRIPT : HOST_STRING_EXPRESSION;
         if (!ShellChannels::setExpressions(*node, args.arg(2), values, language, error))
             args.err() << "parmset: " << error << "\n";
+        else
+            shellRunSetCallback(shell, *node, args.arg(2));
         return;
     }
     if (!ShellParmAccess::set(*node, args.arg(2), values, error))
         args.err() << "parmset: " << error << "\n";
+    else
+        shellRunSetCallback(shell, *node, args.arg(2));
 }
 
 void cmdParmGet(Shell &shell, HostCommandArgs &args)
