@@ -5,6 +5,7 @@
 #include "resource/GZ_ResourceManager.h"
 
 #include "host/HostCommandManager.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDialogStream.h"
 #include "host/HostScriptParm.h"
 
@@ -28,6 +29,98 @@ bool readFields(HostDialogStream &in, std::size_t count, std::vector<std::string
         in.getToken(token);
         fields.push_back(token);
     }
+    return fields.size() == count;
+}
+
+/// The tokens of one line of text, read as the dialog-script stream reads them.
+std::vector<std::string> lineTokens(const std::string &line)
+{
+    HostDiagnosticCapture quiet;
+    HostDialogStream in;
+    in.openString(line);
+    std::vector<std::string> tokens;
+    std::string token;
+    while (in.getToken(token))
+        tokens.push_back(token);
+    return tokens;
+}
+
+/// The next raw line of the script when it is line `expected` ("" when that line is blank and
+/// the stream is already past it).
+bool readRawLine(HostDialogStream &in, int expected, std::string &line, std::string &carry)
+{
+    if (!carry.empty())
+    {
+        line.clear();
+        return true;
+    }
+    std::string token;
+    bool quoted = false;
+    if (!in.peekToken(token, &quoted) || (!quoted && (token == "{" || token == "}")))
+        return false;
+    in.getToken(token);
+    const std::string rest = in.getRestOfLine();
+    const std::string text = rest.empty() ? token : token + " " + rest;
+    if (in.getLine() == expected)
+        line = text;
+    else
+    {
+        line.clear();
+        carry = text;
+    }
+    return true;
+}
+
+std::vector<std::string> splitBlanks(const std::string &text)
+{
+    std::vector<std::string> parts(1);
+    for (char c : text)
+    {
+        if (c == ' ')
+            parts.emplace_back();
+        else
+            parts.back() += c;
+    }
+    return parts;
+}
+
+/// A selector binding: `lead` words, the description to the end of that line, the prompt on
+/// the next line and the remaining fields, separated by single blanks, on the third, which
+/// is how bindings are written (descriptions and prompts hold blanks, menus may be empty).
+/// A binding written by hand with every field a token on the keyword's line reads too.
+bool readSelectorFields(HostDialogStream &in, std::size_t lead, std::size_t count,
+                        std::vector<std::string> &fields)
+{
+    const int line = in.getLine();
+    const std::string first = in.getRestOfLine();
+    std::vector<std::string> tokens = lineTokens(first);
+    if (tokens.size() == count)
+    {
+        fields = tokens;
+        return true;
+    }
+    if (tokens.size() < lead)
+        return false;
+    std::size_t pos = 0;
+    for (std::size_t i = 0; i < lead; ++i)
+    {
+        const std::size_t start = first.find_first_not_of(" \t", pos);
+        pos = first.find_first_of(" \t", start);
+        fields.push_back(first.substr(start, pos == std::string::npos ? pos : pos - start));
+    }
+    const std::size_t start = pos == std::string::npos ? pos : first.find_first_not_of(" \t", pos);
+    std::string description = start == std::string::npos ? std::string() : first.substr(start);
+    if (!description.empty() && description[0] == '"' && tokens.size() == lead + 1)
+        description = tokens[lead];
+    fields.push_back(description);
+    std::string prompt, rest, carry;
+    if (!readRawLine(in, line + 1, prompt, carry))
+        return false;
+    fields.push_back(prompt);
+    if (!readRawLine(in, line + 2, rest, carry))
+        return false;
+    for (const std::string &part : splitBlanks(carry.empty() ? rest : carry))
+        fields.push_back(part);
     return fields.size() == count;
 }
 
@@ -94,7 +187,7 @@ public:
                 in.error("error binding handle");
             return true;
         }
-        if (!readFields(in, 9, f))
+        if (!readSelectorFields(in, 1, 9, f))
             in.error("missing parameters in call to bindselector");
         else if (myName.empty())
             in.error("selector binding specified before name");
@@ -165,6 +258,9 @@ bool gz_ScriptOpPage::readInputText(HostDialogStream &in, std::vector<std::strin
         in.error("Expected input name or label");
         return false;
     }
+    // Labels are written bare to the end of their line.
+    if (in.nextOnSameLine())
+        text += " " + in.getRestOfLine();
     if (index < 1 || index > MAX_INPUT_INDEX)
     {
         in.error("Input index out of range");
@@ -249,7 +345,7 @@ void gz_ScriptOpPage::readBindHandle(HostDialogStream &in)
 void gz_ScriptOpPage::readBindSelector(HostDialogStream &in, bool reserved)
 {
     std::vector<std::string> f;
-    if (!readFields(in, reserved ? 10 : 7, f))
+    if (!readSelectorFields(in, reserved ? 2 : 1, reserved ? 10 : 7, f))
     {
         in.error(reserved ? "missing parameters in call to bindselectorreserved"
                           : "missing parameters in call to bindselector");
