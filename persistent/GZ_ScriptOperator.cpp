@@ -123,8 +123,7 @@ void GZ_ScriptOperator::applyTemplateFlags(HostParmTemplateList &templates) cons
     forEachTemplate(templates, &applyFlags, *this);
 }
 
-bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, const std::string &path,
-                                          std::string &errors)
+bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, std::string &errors)
 {
     in.setIncludePath(includePath());
     setHelp("");
@@ -159,7 +158,6 @@ bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, const std::strin
         setObsoleteTemplates(myObsoleteList);
     }
     HostSpareLayout layout;
-    (void)path; // messages of single blocks already name the script through the stream
     page.buildTemplates(layout, errors);
     applyTemplateFlags(layout.myTemplates);
     if (getTable())
@@ -254,7 +252,7 @@ GZ_ScriptOperator *GZ_ScriptOperator::defineFromText(const std::string &table_na
     HostDialogStream in;
     in.openString(text, file, HostDialogStream::INCLUDES);
     std::string errors;
-    if (!op->loadParmTemplates(in, file, errors) && created)
+    if (!op->loadParmTemplates(in, errors) && created)
     {
         op->removeAllBindings();
         table->deleteOperator(name);
