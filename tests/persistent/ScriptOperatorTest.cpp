@@ -103,6 +103,11 @@ TEST_F(ScriptOperator, RedefinitionReplacesBindingsAndRebuildsNodes)
 {
     GZ_ScriptOperator *op = define(SCRIPT);
     ASSERT_NE(op, nullptr);
+    {
+        HostDiagnosticCapture capture; // a broken script changes nothing
+        EXPECT_EQ(define("{\n name scop\n bindhandle ty ptest M ty \"\"\n parm {\n"), nullptr);
+        EXPECT_EQ(GZgetResourceManager()->getBindingHandles(op)->size(), 1u);
+    }
     std::string error;
     HostNode *node = myDirector.createNode("scop", "/obj/s1", &error);
     ASSERT_NE(node, nullptr) << error;
