@@ -42,3 +42,7 @@ std::vector<ShellCommand> shellSpareCommands();
 
 /// The spare-property catalogue, the property map and import checks (ShellPropCommands.cpp).
 std::vector<ShellCommand> shellPropCommands();
+
+/// Scripted operator types: defining them from dialog scripts, writing them, pressing their
+/// buttons (ShellOpTypeCommands.cpp).
+std::vector<ShellCommand> shellOpTypeCommands();
