@@ -261,7 +261,7 @@ HostErrorSeverity writeScene(std::ostream &os)
 }
 } // namespace
 
-TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesFlagsAndTheSaveCallback)
+TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesAndTheSaveCallback)
 {
     myDirector.setFps(25.0);
     myDirector.setFps(0.0); // refused
@@ -279,12 +279,6 @@ TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesFlagsAndTheSaveCallback)
     EXPECT_NE(myDirector.allocProxy(&a), pa); // a freed index is not handed out again
     myDirector.clearScene();
     EXPECT_EQ(myDirector.getProxy(pb), nullptr);
-
-    EXPECT_FALSE(myDirector.getDebugFlag(20));
-    myDirector.setDebugFlag(20, true);
-    EXPECT_TRUE(myDirector.getDebugFlag(20));
-    myDirector.setDebugFlag(20, false);
-    EXPECT_FALSE(myDirector.getDebugFlag(20));
 
     std::ostringstream os;
     EXPECT_EQ(myDirector.runSaveCallback(os), HOST_ERR_NONE);
