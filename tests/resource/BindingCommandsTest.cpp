@@ -104,17 +104,6 @@ TEST(BindingCommands, SceneSaveWritesSettingsAndTheirBindings)
     EXPECT_EQ(after.str(), "");
 }
 
-TEST(BindingCommands, SettingsCommandChecksItsArguments)
-{
-    SceneScope scene;
-    const CommandRun missing = run("omparm hud xform /obj/nothing \"color(1 0 0)\"");
-    EXPECT_EQ(missing.err, "Could not find node /obj/nothing\n");
-    const CommandRun short_of_one = run("omparm hud xform /obj/nothing");
-    EXPECT_EQ(short_of_one.err, "Error: omparm requires a handle name, a handle type,\n"
-                                "an op name, and op settings.\n");
-    EXPECT_EQ(short_of_one.out, "");
-}
-
 TEST(BindingCommands, SavedSettingsAreInNodeAndHandleOrderAndGoWithTheScene)
 {
     // The table's own order depends on its history; a loaded scene must save the same bytes.
