@@ -131,7 +131,7 @@ void expectIndexedInOrder(const GZ_GZTemplate &tmpl)
 
 } // namespace
 
-TEST(BuiltinHandleTable, RegistersEvery3DRowWithItsColumns)
+TEST(BuiltinHandleTable, Sampled3DRowsHaveTheirColumns)
 {
     GZ_ResourceManager &mgr = manager();
     ASSERT_EQ(gz::makeBuiltin3DHandles().size(), 77u);
@@ -154,7 +154,7 @@ TEST(BuiltinHandleTable, RegistersEvery3DRowWithItsColumns)
     }
 }
 
-TEST(BuiltinHandleTable, RegistersEvery2DRowWithItsColumns)
+TEST(BuiltinHandleTable, Sampled2DRowsHaveTheirColumns)
 {
     GZ_ResourceManager &mgr = manager();
     ASSERT_EQ(gz::makeBuiltin2DHandles().size(), 20u);
@@ -253,7 +253,7 @@ TEST(BuiltinHandleTable, LookupsSeeTheRegisteredColumns)
     EXPECT_FALSE(pop->supportsType("Sop"));
 }
 
-TEST(BuiltinSelectorTable, RegistersEveryRowWithItsColumns)
+TEST(BuiltinSelectorTable, SampledRowsHaveTheirColumns)
 {
     GZ_ResourceManager &mgr = manager();
     ASSERT_EQ(gz::makeBuiltinSelectors().size(), 47u);
