@@ -18,12 +18,15 @@
 /// parent), with a hash from pointer to node: a pointer's index is the sizes to its left
 /// summed on the way up. A pointer appears at most once.
 ///
-/// Appending is what loading a scene and filling a group do, one item at a time, so appended
-/// items wait in a tail after the tree and join it in one linear pass when an edit needs
-/// them there; until then their index and lookup cost nothing. Nodes come from blocks of the
+/// Appending is what loading a scene and filling a group do, one item at a time, and putting
+/// items back at the front is what undoing deletions made first to last does; so items added
+/// at either end wait in a buffer there (a head before the tree, a tail after it) and join
+/// the tree in one linear pass when an edit needs them in it; until then their index and
+/// lookup cost nothing. Nodes come from blocks of the
 /// list's own and the hash is open-addressed, so that a big list is a few contiguous arrays
 /// rather than one allocation per item scattered among the handles.
-/// Cost: append O(1) amortised; insert, erase, indexOf, at, swap: O(log n) expected;
+/// Cost: insert at either end O(1) amortised; insert, erase, indexOf, at, swap: O(log n)
+/// expected;
 /// iteration: linear.
 template <typename T> class gz_OrderedList
 {
@@ -33,7 +36,7 @@ public:
     gz_OrderedList &operator=(const gz_OrderedList &) = delete;
     ~gz_OrderedList() = default;
 
-    int size() const { return sizeOf(myRoot) + static_cast<int>(myTail.size()); }
+    int size() const { return headSize() + sizeOf(myRoot) + static_cast<int>(myTail.size()); }
     bool empty() const { return size() == 0; }
     bool contains(const T *item) const { return myNodes.find(item) != nullptr; }
 
@@ -50,13 +53,15 @@ public:
         Node *node = newNode(item);
         myNodes.insert(item, node);
         index = index < 0 ? 0 : (index > size() ? size() : index);
-        if (index == size())
+        if (index == size() || index == 0)
         {
-            node->tail = static_cast<int>(myTail.size());
-            myTail.push_back(node);
+            std::vector<Node *> &buffer = index == 0 && size() > 0 ? myHead : myTail;
+            node->inHead = &buffer == &myHead;
+            node->slot = static_cast<int>(buffer.size());
+            buffer.push_back(node);
             return true;
         }
-        joinTail();
+        joinBuffers();
         Node *left = nullptr;
         Node *right = nullptr;
         split(myRoot, index, left, right);
@@ -72,14 +77,18 @@ public:
         if (!node)
             return false;
         myNodes.erase(item);
-        if (node->tail >= 0 && node == myTail.back())
+        if (node->slot >= 0)
         {
-            myTail.pop_back();
-            freeNode(node);
-            return true;
+            // The first or last item leaves its buffer at no cost; any other joins the tree.
+            std::vector<Node *> &buffer = node->inHead ? myHead : myTail;
+            if (node == buffer.back())
+            {
+                buffer.pop_back();
+                freeNode(node);
+                return true;
+            }
+            joinBuffers();
         }
-        if (node->tail >= 0)
-            joinTail();
         Node *joined = merge(node->left, node->right);
         Node *parent = node->parent;
         if (joined)
@@ -102,9 +111,10 @@ public:
         const Node *node = myNodes.find(item);
         if (!node)
             return -1;
-        if (node->tail >= 0)
-            return sizeOf(myRoot) + node->tail;
-        int index = sizeOf(node->left);
+        if (node->slot >= 0)
+            return node->inHead ? headSize() - 1 - node->slot
+                                : headSize() + sizeOf(myRoot) + node->slot;
+        int index = headSize() + sizeOf(node->left);
         for (; node->parent; node = node->parent)
             if (node->parent->right == node)
                 index += sizeOf(node->parent->left) + 1;
@@ -133,6 +143,7 @@ public:
     void clear()
     {
         myNodes.clear();
+        myHead.clear();
         myTail.clear();
         myBlocks.clear();
         myFree = nullptr;
@@ -151,6 +162,8 @@ public:
     /// Calls fn(item) for every item in order. The list must not change meanwhile.
     template <typename Fn> void forEach(Fn &&fn) const
     {
+        for (auto it = myHead.rbegin(); it != myHead.rend(); ++it)
+            fn((*it)->item);
         // In order without a stack: down to the leftmost, then to each successor.
         const Node *node = myRoot;
         while (node && node->left)
@@ -179,7 +192,8 @@ private:
         T *item;
         std::uint32_t priority;
         int size = 1;
-        int tail = -1; ///< the place in the tail, or -1 in the tree
+        int slot = -1;       ///< the place in its buffer, or -1 in the tree
+        bool inHead = false; ///< the buffer is the head (else the tail)
         Node *left = nullptr;
         Node *right = nullptr;
         Node *parent = nullptr;
@@ -323,6 +337,9 @@ private:
     {
         if (index < 0 || index >= size())
             return nullptr;
+        if (index < headSize())
+            return myHead[static_cast<std::size_t>(headSize() - 1 - index)];
+        index -= headSize();
         if (index >= sizeOf(myRoot))
             return myTail[static_cast<std::size_t>(index - sizeOf(myRoot))];
         Node *node = myRoot;
@@ -341,17 +358,33 @@ private:
         }
     }
 
-    /// Builds the tail into a treap in one pass (the right spine on a stack: a node pops the
-    /// spine nodes of lower priority, which become its left subtree, each complete when
-    /// popped) and appends it to the tree.
-    void joinTail()
+    int headSize() const { return static_cast<int>(myHead.size()); }
+
+    /// Puts both buffers into the tree.
+    void joinBuffers()
     {
-        if (myTail.empty())
-            return;
-        std::vector<Node *> spine;
-        for (Node *node : myTail)
+        if (!myHead.empty())
         {
-            node->tail = -1;
+            std::reverse(myHead.begin(), myHead.end());
+            myRoot = merge(buildTree(myHead), myRoot);
+            myRoot->parent = nullptr;
+        }
+        if (!myTail.empty())
+        {
+            myRoot = merge(myRoot, buildTree(myTail));
+            myRoot->parent = nullptr;
+        }
+    }
+
+    /// A treap of `nodes` in their order, built in one pass (the right spine on a stack: a
+    /// node pops the spine nodes of lower priority, which become its left subtree, each
+    /// complete when popped); empties `nodes`.
+    static Node *buildTree(std::vector<Node *> &nodes)
+    {
+        std::vector<Node *> spine;
+        for (Node *node : nodes)
+        {
+            node->slot = -1;
             Node *popped = nullptr;
             while (!spine.empty() && spine.back()->priority < node->priority)
             {
@@ -368,9 +401,8 @@ private:
         for (auto it = spine.rbegin(); it != spine.rend(); ++it)
             update(*it);
         spine.front()->parent = nullptr;
-        myTail.clear();
-        myRoot = merge(myRoot, spine.front());
-        myRoot->parent = nullptr;
+        nodes.clear();
+        return spine.front();
     }
 
     Node *newNode(T *item)
@@ -400,7 +432,8 @@ private:
     }
 
     Node *myRoot = nullptr;
-    std::vector<Node *> myTail;
+    std::vector<Node *> myHead; ///< items before the tree, the first item last
+    std::vector<Node *> myTail; ///< items after the tree, in order
     PointerIndex myNodes;
     std::vector<std::unique_ptr<Node[]>> myBlocks;
     Node *myFree = nullptr;
