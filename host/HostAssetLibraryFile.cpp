@@ -26,6 +26,7 @@ public:
     bool line(std::string &out)
     {
         const size_t end = myText.find('\n', myPos);
+        myLast = myLine + 1;
         if (end == std::string::npos)
             return false;
         out.assign(myText, myPos, end - myPos);
@@ -36,6 +37,7 @@ public:
     /// The next `size` bytes and the newline after them.
     bool bytes(size_t size, std::string &out)
     {
+        myLast = myLine + 1;
         if (size >= myText.size() - myPos || myText[myPos + size] != '\n')
             return false;
         out.assign(myText, myPos, size);
@@ -47,12 +49,14 @@ public:
     }
     size_t pos() const { return myPos; }
     bool atEnd() const { return myPos == myText.size(); }
-    int lineNumber() const { return myLine + 1; }
+    /// The line last read or tried: where damage was found.
+    int lastLine() const { return myLast; }
 
 private:
     const std::string &myText;
     size_t myPos = 0;
     int myLine = 0;
+    int myLast = 1;
 };
 
 /// A whole decimal number of at most `max`, nothing else.
@@ -222,7 +226,7 @@ bool HostAssetLibraryFile::parse(const std::string &text,
     if (parseAll(in, text, definitions, error))
         return true;
     definitions.clear();
-    line = in.lineNumber() - 1 > 0 ? in.lineNumber() - 1 : 1;
+    line = in.lastLine();
     return false;
 }
 
