@@ -7,7 +7,9 @@
 
 #include "host/HostAssetLibraryManager.h"
 #include "host/HostOperatorTable.h"
+#include "host/HostReader.h"
 
+#include <filesystem>
 #include <ostream>
 
 namespace
@@ -35,7 +37,9 @@ void cmdLibLoad(Shell &, HostCommandArgs &args)
     if (!shellCheckCount(args, 2, 2))
         return;
     HostAssetLibraryManager &libraries = HostAssetLibraryManager::get();
-    const std::string &path = args.arg(1);
+    std::string path = args.arg(1);
+    if (!std::filesystem::exists(path))
+        HostReader::findFile(args.arg(1), path);
     if (!libraries.loadLibrary(path, "libload"))
         return;
     // Copied: defining a type does not touch the library list, but keep the loop safe.
