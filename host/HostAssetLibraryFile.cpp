@@ -152,8 +152,8 @@ bool parseAll(Cursor &in, const std::string &text, std::vector<HostAssetDefiniti
               std::string &error)
 {
     std::string line, rest;
-    if (!in.line(line) || line != std::string(theMagic) + " " +
-                                      std::to_string(HostAssetLibraryFile::theVersion))
+    if (!in.line(line) ||
+        line != std::string(theMagic) + " " + std::to_string(HostAssetLibraryFile::theVersion))
         return fail(error, "not an operator type library of this version");
     std::set<std::string> names;
     for (;;)

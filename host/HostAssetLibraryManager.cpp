@@ -22,29 +22,32 @@ std::string HostAssetLibraryManager::expandPath(const std::string &path)
 }
 
 bool HostAssetLibraryManager::readLibrary(const std::string &path,
-                                          std::vector<HostAssetDefinition> &out)
+                                          std::vector<HostAssetDefinition> &out,
+                                          const std::string &shown_name)
 {
     out.clear();
+    const std::string &name = shown_name.empty() ? path : shown_name;
     std::string text, error;
     if (!HostReader::readFile(path, text))
     {
-        HostDiagnostics::report(HostDiagSeverity::Error, path, 0,
+        HostDiagnostics::report(HostDiagSeverity::Error, name, 0,
                                 "cannot read operator type library",
-                                path + ": cannot read operator type library");
+                                name + ": cannot read operator type library");
         return false;
     }
     int line = 0;
     if (HostAssetLibraryFile::parse(text, out, error, line))
         return true;
-    HostDiagnostics::report(HostDiagSeverity::Error, path, line,
+    HostDiagnostics::report(HostDiagSeverity::Error, name, line,
                             "damaged operator type library, nothing loaded: " + error);
     return false;
 }
 
-bool HostAssetLibraryManager::loadLibrary(const std::string &path, const std::string &source)
+bool HostAssetLibraryManager::loadLibrary(const std::string &path, const std::string &source,
+                                          const std::string &shown_name)
 {
     std::vector<HostAssetDefinition> definitions;
-    if (!readLibrary(path, definitions))
+    if (!readLibrary(path, definitions, shown_name))
         return false;
     Library *library = findMutable(path);
     if (!library)
@@ -52,6 +55,7 @@ bool HostAssetLibraryManager::loadLibrary(const std::string &path, const std::st
         myLibraries.push_back({path, source, {}});
         library = &myLibraries.back();
     }
+    library->mySource = source;
     library->myDefinitions = std::move(definitions);
     reindex();
     return true;
@@ -93,8 +97,8 @@ std::string HostAssetLibraryManager::findDefinitionLibrary(const std::string &qu
 
 HostAssetDefinition HostAssetLibraryManager::createIndexFile(const HostOperator &op)
 {
-    return HostAssetDefinition(op.getQualifiedName(), op.getLabel(),
-                               op.getMinInputs(), op.getMaxInputs());
+    return HostAssetDefinition(op.getQualifiedName(), op.getLabel(), op.getMinInputs(),
+                               op.getMaxInputs());
 }
 
 void HostAssetLibraryManager::addSection(HostAssetDefinition &def, const std::string &name,

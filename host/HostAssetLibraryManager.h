@@ -36,12 +36,15 @@ public:
     static std::string expandPath(const std::string &path);
 
     /// Reads every definition of `path`; false (reported, nothing kept) when the file cannot
-    /// be read or is damaged.
-    static bool readLibrary(const std::string &path, std::vector<HostAssetDefinition> &out);
+    /// be read or is damaged. Reports name the file `shown_name` (default: `path`), so a file
+    /// found on the search path is named as the user gave it.
+    static bool readLibrary(const std::string &path, std::vector<HostAssetDefinition> &out,
+                            const std::string &shown_name = std::string());
 
     /// Reads `path` and keeps it as loaded with `source` (loading it again refreshes it and
-    /// keeps its place). False when it could not be read (reported).
-    bool loadLibrary(const std::string &path, const std::string &source);
+    /// keeps its place and takes the new source). False when it could not be read (reported).
+    bool loadLibrary(const std::string &path, const std::string &source,
+                     const std::string &shown_name = std::string());
     bool isLoaded(const std::string &path) const { return findLibrary(path) != nullptr; }
     const Library *findLibrary(const std::string &path) const;
     const std::vector<Library> &getLibraries() const { return myLibraries; }

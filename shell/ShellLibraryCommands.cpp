@@ -16,18 +16,19 @@ namespace
 {
 /// Defines the scripted operator type of one definition; its read errors name the library
 /// and the definition ("LIB(Sop/nudge)[LINE]: ...").
-void defineType(const std::string &path, const HostAssetDefinition &def, std::ostream &err)
+void defineType(const std::string &path, const std::string &shown_name,
+                const HostAssetDefinition &def, std::ostream &err)
 {
     const std::string *script = def.findSection("DialogScript");
     if (!script)
     {
-        err << "libload: " << def.getName() << " in " << path << " has no DialogScript\n";
+        err << "libload: " << def.getName() << " in " << shown_name << " has no DialogScript\n";
         return;
     }
     std::string table, name, error;
     HostOperatorTable::splitQualifiedName(def.getName(), table, name);
-    if (!GZ_ScriptOperator::defineFromText(table, *script, path, path + "(" + def.getName() + ")",
-                                           error))
+    if (!GZ_ScriptOperator::defineFromText(table, *script, path,
+                                           shown_name + "(" + def.getName() + ")", error))
         err << "libload: " << error << "\n";
 }
 
@@ -40,13 +41,12 @@ void cmdLibLoad(Shell &, HostCommandArgs &args)
     std::string path = args.arg(1);
     if (!std::filesystem::exists(path))
         HostReader::findFile(args.arg(1), path);
-    if (!libraries.loadLibrary(path, "libload"))
+    if (!libraries.loadLibrary(path, "libload", args.arg(1)))
         return;
     // Copied: defining a type does not touch the library list, but keep the loop safe.
-    const std::vector<HostAssetDefinition> definitions =
-        libraries.findLibrary(path)->myDefinitions;
+    const std::vector<HostAssetDefinition> definitions = libraries.findLibrary(path)->myDefinitions;
     for (const HostAssetDefinition &def : definitions)
-        defineType(path, def, args.err());
+        defineType(path, args.arg(1), def, args.err());
 }
 
 // libls [LIBRARY]
@@ -64,8 +64,14 @@ void cmdLibLs(Shell &, HostCommandArgs &args)
     std::vector<HostAssetDefinition> definitions;
     if (const HostAssetLibraryManager::Library *library = libraries.findLibrary(args.arg(1)))
         definitions = library->myDefinitions;
-    else if (!HostAssetLibraryManager::readLibrary(args.arg(1), definitions))
-        return;
+    else
+    {
+        std::string path = args.arg(1);
+        if (!std::filesystem::exists(path))
+            HostReader::findFile(args.arg(1), path);
+        if (!HostAssetLibraryManager::readLibrary(path, definitions, args.arg(1)))
+            return;
+    }
     for (const HostAssetDefinition &def : definitions)
     {
         args.out() << def.getName() << "\t" << def.getLabel() << "\t" << def.getMinInputs() << "-"

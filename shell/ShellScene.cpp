@@ -134,8 +134,7 @@ void ShellScene::writeOperatorTypes(std::ostream &os)
                 used.insert(op->getDefinitionPath());
             else
                 plain << "optypeload -t " << HostCommandManager::protectString(table->getName())
-                      << " " << HostCommandManager::protectString(op->getDefinitionPath())
-                      << "\n";
+                      << " " << HostCommandManager::protectString(op->getDefinitionPath()) << "\n";
         }
     for (const HostAssetLibraryManager::Library &library : libraries.getLibraries())
         if (used.count(library.myPath))

@@ -45,8 +45,8 @@ struct LibraryFixture : testing::Test
 
 TEST(AssetLibraryFile, WritesTheGoldenBytesAndReadsThemBack)
 {
-    const std::string golden = readTestFile(std::string(GZ_SOURCE_DIR) +
-                                            "/tests/host/data/two_types.oplib");
+    const std::string golden =
+        readTestFile(std::string(GZ_SOURCE_DIR) + "/tests/host/data/two_types.oplib");
     EXPECT_EQ(HostAssetLibraryFile::format(twoTypes()), golden);
     std::vector<HostAssetDefinition> read;
     std::string error;
@@ -101,8 +101,8 @@ TEST_F(LibraryFixture, SavesReplaceInPlaceAndAFailedSaveKeepsTheOldFile)
     HostDiagnosticCapture capture;
     EXPECT_FALSE(libraries.addDefinitionToFile(lib, HostAssetDefinition("Sop/x", "", 0, 0)));
     EXPECT_EQ(readTestFile(lib), before);
-    EXPECT_EQ(capture.text(), lib + ": operator type library not saved: cannot write " + lib +
-                                  ".new\n");
+    EXPECT_EQ(capture.text(),
+              lib + ": operator type library not saved: cannot write " + lib + ".new\n");
 }
 
 TEST_F(LibraryFixture, ADamagedLibraryIsNeitherLoadedNorOverwritten)

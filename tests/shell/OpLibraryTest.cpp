@@ -33,8 +33,8 @@ TEST(OpLibrary, SavedTypeLoadsInANewGzshAndSavesAndScenesTheSameBytes)
     const std::string saved = ScratchDir::readText(dir.file(custom.c_str()));
     EXPECT_EQ(saved, readTestFile(std::string(GZ_TEST_DATA_DIR) + "/nudge.oplib"));
 
-    ASSERT_EQ(runScript(dir, "libload " + custom + "\noptypesave Sop/nudge again.oplib\n" +
-                                 nodes + "scenesave first.gzs\n"),
+    ASSERT_EQ(runScript(dir, "libload " + custom + "\noptypesave Sop/nudge again.oplib\n" + nodes +
+                                 "scenesave first.gzs\n"),
               "");
     EXPECT_EQ(ScratchDir::readText(dir.file("again.oplib")), saved);
     const std::string scene = ScratchDir::readText(dir.file("first.gzs"));
