@@ -150,7 +150,8 @@ std::vector<ShellCommand> shellOpTypeCommands()
          "-t TABLE  the operator table: a table name or network token (default Sop)"},
         {"optypewrite", "", "optypewrite TABLE/TYPE", &cmdOpTypeWrite, true,
          "Writes the whole dialog script of a scripted operator type."},
-        {"optypesave", "", "optypesave TABLE/TYPE [LIBRARY]", &cmdOpTypeSave, true,
+        {"optypesave", "", "optypesave TABLE/TYPE [LIBRARY]", &cmdOpTypeSave,
+         /*allowedWhileLoading=*/false,
          "Stores the dialog script of a scripted operator type as the DialogScript section of "
          "its definition in the operator type library LIBRARY (default: the type's own library, "
          "else $HOME/vantri20.0/otls/OPcustom.oplib). A library not loaded yet is loaded with "
