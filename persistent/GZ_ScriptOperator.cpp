@@ -39,6 +39,11 @@ GZ_ScriptOperator *GZ_ScriptOperator::createScriptOp(const std::string &name,
     return op;
 }
 
+std::unique_ptr<HostScriptPage> GZ_ScriptOperator::allocateScriptPage()
+{
+    return std::make_unique<gz_ScriptOpPage>(this, 0, 0);
+}
+
 bool GZ_ScriptOperator::parseUnknownToken(HostDialogStream &, const std::string &)
 {
     return false;
@@ -247,7 +252,7 @@ GZ_ScriptOperator *GZ_ScriptOperator::defineFromText(const std::string &table_na
     op->setDefinitionPath(source);
     op->setDialogScript(text);
     HostDialogStream in;
-    in.openString(text, file);
+    in.openString(text, file, HostDialogStream::INCLUDES);
     std::string errors;
     if (!op->loadParmTemplates(in, file, errors) && created)
     {

@@ -6,6 +6,7 @@
 #include "host/HostScriptOperator.h"
 
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +14,7 @@
 class HostDialogStream;
 class HostNode;
 class HostOperatorTable;
+class HostScriptPage;
 
 /// The library's scripted operator type. Reading its dialog script adds to the host's page
 /// grammar the keywords of handle and selector bindings, inputs, outputs and units; every
@@ -59,6 +61,9 @@ public:
     /// with `path` naming the script. False (and the templates left alone) when the page
     /// could not be read; `errors` gets what applying the templates reported.
     bool loadParmTemplates(HostDialogStream &in, const std::string &path, std::string &errors);
+
+    /// A page reader bound to this type (input counts 0 and 0 until the page sets them).
+    std::unique_ptr<HostScriptPage> allocateScriptPage();
 
     static HostParmCallback getDefaultCallback();
     /// The scripting layer's runner of language-1 callbacks, installed by the host that
