@@ -32,15 +32,22 @@ void defineType(const std::string &path, const std::string &shown_name,
         err << "libload: " << error << "\n";
 }
 
+/// The library file an argument names: as given, else found on the search path.
+std::string libraryPath(const std::string &arg)
+{
+    std::string path = arg;
+    if (!std::filesystem::exists(path))
+        HostReader::findFile(arg, path);
+    return path;
+}
+
 // libload LIBRARY
 void cmdLibLoad(Shell &, HostCommandArgs &args)
 {
     if (!shellCheckCount(args, 2, 2))
         return;
     HostAssetLibraryManager &libraries = HostAssetLibraryManager::get();
-    std::string path = args.arg(1);
-    if (!std::filesystem::exists(path))
-        HostReader::findFile(args.arg(1), path);
+    const std::string path = libraryPath(args.arg(1));
     if (!libraries.loadLibrary(path, "libload", args.arg(1)))
         return;
     // Copied: defining a type does not touch the library list, but keep the loop safe.
@@ -64,14 +71,9 @@ void cmdLibLs(Shell &, HostCommandArgs &args)
     std::vector<HostAssetDefinition> definitions;
     if (const HostAssetLibraryManager::Library *library = libraries.findLibrary(args.arg(1)))
         definitions = library->myDefinitions;
-    else
-    {
-        std::string path = args.arg(1);
-        if (!std::filesystem::exists(path))
-            HostReader::findFile(args.arg(1), path);
-        if (!HostAssetLibraryManager::readLibrary(path, definitions, args.arg(1)))
-            return;
-    }
+    else if (!HostAssetLibraryManager::readLibrary(libraryPath(args.arg(1)), definitions,
+                                                   args.arg(1)))
+        return;
     for (const HostAssetDefinition &def : definitions)
     {
         args.out() << def.getName() << "\t" << def.getLabel() << "\t" << def.getMinInputs() << "-"
