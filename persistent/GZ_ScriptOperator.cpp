@@ -123,8 +123,7 @@ void GZ_ScriptOperator::applyTemplateFlags(HostParmTemplateList &templates) cons
     forEachTemplate(templates, &applyFlags, *this);
 }
 
-bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, const std::string &path,
-                                          std::string &errors)
+bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, std::string &errors)
 {
     in.setIncludePath(includePath());
     setHelp("");
@@ -159,7 +158,6 @@ bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, const std::strin
         setObsoleteTemplates(myObsoleteList);
     }
     HostSpareLayout layout;
-    (void)path; // messages of single blocks already name the script through the stream
     page.buildTemplates(layout, errors);
     applyTemplateFlags(layout.myTemplates);
     if (getTable())
@@ -173,30 +171,23 @@ bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, const std::strin
 
 namespace
 {
-/// The operator name of a whole script: the "name" line of its page, found without applying
-/// anything. False when the page is not a whole, braced page with a name.
-bool scanName(const std::string &text, const std::string &file, std::string &name)
+/// Reads a whole script without applying anything: the operator's name, or false (with
+/// nothing reported unless `report`) when it is not one braced page with a name.
+bool checkScript(const std::string &text, const std::string &file, bool report,
+                 std::string &name)
 {
-    HostDiagnosticCapture quiet;
+    std::unique_ptr<HostDiagnosticCapture> quiet;
+    if (!report)
+        quiet = std::make_unique<HostDiagnosticCapture>();
     HostDialogStream in;
-    in.openString(text, file);
-    std::string token;
-    bool quoted = false;
-    if (!in.getToken(token, &quoted) || quoted || token != "{")
+    in.openString(text, file, HostDialogStream::INCLUDES);
+    gz_ScriptOpPage page(nullptr, 0, 0, /*check_only=*/true);
+    if (!page.parsePage(in))
         return false;
-    int depth = 1;
-    while (depth > 0 && in.getToken(token, &quoted))
-    {
-        if (quoted)
-            continue;
-        if (token == "{")
-            ++depth;
-        else if (token == "}")
-            --depth;
-        else if (depth == 1 && token == "name" && name.empty() && in.nextOnSameLine())
-            in.getToken(name);
-    }
-    return depth == 0 && in.getErrorCount() == 0 && !name.empty();
+    name = page.getName();
+    if (name.empty() && report)
+        in.error("the script names no operator type");
+    return !name.empty();
 }
 } // namespace
 
@@ -211,17 +202,12 @@ GZ_ScriptOperator *GZ_ScriptOperator::defineFromText(const std::string &table_na
         error = "no operator table " + table_name;
         return nullptr;
     }
+    // The whole page is checked before anything is applied, so a broken script leaves an
+    // existing type and its bindings as they were; it is read once more to report why.
     std::string name;
-    if (!scanName(text, file, name))
+    if (!checkScript(text, file, /*report=*/false, name))
     {
-        // Read it once more without an operator, so that its problems are reported where
-        // they stand; nothing is defined.
-        HostDialogStream in;
-        in.openString(text, file);
-        HostScriptPage page;
-        const int before = in.getErrorCount();
-        if (page.parsePage(in) && in.getErrorCount() == before && page.getName().empty())
-            in.error("the script names no operator type");
+        checkScript(text, file, /*report=*/true, name);
         error = file + " defines no operator type";
         return nullptr;
     }
@@ -254,7 +240,7 @@ GZ_ScriptOperator *GZ_ScriptOperator::defineFromText(const std::string &table_na
     HostDialogStream in;
     in.openString(text, file, HostDialogStream::INCLUDES);
     std::string errors;
-    if (!op->loadParmTemplates(in, file, errors) && created)
+    if (!op->loadParmTemplates(in, errors) && created)
     {
         op->removeAllBindings();
         table->deleteOperator(name);

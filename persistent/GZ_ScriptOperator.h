@@ -57,10 +57,10 @@ public:
                                              const std::string &text, const std::string &source,
                                              const std::string &file, std::string &error);
 
-    /// Reads the page of `in` into this type: bindings, inputs, help, then the templates,
-    /// with `path` naming the script. False (and the templates left alone) when the page
-    /// could not be read; `errors` gets what applying the templates reported.
-    bool loadParmTemplates(HostDialogStream &in, const std::string &path, std::string &errors);
+    /// Reads the page of `in` into this type: bindings, inputs, help, then the templates.
+    /// False (and the templates left alone) when the page could not be read; `errors` gets
+    /// what applying the templates reported, one line each.
+    bool loadParmTemplates(HostDialogStream &in, std::string &errors);
 
     /// A page reader bound to this type (input counts 0 and 0 until the page sets them).
     std::unique_ptr<HostScriptPage> allocateScriptPage();

@@ -172,18 +172,21 @@ int bindSelector(HostOperator *op, const std::string &op_parm, const std::string
 class gz_ScriptOpParm : public HostScriptParm
 {
 public:
-    gz_ScriptOpParm(Kind kind, GZ_ScriptOperator *op) : HostScriptParm(kind), myOperator(op) {}
+    gz_ScriptOpParm(Kind kind, GZ_ScriptOperator *op, bool check_only)
+        : HostScriptParm(kind), myOperator(op), myCheckOnly(check_only)
+    {
+    }
 
     bool parseKeyword(HostDialogStream &in, const std::string &keyword) override
     {
-        if (!myOperator || (keyword != "bindhandle" && keyword != "bindselector"))
+        if ((!myOperator && !myCheckOnly) || (keyword != "bindhandle" && keyword != "bindselector"))
             return HostScriptParm::parseKeyword(in, keyword);
         std::vector<std::string> f;
         if (keyword == "bindhandle")
         {
             if (!readFields(in, 5, f))
                 in.error("missing parameters in call to bindhandle");
-            else if (bindHandle(myOperator, f) != GZ_ResourceManager::BIND_OK)
+            else if (myOperator && bindHandle(myOperator, f) != GZ_ResourceManager::BIND_OK)
                 in.error("error binding handle");
             return true;
         }
@@ -191,6 +194,8 @@ public:
             in.error("missing parameters in call to bindselector");
         else if (myName.empty())
             in.error("selector binding specified before name");
+        else if (!myOperator)
+            return true;
         else if (bindSelector(myOperator, myName, f[0], f[1], f[2], leadingInt(f[3]),
                               leadingInt(f[4]), &f[5]) != GZ_ResourceManager::BIND_OK)
             in.error("error binding selector");
@@ -199,27 +204,30 @@ public:
 
 private:
     GZ_ScriptOperator *myOperator;
+    bool myCheckOnly;
 };
 } // namespace
 
-gz_ScriptOpPage::gz_ScriptOpPage(GZ_ScriptOperator *op, int min_inputs, int max_inputs)
-    : myMinInputs(min_inputs), myMaxInputs(max_inputs), myOperator(op)
+gz_ScriptOpPage::gz_ScriptOpPage(GZ_ScriptOperator *op, int min_inputs, int max_inputs,
+                                 bool check_only)
+    : myMinInputs(min_inputs), myMaxInputs(max_inputs), myOperator(op),
+      myCheckOnly(check_only && !op)
 {
 }
 
 std::unique_ptr<HostScriptParm> gz_ScriptOpPage::createParm(HostScriptParm::Kind kind)
 {
-    return std::make_unique<gz_ScriptOpParm>(kind, myOperator);
+    return std::make_unique<gz_ScriptOpParm>(kind, myOperator, myCheckOnly);
 }
 
 std::unique_ptr<HostScriptPage> gz_ScriptOpPage::createImportPage()
 {
-    return std::make_unique<gz_ScriptOpPage>(myOperator, 0, 1);
+    return std::make_unique<gz_ScriptOpPage>(myOperator, 0, 1, myCheckOnly);
 }
 
 std::unique_ptr<HostScriptPage> gz_ScriptOpPage::createFolderPage()
 {
-    return std::make_unique<gz_ScriptOpPage>(myOperator, 0, 1);
+    return std::make_unique<gz_ScriptOpPage>(myOperator, 0, 1, myCheckOnly);
 }
 
 void gz_ScriptOpPage::addHelpLine(const std::string &line)
@@ -296,8 +304,10 @@ void gz_ScriptOpPage::readLegacyMap(HostDialogStream &in)
     }
     if (!closed)
         in.error("Expecting close brace for legacy input block");
-    else if (!myOperator)
+    else if (!myOperator && !myCheckOnly)
         in.error("Unable to set legacy inputs without an operator");
+    else if (!myOperator)
+        return;
     else
         myOperator->setLegacyInputMap(map);
 }
@@ -330,7 +340,8 @@ void gz_ScriptOpPage::readBindHandle(HostDialogStream &in)
     }
     if (!myOperator)
     {
-        in.error("unable to bind a handle without an operator");
+        if (!myCheckOnly)
+            in.error("unable to bind a handle without an operator");
         return;
     }
     const int result = bindHandle(myOperator, f);
@@ -353,7 +364,8 @@ void gz_ScriptOpPage::readBindSelector(HostDialogStream &in, bool reserved)
     }
     if (!myOperator)
     {
-        in.error("unable to bind a selector without an operator");
+        if (!myCheckOnly)
+            in.error("unable to bind a selector without an operator");
         return;
     }
     const int result =

@@ -15,7 +15,10 @@ class GZ_ScriptOperator;
 class gz_ScriptOpPage : public HostScriptPage
 {
 public:
-    gz_ScriptOpPage(GZ_ScriptOperator *op, int min_inputs, int max_inputs);
+    /// With `check_only` (and no operator) bindings and the legacy map are read but neither
+    /// applied nor reported: the page is only checked, as before a type is (re)defined.
+    gz_ScriptOpPage(GZ_ScriptOperator *op, int min_inputs, int max_inputs,
+                    bool check_only = false);
 
     std::string myScriptName;
     std::vector<std::string> myInputNames;
@@ -43,4 +46,5 @@ private:
     void readBindSelector(HostDialogStream &in, bool reserved);
 
     GZ_ScriptOperator *myOperator;
+    bool myCheckOnly;
 };

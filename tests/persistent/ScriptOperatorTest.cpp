@@ -3,7 +3,9 @@
 #include "gz_PersistentTestEnv.h"
 
 #include "host/HostDiagnostics.h"
+#include "host/HostDialogStream.h"
 #include "persistent/GZ_ScriptOperator.h"
+#include "persistent/gz_ScriptOpPage.h"
 
 namespace
 {
@@ -101,6 +103,11 @@ TEST_F(ScriptOperator, RedefinitionReplacesBindingsAndRebuildsNodes)
 {
     GZ_ScriptOperator *op = define(SCRIPT);
     ASSERT_NE(op, nullptr);
+    {
+        HostDiagnosticCapture capture; // a broken script changes nothing
+        EXPECT_EQ(define("{\n name scop\n bindhandle ty ptest M ty \"\"\n parm {\n"), nullptr);
+        EXPECT_EQ(GZgetResourceManager()->getBindingHandles(op)->size(), 1u);
+    }
     std::string error;
     HostNode *node = myDirector.createNode("scop", "/obj/s1", &error);
     ASSERT_NE(node, nullptr) << error;
@@ -138,4 +145,36 @@ TEST_F(ScriptOperator, ScriptsThatNameNoTypeDefineNothing)
     EXPECT_EQ(GZ_ScriptOperator::defineFromText("Object", "{ name pxform }", "", "f.ds", error),
               nullptr);
     EXPECT_EQ(error, "Object/pxform is not a scripted operator type");
+}
+
+TEST_F(ScriptOperator, OperatorKeywordsReportWhatTheyCannotApply)
+{
+    GZ_ScriptOperator *op = define("{\n name scop\n}\n");
+    ASSERT_NE(op, nullptr);
+    struct Case
+    {
+        bool with_operator;
+        const char *line;
+        const char *message;
+    };
+    const Case cases[] = {
+        {false, "inputlegacymap { a }", "Unable to set legacy inputs without an operator"},
+        {false, "bindhandle tx ptest D tx \"\"", "unable to bind a handle without an operator"},
+        {false, "bindselector a b c d e f g", "unable to bind a selector without an operator"},
+        {true, "inputlegacymap { a", "Expecting close brace for legacy input block"},
+        {true, "bindhandle tx ptest D tx", "missing parameters in call to bindhandle"},
+        {true, "bindselectorreserved g s d", "missing parameters in call to bindselectorreserved"},
+        {true, "bindselector nosuch d p * 1 m 0", "error binding selector"},
+        {true, "unitmass x", "Expected a number after 'unitmass'"},
+    };
+    for (const Case &c : cases)
+    {
+        HostDiagnosticCapture capture;
+        HostDialogStream in;
+        in.openString(std::string("{\n") + c.line + "\n", "p.ds");
+        gz_ScriptOpPage page(c.with_operator ? op : nullptr, 0, 0);
+        page.parsePage(in);
+        ASSERT_FALSE(capture.diagnostics().empty()) << c.line;
+        EXPECT_EQ(capture.diagnostics()[0].myText, std::string("p.ds[2]: ") + c.message);
+    }
 }
