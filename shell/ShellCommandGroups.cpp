@@ -13,6 +13,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellSpareCommands,
         &shellPropCommands,
         &shellOpTypeCommands,
+        &shellLibraryCommands,
     };
     return theGroups;
 }
