@@ -34,6 +34,9 @@ private:
     std::string dragCommand();
     std::string settingsCommand();
     std::string readCommand();
+    /// Spare parameters: add (from text), remove, move, compile (a listing that must not
+    /// change the node), copy, and values set on them.
+    std::string spareCommand();
 
     std::vector<std::string> nodePaths() const;
     std::vector<std::string> handleNames() const;
