@@ -52,7 +52,8 @@ const CheckKind KINDS[] = {
 
 bool endsWith(const std::string &text, const std::string &end)
 {
-    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
 /// The first word of the text that is not in a comment line.

@@ -237,9 +237,9 @@ void HostCommandManager::reportAt(const HostExecOptions &options, int line,
     const std::string &source = options.source;
     if (options.checkOnly)
     {
-        HostDiagnostics::report(HostDiagSeverity::Error, source, line, message,
-                                source.empty() ? message
-                                               : source + ":" + std::to_string(line) + ": " + message);
+        HostDiagnostics::report(
+            HostDiagSeverity::Error, source, line, message,
+            source.empty() ? message : source + ":" + std::to_string(line) + ": " + message);
         return;
     }
     if (!source.empty())
@@ -394,8 +394,7 @@ void HostCommandManager::reportUsage(const HostExecOptions &options, const Comma
 }
 
 bool HostCommandManager::checkCount(const HostExecOptions &options, int line,
-                                    const std::string &name, const Command &command,
-                                    int argc) const
+                                    const std::string &name, const Command &command, int argc) const
 {
     if (argumentCountAllowed(argc, command.leastArgs, command.mostArgs))
         return true;

@@ -41,6 +41,8 @@ private:
     std::vector<std::string> nodePaths() const;
     std::vector<std::string> handleNames() const;
     std::vector<std::string> groupNames() const;
+    /// How many spare templates the node at `path` has (0 when there is no such node).
+    size_t spareCount(const std::string &path) const;
 
     std::string nodePath();
     std::string handleName();
