@@ -6,6 +6,7 @@
 #include "host/HostDialogStream.h"
 #include "host/HostScriptPage.h"
 #include "host/HostSpareLayout.h"
+#include "persistent/GZ_ScriptOperator.h"
 #include "resource/GZ_ResourceManager.h"
 
 #include <sstream>
@@ -43,10 +44,19 @@ void checkScript(const std::string &path, const std::string &text)
     HostCommandManager::getInstance()->execute(text, options);
 }
 
-// Whole operator scripts, property files and operator-type libraries need readers the host
-// does not have yet; their rows are here so that -t names them and the guess finds them.
+void checkOperatorScript(const std::string &path, const std::string &text)
+{
+    // Defined in the scratch session's Sop table, as optypeload does by default, so that its
+    // bindings meet the handles and selectors of that network.
+    std::string error;
+    if (!GZ_ScriptOperator::defineFromText("Sop", text, path, path, error))
+        HostDiagnostics::report(HostDiagSeverity::Error, path, 0, error, error);
+}
+
+// Property files and operator-type libraries need readers the host does not have yet; their
+// rows are here so that -t names them and the guess finds them.
 const CheckKind KINDS[] = {
-    {"bindings", checkBindings}, {"dialog", checkDialog}, {"opscript", nullptr},
+    {"bindings", checkBindings}, {"dialog", checkDialog}, {"opscript", checkOperatorScript},
     {"props", nullptr},          {"oplib", nullptr},      {"script", checkScript},
 };
 
