@@ -5,6 +5,7 @@
 #include "shell/Shell.h"
 #include "shell/ShellScripting.h"
 
+#include "host/HostAssetLibraryManager.h"
 #include "host/HostCommandManager.h"
 #include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
@@ -46,13 +47,15 @@ void redirectFiles(HostCommandManager &commands, const std::string &name)
     const std::string options = commands.optionString(name);
     const std::string usage = commands.usage(name);
     const bool loading = commands.allowedWhileLoading(name);
+    // optypesave's first argument names an operator type, not a file.
+    const size_t first_file = name == "optypesave" ? 2 : 1;
     commands.uninstallCommand(name);
     commands.installCommand(
         name.c_str(), options.c_str(),
-        [original](HostCommandArgs &args)
+        [original, first_file](HostCommandArgs &args)
         {
             std::vector<std::string> words = args.args();
-            for (size_t i = 1; i < words.size(); ++i)
+            for (size_t i = first_file; i < words.size(); ++i)
                 words[i] = scratchFile(words[i]);
             HostCommandArgs redirected(words, args.out(), args.err());
             for (char letter : args.optionLetters())
@@ -108,6 +111,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         fs::remove_all(entry.path());
     HostCommandManager &commands = theShell->commands();
     commands.execute("scenenew", /*add_to_history=*/false, /*show_output=*/false);
+    HostAssetLibraryManager::get().clear(); // libraries outlive scenes, not inputs
     while (!commands.variables().empty())
         commands.unsetVariable(commands.variables().begin()->first);
     commands.clearHistory();

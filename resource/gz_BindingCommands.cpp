@@ -9,10 +9,12 @@
 #include "host/HostOperator.h"
 #include "host/HostOperatorTable.h"
 #include "host/HostReader.h"
+#include "host/HostScriptOperator.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
 #include "resource/GZ_SelectorTemplate.h"
 #include "resource/gz_Strings.h"
+#include "scriptedit/GZ_EditScriptedOp.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -458,6 +460,28 @@ void cmdSelectorWhere(GZ_ResourceManager &manager, HostCommandArgs &args)
 // ---------------------------------------------------------------------------------------
 // Files and settings
 
+/// The operator types that keep their bindings in their own definitions (the ones the
+/// bindings file leaves out) are stored back into their library files instead.
+void saveOwnBindingTypes(std::ostream &err)
+{
+    for (const char *table_name : {"Object", "Sop", "Dop", "Cop2", "Chop"})
+    {
+        const HostOperatorTable *table = HostOperatorTable::getTable(table_name);
+        for (int i = 0; table && i < table->getNumOperators(); ++i)
+        {
+            auto *op = dynamic_cast<HostScriptOperator *>(table->getOperator(i));
+            if (!op || !op->keepsOwnBindings() || !op->canWriteDefinition())
+                continue;
+            GZ_EditScriptedOp edit(op, nullptr);
+            if (edit.save())
+                continue;
+            err << "Failed to save operator " << op->getQualifiedName() << "\n";
+            if (!edit.getWarning().empty())
+                err << "\t" << edit.getWarning() << "\n";
+        }
+    }
+}
+
 void cmdWrite(GZ_ResourceManager &manager, HostCommandArgs &args)
 {
     if (args.argc() > 2)
@@ -470,10 +494,7 @@ void cmdWrite(GZ_ResourceManager &manager, HostCommandArgs &args)
     if (!manager.writeBindingsFile(path.c_str()))
         args.err() << "Error writing file: " << path << "\n";
 
-    // Not done yet: the operator types that keep their own bindings (the ones the file
-    // leaves out) of the Object, Sop, Dop, Cop2 and Chop networks are to be saved through the
-    // operator-level definition editor, which does not exist yet. Until it does, their
-    // bindings are written by nothing here; see docs/decisions.md.
+    saveOwnBindingTypes(args.err());
 }
 
 void cmdParm(GZ_ResourceManager &manager, HostCommandArgs &args)

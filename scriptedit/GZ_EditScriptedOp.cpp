@@ -1,6 +1,7 @@
 // GZ_EditScriptedOp: the editable definition of a whole scripted operator type.
 #include "scriptedit/GZ_EditScriptedOp.h"
 
+#include "host/HostAssetLibraryManager.h"
 #include "host/HostDialogQuote.h"
 #include "host/HostScriptOperator.h"
 #include "resource/GZ_ResourceManager.h"
@@ -275,4 +276,33 @@ int GZ_EditScriptedOp::save(std::ostream &os, const std::string *specific_data)
     myParms.save(os, myWarning, true);
     os << "}\n";
     return 1;
+}
+
+std::string GZ_EditScriptedOp::getLibraryFile() const
+{
+    const HostAssetLibraryManager &libraries = HostAssetLibraryManager::get();
+    if (myOperator && libraries.isLoaded(myOperator->getDefinitionPath()))
+        return myOperator->getDefinitionPath();
+    return std::string(theCustomLibrary) + HostAssetLibraryManager::getDefaultLibraryExtension();
+}
+
+bool GZ_EditScriptedOp::save(const std::string *specific_data)
+{
+    return saveToLibrary(HostAssetLibraryManager::expandPath(getLibraryFile()), specific_data);
+}
+
+bool GZ_EditScriptedOp::saveToLibrary(const std::string &path, const std::string *specific_data)
+{
+    if (!myOperator)
+        return false;
+    std::ostringstream script;
+    save(script, specific_data);
+    HostAssetLibraryManager &libraries = HostAssetLibraryManager::get();
+    HostAssetDefinition def = HostAssetLibraryManager::createIndexFile(*myOperator);
+    HostAssetLibraryManager::addSection(def, "DialogScript", script.str());
+    if (!libraries.addDefinitionToFile(path, def))
+        return false;
+    if (!libraries.isLoaded(path))
+        libraries.loadLibrary(path, HostAssetLibraryManager::getSaveSourceDescription());
+    return true;
 }

@@ -71,6 +71,17 @@ public:
     /// operator type would write of its own. Always 1: errors of single parameters end in
     /// the warning text.
     int save(std::ostream &os, const std::string *specific_data = nullptr);
+    /// Stores the dialog script as the "DialogScript" section of the type's definition in its
+    /// own library file, or in the custom library under the user's home directory when it has
+    /// none; a library the host had not loaded is loaded afterwards. Whether it was stored.
+    bool save(const std::string *specific_data = nullptr);
+    /// Stores the dialog script into the library file `path` (variables already expanded)
+    /// as `save` does.
+    bool saveToLibrary(const std::string &path, const std::string *specific_data = nullptr);
+    /// The library file `save` stores into, before the host expands its variables.
+    std::string getLibraryFile() const;
+    /// The custom library, without the host's extension.
+    static constexpr const char *theCustomLibrary = "$HOME/vantri20.0/otls/OPcustom";
     /// Writes every line of `text` as prefix, then the line quoted; empty text writes nothing.
     static void saveBlock(std::ostream &os, const std::string &text, const char *prefix);
     /// The help block, "    help {" to "    }".

@@ -43,3 +43,6 @@ std::vector<ShellCommand> shellSpareCommands();
 /// Scripted operator types: defining them from dialog scripts, writing them, pressing their
 /// buttons (ShellOpTypeCommands.cpp).
 std::vector<ShellCommand> shellOpTypeCommands();
+
+/// Operator type library files: loading and listing them (ShellLibraryCommands.cpp).
+std::vector<ShellCommand> shellLibraryCommands();

@@ -12,6 +12,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellPythonCommands,
         &shellSpareCommands,
         &shellOpTypeCommands,
+        &shellLibraryCommands,
     };
     return theGroups;
 }

@@ -89,6 +89,22 @@ void cmdOpTypeWrite(Shell &, HostCommandArgs &args)
         args.err() << "optypewrite: " << edit.getWarning() << "\n";
 }
 
+// optypesave TABLE/TYPE [LIBRARY]
+void cmdOpTypeSave(Shell &, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 2, 3))
+        return;
+    GZ_ScriptOperator *op = scriptedType(args, args.arg(1));
+    if (!op)
+        return;
+    GZ_EditScriptedOp edit(op, nullptr);
+    const bool saved = args.argc() > 2 ? edit.saveToLibrary(args.arg(2)) : edit.save();
+    if (!edit.getWarning().empty())
+        args.err() << "optypesave: " << edit.getWarning() << "\n";
+    if (!saved)
+        args.err() << "optypesave: " << args.arg(1) << " not saved\n";
+}
+
 // parmpress NODEPATH PARM [INDEX]
 void cmdParmPress(Shell &shell, HostCommandArgs &args)
 {
@@ -134,6 +150,12 @@ std::vector<ShellCommand> shellOpTypeCommands()
          "-t TABLE  the operator table: a table name or network token (default Sop)"},
         {"optypewrite", "", "optypewrite TABLE/TYPE", &cmdOpTypeWrite, true,
          "Writes the whole dialog script of a scripted operator type."},
+        {"optypesave", "", "optypesave TABLE/TYPE [LIBRARY]", &cmdOpTypeSave,
+         /*allowedWhileLoading=*/false,
+         "Stores the dialog script of a scripted operator type as the DialogScript section of "
+         "its definition in the operator type library LIBRARY (default: the type's own library, "
+         "else $HOME/vantri20.0/otls/OPcustom.oplib). A library not loaded yet is loaded with "
+         "the source \"Current SCN File\"."},
         {"parmpress", "", "parmpress NODEPATH PARM [INDEX]", &cmdParmPress, true,
          "Presses a button parameter: runs its callback, with INDEX as the chosen item of a "
          "button strip or menu (default -1: none)."},

@@ -5,18 +5,22 @@
 #include "shell/ShellParmAccess.h"
 #include "shell/ShellPersistent.h"
 
+#include "host/HostAssetLibraryManager.h"
 #include "host/HostChoiceList.h"
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
+#include "host/HostOperatorTable.h"
 #include "host/HostParm.h"
+#include "persistent/GZ_ScriptOperator.h"
 #include "resource/GZ_ResourceManager.h"
 #include "scriptedit/GZ_EditScriptedParms.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <ostream>
+#include <set>
 #include <sstream>
 
 void ShellScene::clear(HostDirector &director)
@@ -112,8 +116,35 @@ void ShellScene::writeNode(std::ostream &os, const HostNode &node)
             writeNode(os, *children->getNode(i));
 }
 
+void ShellScene::writeOperatorTypes(std::ostream &os)
+{
+    // A type comes from the library file it was loaded from, or else from the plain dialog
+    // script it was read from: one libload line per library in loading order, then one
+    // optypeload line per type read from a plain file.
+    const HostAssetLibraryManager &libraries = HostAssetLibraryManager::get();
+    std::set<std::string> used;
+    std::ostringstream plain;
+    for (const HostOperatorTable *table : HostOperatorTable::getTables())
+        for (int i = 0; i < table->getNumOperators(); ++i)
+        {
+            const auto *op = dynamic_cast<const GZ_ScriptOperator *>(table->getOperator(i));
+            if (!op || op->getDefinitionPath().empty())
+                continue;
+            if (libraries.isLoaded(op->getDefinitionPath()))
+                used.insert(op->getDefinitionPath());
+            else
+                plain << "optypeload -t " << HostCommandManager::protectString(table->getName())
+                      << " " << HostCommandManager::protectString(op->getDefinitionPath()) << "\n";
+        }
+    for (const HostAssetLibraryManager::Library &library : libraries.getLibraries())
+        if (used.count(library.myPath))
+            os << "libload " << HostCommandManager::protectString(library.myPath) << "\n";
+    os << plain.str();
+}
+
 HostErrorSeverity ShellScene::write(std::ostream &os, const HostDirector &director)
 {
+    writeOperatorTypes(os);
     if (director.getTime() != 0.0)
         os << "tcur " << formatNumber(director.getTime()) << "\n";
     writeNode(os, *director.getRoot());

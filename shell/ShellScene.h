@@ -31,6 +31,8 @@ public:
     static HostErrorSeverity write(std::ostream &os, const HostDirector &director);
     /// Writes the lines that re-create `node` and everything below it.
     static void writeNode(std::ostream &os, const HostNode &node);
+    /// The lines that define the scene's scripted operator types again (libload, optypeload).
+    static void writeOperatorTypes(std::ostream &os);
     /// Writes the spareadd line that re-creates the node's spare parameters (none without).
     static void writeSpareInterface(std::ostream &os, const HostNode &node);
     /// Writes the parmset line of one parameter (nothing when every component is at its
