@@ -1,19 +1,30 @@
 # Runs one gzsh scenario and compares its stdout/stderr with the golden files.
-# Variables: GZSH, SCRIPT (path to NAME.gzs), WORKDIR (scratch directory, the script's cwd).
+# Variables: GZSH, SCRIPT (path to NAME.gzs, or NAME.args for another tool), WORKDIR (scratch directory, the script's cwd).
 get_filename_component(dir ${SCRIPT} DIRECTORY)
 get_filename_component(name ${SCRIPT} NAME_WE)
 file(REMOVE_RECURSE ${WORKDIR})
 file(MAKE_DIRECTORY ${WORKDIR})
-# NAME.args, when present, holds more gzsh arguments, put before the script; @DIR@ in them
-# is the script's directory.
-set(extra_args "")
-if(EXISTS ${dir}/${name}.args)
-  file(STRINGS ${dir}/${name}.args extra_args)
-  string(REPLACE "@DIR@" "${dir}" extra_args "${extra_args}")
-  separate_arguments(extra_args UNIX_COMMAND "${extra_args}")
+if(SCRIPT MATCHES "\\.args$")
+  # A tool scenario: NAME.args holds the tool's whole command line (GZSH names the tool),
+  # run from the scenario's folder so that the file names the tool prints stay relative.
+  file(READ ${SCRIPT} args)
+  separate_arguments(args UNIX_COMMAND "${args}")
+  set(command ${GZSH} ${args})
+  set(rundir ${dir})
+else()
+  # NAME.args, when present, holds more gzsh arguments, put before the script; @DIR@ in them
+  # is the script's directory.
+  set(extra_args "")
+  if(EXISTS ${dir}/${name}.args)
+    file(STRINGS ${dir}/${name}.args extra_args)
+    string(REPLACE "@DIR@" "${dir}" extra_args "${extra_args}")
+    separate_arguments(extra_args UNIX_COMMAND "${extra_args}")
+  endif()
+  set(command ${GZSH} -p ${dir}/data ${extra_args} ${SCRIPT})
+  set(rundir ${WORKDIR})
 endif()
-execute_process(COMMAND ${GZSH} -p ${dir}/data ${extra_args} ${SCRIPT}
-  WORKING_DIRECTORY ${WORKDIR}
+execute_process(COMMAND ${command}
+  WORKING_DIRECTORY ${rundir}
   OUTPUT_VARIABLE out ERROR_VARIABLE err RESULT_VARIABLE rc)
 set(failed FALSE)
 foreach(stream out err)

@@ -3,6 +3,7 @@
 // refused while a scene loads, which write files or leave the session, and source, which
 // reads one) are wrapped so that every file they name lies in a scratch directory.
 #include "shell/Shell.h"
+#include "shell/ShellScripting.h"
 
 #include "host/HostAssetLibraryManager.h"
 #include "host/HostCommandManager.h"
@@ -88,6 +89,9 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     ::setenv("HOME", theDir.c_str(), 1);
     theShell = new Shell;
     theShell->startup({theDir});
+    // Scripting off, as for an untrusted scene (gzsh -n): python lines and Python expressions
+    // take their refusal paths, and nothing the input says can reach the machine.
+    ShellScripting::start(false);
     HostReader::setUserDirectory(theDir);
     HostCommandManager &commands = theShell->commands();
     commands.setStreams(&theSink, &theSink);

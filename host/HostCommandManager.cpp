@@ -2,6 +2,7 @@
 #include "host/HostCommandManager.h"
 
 #include "host/HostCommandParser.h"
+#include "host/HostDiagnostics.h"
 
 #include <cstdlib>
 #include <exception>
@@ -134,6 +135,16 @@ bool HostCommandManager::installCommand(const char *name, const char *options,
     return true;
 }
 
+bool HostCommandManager::setArgumentCounts(const std::string &name, int least, int most)
+{
+    auto it = myCommands.find(name);
+    if (it == myCommands.end())
+        return false;
+    it->second.leastArgs = least;
+    it->second.mostArgs = most;
+    return true;
+}
+
 bool HostCommandManager::uninstallCommand(const std::string &name)
 {
     return myCommands.erase(name) > 0;
@@ -220,9 +231,17 @@ void HostCommandManager::setStreams(std::ostream *out, std::ostream *err)
     }
 }
 
-void HostCommandManager::reportAt(const std::string &source, int line,
+void HostCommandManager::reportAt(const HostExecOptions &options, int line,
                                   const std::string &message) const
 {
+    const std::string &source = options.source;
+    if (options.checkOnly)
+    {
+        HostDiagnostics::report(
+            HostDiagSeverity::Error, source, line, message,
+            source.empty() ? message : source + ":" + std::to_string(line) + ": " + message);
+        return;
+    }
     if (!source.empty())
         *myCurrentErr << source << ":" << line << ": ";
     *myCurrentErr << message << "\n";
@@ -245,7 +264,7 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
     }
     if (myDepth >= theMaxDepth)
     {
-        reportAt(options.source, options.firstLine, "commands nested too deeply");
+        reportAt(options, options.firstLine, "commands nested too deeply");
         ++myFailedLines;
         return false;
     }
@@ -285,24 +304,23 @@ bool HostCommandManager::execute(const std::string &text, const HostExecOptions 
 
 bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExecOptions &options)
 {
-    const std::string &source = options.source;
     if (!cmd.error.empty())
     {
-        reportAt(source, cmd.line, cmd.error);
+        reportAt(options, cmd.line, cmd.error);
         return false;
     }
     const std::string &name = cmd.words[0].text;
     auto it = myCommands.find(name);
     if (it == myCommands.end())
     {
-        reportAt(source, cmd.line, "Unknown command: " + HostCommandParser::protect(name));
+        reportAt(options, cmd.line, "Unknown command: " + HostCommandParser::protect(name));
         return false;
     }
     // Copied so that a handler may uninstall or replace its own command.
     const Command command = it->second;
     if (myLoading && !command.allowedWhileLoading)
     {
-        reportAt(source, cmd.line, name + ": not allowed while a scene is loading");
+        reportAt(options, cmd.line, name + ": not allowed while a scene is loading");
         return false;
     }
 
@@ -328,8 +346,8 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
             auto count = command.valueCounts.find(letter);
             if (count == command.valueCounts.end())
             {
-                reportAt(source, cmd.line, name + ": unknown option -" + std::string(1, letter));
-                *myCurrentErr << "Usage: " << command.usage << "\n";
+                reportAt(options, cmd.line, name + ": unknown option -" + std::string(1, letter));
+                reportUsage(options, command);
                 return false;
             }
             std::vector<std::string> values;
@@ -343,9 +361,9 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
                 {
                     std::string needs =
                         count->second == 1 ? "a value" : std::to_string(count->second) + " values";
-                    reportAt(source, cmd.line,
+                    reportAt(options, cmd.line,
                              name + ": option -" + std::string(1, letter) + " needs " + needs);
-                    *myCurrentErr << "Usage: " << command.usage << "\n";
+                    reportUsage(options, command);
                     return false;
                 }
                 given.emplace_back(letter, std::move(values));
@@ -356,6 +374,8 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
     }
     for (; i < words.size(); ++i)
         positional.push_back(words[i].text);
+    if (options.checkOnly)
+        return checkCount(options, cmd.line, name, command, static_cast<int>(positional.size()));
 
     callHandler(name, command.callback, std::move(positional), options, cmd.line,
                 [&](HostCommandArgs &args)
@@ -365,6 +385,21 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
                     args.setUsage(command.usage);
                 });
     return true;
+}
+
+void HostCommandManager::reportUsage(const HostExecOptions &options, const Command &command) const
+{
+    if (!options.checkOnly)
+        *myCurrentErr << "Usage: " << command.usage << "\n";
+}
+
+bool HostCommandManager::checkCount(const HostExecOptions &options, int line,
+                                    const std::string &name, const Command &command, int argc) const
+{
+    if (argumentCountAllowed(argc, command.leastArgs, command.mostArgs))
+        return true;
+    reportAt(options, line, name + ": wrong number of arguments");
+    return false;
 }
 
 void HostCommandManager::callHandler(const std::string &name, const HostCommandCallback &callback,

@@ -40,6 +40,11 @@ struct HostExecOptions
     /// a caller (a script) gets them back; null keeps the current ones. Not owned.
     std::ostream *out = nullptr;
     std::ostream *err = nullptr;
+    /// Check every command without running any: an unterminated quote, an unknown command
+    /// or option, a missing option value or a wrong argument count is reported through
+    /// HostDiagnostics as an error at SOURCE and LINE (no usage lines follow), and no
+    /// handler is called. Variables are expanded as they stand when the check starts.
+    bool checkOnly = false;
 };
 
 /// The host's command interpreter. Commands are installed by name with an option string (a
@@ -86,6 +91,15 @@ public:
     bool setUsage(const std::string &name, const std::string &usage);
     /// The usage text of a command, or the empty string when it is not installed.
     std::string usage(const std::string &name) const;
+    /// The positional argument counts (command name included) a command accepts; -1 leaves
+    /// a bound open. Only a check (HostExecOptions::checkOnly) uses them: running commands
+    /// check their own counts.
+    bool setArgumentCounts(const std::string &name, int least, int most);
+    /// Whether `argc` words lie within the bounds (-1 for `least` accepts any count).
+    static bool argumentCountAllowed(int argc, int least, int most)
+    {
+        return least < 0 || (argc >= least && (most < 0 || argc <= most));
+    }
     /// Sets what `help COMMAND` shows besides the usage: a sentence on what the command does
     /// and its option lines (see HostCommandRow).
     bool setHelp(const std::string &name, const std::string &summary,
@@ -166,13 +180,21 @@ private:
         std::string usage;
         std::string summary;
         std::string optionHelp;
+        int leastArgs = -1;
+        int mostArgs = -1;
     };
     bool runCommand(const HostParsedCommand &cmd, const HostExecOptions &options);
     /// Runs a command's handler; its error lines are prefixed with the location when asked.
     void callHandler(const std::string &name, const HostCommandCallback &callback,
                      std::vector<std::string> positional, const HostExecOptions &options, int line,
                      const std::function<void(HostCommandArgs &)> &prepare);
-    void reportAt(const std::string &source, int line, const std::string &message) const;
+    /// Reports a line that cannot run, on the error stream or, in a check, as a diagnostic.
+    void reportAt(const HostExecOptions &options, int line, const std::string &message) const;
+    /// The usage line that follows such a report (none in a check).
+    void reportUsage(const HostExecOptions &options, const Command &command) const;
+    /// The end of a checked command: its argument count; true when it would run.
+    bool checkCount(const HostExecOptions &options, int line, const std::string &name,
+                    const Command &command, int argc) const;
     static bool parseOptionString(const char *options, std::map<char, int> &counts);
     static std::string makeUsage(const std::string &name, const std::string &options);
 

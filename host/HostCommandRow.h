@@ -23,7 +23,8 @@ template <typename Context> struct HostCommandRow
     const char *optionHelp = "";
     /// How many words the command takes, its name included; the interpreter refuses other
     /// counts with "NAME: wrong number of arguments" and the usage before the handler runs.
-    /// -1 for `leastArgs` leaves counting to the handler, -1 for `mostArgs` sets no limit.
+    /// -1 for `leastArgs` leaves counting to the handler (then a check of a script without
+    /// running it cannot see a wrong count), -1 for `mostArgs` sets no limit.
     int leastArgs = -1;
     int mostArgs = -1;
 };

@@ -38,6 +38,7 @@ public:
                                          row.synopsis))
                 continue;
             commands.setHelp(row.name, row.summary, row.optionHelp);
+            commands.setArgumentCounts(row.name, least, most);
             ++installed;
         }
         return installed;
@@ -47,7 +48,7 @@ private:
     /// Whether the word count is one the row allows; reports it when not.
     static bool countAllowed(HostCommandArgs &args, int least, int most)
     {
-        if (least < 0 || (args.argc() >= least && (most < 0 || args.argc() <= most)))
+        if (HostCommandManager::argumentCountAllowed(args.argc(), least, most))
             return true;
         args.err() << args.commandName() << ": wrong number of arguments\n";
         args.showUsage();

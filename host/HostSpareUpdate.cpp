@@ -46,9 +46,12 @@ private:
         std::vector<std::pair<std::string, HostParmState>> states = std::move(myStates);
         save(*n);
         n->setSpareLayout(layout);
-        // In the saved order, so that multiparms get their instances first.
+        // In the saved order, so that multiparms get their instances first. A name found twice
+        // (a multiparm child without "#" has it in every instance) restores the first state
+        // only, as the node does when its templates change: lookups by name reach that one.
+        std::set<std::string> restored;
         for (const auto &s : states)
-            if (HostParm *p = n->getParm(s.first))
+            if (HostParm *p = n->getParm(s.first); p && restored.insert(s.first).second)
                 p->restoreState(s.second);
     }
 

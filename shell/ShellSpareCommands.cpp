@@ -47,8 +47,6 @@ HostNode *spareNode(Shell &shell, HostCommandArgs &args, int i)
 // spareadd [-s] NODEPATH SOURCE
 void cmdSpareAdd(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, 3))
-        return;
     HostNode *node = spareNode(shell, args, 1);
     if (!node)
         return;
@@ -84,8 +82,6 @@ void cmdSpareAdd(Shell &shell, HostCommandArgs &args)
 /// Writes the node's spare parameters as a section, compiled first with `compiled`.
 void listSpares(Shell &shell, HostCommandArgs &args, bool compiled)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
     HostNode *node = spareNode(shell, args, 1);
     if (!node)
         return;
@@ -120,8 +116,6 @@ int findEntry(HostCommandArgs &args, const GZ_EditScriptedParms &parms, const st
 // sparerm NODEPATH NAME...
 void cmdSpareRm(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, -1))
-        return;
     HostNode *node = spareNode(shell, args, 1);
     if (!node)
         return;
@@ -142,8 +136,6 @@ void cmdSpareRm(Shell &shell, HostCommandArgs &args)
 // sparemv NODEPATH NAME OFFSET
 void cmdSpareMv(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 4, 4))
-        return;
     HostNode *node = spareNode(shell, args, 1);
     if (!node)
         return;
@@ -178,8 +170,6 @@ void cmdSpareCompile(Shell &shell, HostCommandArgs &args)
 // sparecopy DEST SRC...
 void cmdSpareCopy(Shell &shell, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 3, -1))
-        return;
     HostNode *dest = spareNode(shell, args, 1);
     if (!dest)
         return;
@@ -200,8 +190,6 @@ void cmdSpareCopy(Shell &shell, HostCommandArgs &args)
 // optypeparms TABLE/TYPE
 void cmdOpTypeParms(Shell &, HostCommandArgs &args)
 {
-    if (!shellCheckCount(args, 2, 2))
-        return;
     const std::string &key = args.arg(1);
     const size_t slash = key.find('/');
     HostOperatorTable *table =
@@ -225,19 +213,20 @@ std::vector<ShellCommand> shellSpareCommands()
          "Reads a parameter section (the text sparels writes) from the file SOURCE (as given, else "
          "on the search path) or, with -s, from SOURCE itself, and appends its definitions to the "
          "node's spare parameters, names made safe and unique.",
-         "-s  SOURCE is the section itself, not a file"},
+         "-s  SOURCE is the section itself, not a file", 3, 3},
         {"sparels", "", "sparels NODEPATH", &cmdSpareLs, true,
-         "Writes the node's spare parameters as a parameter section."},
-        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true,
-         "Removes the named entries."},
+         "Writes the node's spare parameters as a parameter section.", "", 2, 2},
+        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true, "Removes the named entries.",
+         "", 3, -1},
         {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv, true,
-         "Moves one entry by OFFSET places (negative: up)."},
+         "Moves one entry by OFFSET places (negative: up).", "", 4, 4},
         {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile, true,
-         "Writes the compiled form of the node's spare parameters."},
+         "Writes the compiled form of the node's spare parameters.", "", 2, 2},
         {"sparecopy", "", "sparecopy DEST SRC...", &cmdSpareCopy, true,
          "Appends copies of the spare parameters of every SRC node, in order, to DEST's, names "
-         "made safe and unique."},
+         "made safe and unique.",
+         "", 3, -1},
         {"optypeparms", "", "optypeparms TABLE/TYPE", &cmdOpTypeParms, true,
-         "Writes the parameter section of an operator type's own templates."},
+         "Writes the parameter section of an operator type's own templates.", "", 2, 2},
     };
 }

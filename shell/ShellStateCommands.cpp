@@ -14,12 +14,6 @@ namespace
 /// statels [-t TABLE] [-v VIEWER]: the states of one viewer type and network, in list order.
 void cmdStateLs(Shell &, HostCommandArgs &args)
 {
-    if (args.argc() != 1)
-    {
-        args.err() << args.commandName() << ": wrong number of arguments\n";
-        args.showUsage();
-        return;
-    }
     GZ_ResourceManager *manager = GZgetResourceManager();
     if (!manager)
     {
@@ -57,6 +51,7 @@ std::vector<ShellCommand> shellStateCommands()
         {"statels", "t:v:", "statels [-t TABLE] [-v VIEWER]", &cmdStateLs, true,
          "Writes the names of the states in the list of viewer type VIEWER.",
          "-t TABLE  the network, by table name (Sop) or type name (SOP); default Sop\n-v VIEWER  "
-         "SceneViewer (the default), CompositeViewer or SceneGraphViewer"},
+         "SceneViewer (the default), CompositeViewer or SceneGraphViewer",
+         1, 1},
     };
 }

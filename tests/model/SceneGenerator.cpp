@@ -41,10 +41,18 @@ std::string SceneGenerator::next()
         {14, &SceneGenerator::nodeCommand},    {14, &SceneGenerator::parmCommand},
         {12, &SceneGenerator::channelCommand}, {24, &SceneGenerator::handleCommand},
         {12, &SceneGenerator::groupCommand},   {12, &SceneGenerator::dragCommand},
-        {5, &SceneGenerator::settingsCommand}, {7, &SceneGenerator::readCommand}};
+        {5, &SceneGenerator::settingsCommand}, {7, &SceneGenerator::readCommand},
+        {12, &SceneGenerator::spareCommand}};
+    static const int theTotal = []
+    {
+        int total = 0;
+        for (const auto &maker : theMakers)
+            total += maker.first;
+        return total;
+    }();
     for (;;)
     {
-        int roll = below(100);
+        int roll = below(theTotal);
         for (const auto &[weight, maker] : theMakers)
         {
             if (roll < weight)
@@ -229,6 +237,55 @@ std::string SceneGenerator::readCommand()
     }
 }
 
+std::string SceneGenerator::spareCommand()
+{
+    const std::string path = nodePath();
+    // Names the sections below give, and the ones a second copy is renamed to.
+    const char *name = pick({"amt", "on", "word", "f", "v", "pts", "w1", "q", "amt1", "nosuch"});
+    switch (below(8))
+    {
+    case 0:
+    case 1:
+    {
+        std::string section;
+        for (int n = 1 + below(2); n > 0; --n)
+            section +=
+                pick({"parm { name \"amt\" label \"Amount\" type float default { \"0.5\" } range { "
+                      "0! 2 } }",
+                      "parm { name \"on\" label \"On\" type toggle default { \"1\" } }",
+                      "parm { name \"word\" label \"Word\" type string default { \"a b\" } "
+                      "menu { \"a\" \"A\" \"b\" \"B\" } }",
+                      "group { name \"f\" label \"Tab\" parm { name \"v\" label \"V\" type vector "
+                      "default { \"1\" \"2\" \"3\" } } }",
+                      "multiparm { name \"pts\" label \"Points\" default 1 "
+                      "parm { name \"w#\" label \"W\" type float default { \"1\" } } }",
+                      "parm { name \"q\" label \"it's \\\"q\\\" $V\" type string default { \"x;y "
+                      "#z\" } }"});
+        return "spareadd -s " + path + " " + quoted(section);
+    }
+    case 2:
+        return "sparerm " + path + " " + name +
+               (chance(30) ? std::string(" ") + pick({"on", "f"}) : "");
+    case 3:
+        return "sparemv " + path + " " + name + " " + pick({"-2", "-1", "1", "3"});
+    case 4:
+        return "sparecompile " + path;
+    case 5:
+    {
+        // Copies double what they copy: past a few dozen entries they only slow the test.
+        const std::string source = nodePath();
+        if (spareCount(path) + spareCount(source) > 24)
+            return "";
+        return "sparecopy " + path + " " + source;
+    }
+    default:
+        // The multiparm keeps its one instance: an entry moved into it without "#" in its
+        // name would be named alike in every instance, and no by-name record tells them apart.
+        return "parmset " + path + " " + pick({"amt", "on", "word", "v", "w1", "q"}) + " " +
+               (chance(50) ? number() : quoted(pick({"b", "x y", "it's"})));
+    }
+}
+
 std::string SceneGenerator::bindingCommand()
 {
     const bool object = chance(33);
@@ -272,6 +329,12 @@ std::vector<std::string> SceneGenerator::nodePaths() const
             for (int i = 0; i < children->getNumNodes(); ++i)
                 collectNodes(*children->getNode(i), paths);
     return paths;
+}
+
+size_t SceneGenerator::spareCount(const std::string &path) const
+{
+    const HostNode *node = myDirector.findNode(path);
+    return node ? node->getSpareTemplates().size() : 0;
 }
 
 std::vector<std::string> SceneGenerator::handleNames() const

@@ -34,10 +34,15 @@ private:
     std::string dragCommand();
     std::string settingsCommand();
     std::string readCommand();
+    /// Spare parameters: add (from text), remove, move, compile (a listing that must not
+    /// change the node), copy, and values set on them.
+    std::string spareCommand();
 
     std::vector<std::string> nodePaths() const;
     std::vector<std::string> handleNames() const;
     std::vector<std::string> groupNames() const;
+    /// How many spare templates the node at `path` has (0 when there is no such node).
+    size_t spareCount(const std::string &path) const;
 
     std::string nodePath();
     std::string handleName();

@@ -84,6 +84,9 @@ private:
         const std::string after = scene();
         if (depth < depth_before)
             return "`" + line + "` dropped undo steps";
+        // Compiling only writes the reduced interface; the node keeps its own.
+        if (line.rfind("sparecompile ", 0) == 0 && (depth != depth_before || after != before))
+            return "`" + line + "` changed the node";
         // A change after an undo discards what could have been redone.
         myCheckpoints.erase(myCheckpoints.upper_bound(depth_before), myCheckpoints.end());
         if (depth == depth_before)

@@ -1,0 +1,126 @@
+// CheckKinds: the kinds of file gzcheck knows, how it tells them apart and how each is read.
+#include "check/CheckKinds.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostDiagnostics.h"
+#include "host/HostDialogStream.h"
+#include "host/HostScriptPage.h"
+#include "host/HostSpareLayout.h"
+#include "persistent/GZ_ScriptOperator.h"
+#include "resource/GZ_ResourceManager.h"
+
+#include <sstream>
+
+namespace
+{
+void checkBindings(const std::string &path, const std::string &text)
+{
+    if (GZ_ResourceManager *manager = GZgetResourceManager())
+        manager->registerOpHandleBindingsFromText(text, path);
+}
+
+void checkDialog(const std::string &path, const std::string &text)
+{
+    HostDialogStream in;
+    in.openString(text, path, HostDialogStream::INCLUDES);
+    HostScriptPage page;
+    if (!page.parseSection(in))
+        return; // what stopped it is reported; templates of a broken section say nothing more
+    HostSpareLayout layout;
+    std::string errors;
+    page.buildTemplates(layout, errors);
+    // Template problems belong to no line of their own: they name their parameter.
+    std::istringstream lines(errors);
+    for (std::string line; std::getline(lines, line);)
+        if (!line.empty())
+            HostDiagnostics::report(HostDiagSeverity::Error, path, 0, line, line);
+}
+
+void checkScript(const std::string &path, const std::string &text)
+{
+    HostExecOptions options;
+    options.source = path;
+    options.checkOnly = true;
+    HostCommandManager::getInstance()->execute(text, options);
+}
+
+void checkOperatorScript(const std::string &path, const std::string &text)
+{
+    // Defined in the scratch session's Sop table, as optypeload does by default, so that its
+    // bindings meet the handles and selectors of that network.
+    std::string error;
+    if (!GZ_ScriptOperator::defineFromText("Sop", text, path, path, error))
+        HostDiagnostics::report(HostDiagSeverity::Error, path, 0, error, error);
+}
+
+// Property files and operator-type libraries need readers the host does not have yet; their
+// rows are here so that -t names them and the guess finds them.
+const CheckKind KINDS[] = {
+    {"bindings", checkBindings}, {"dialog", checkDialog}, {"opscript", checkOperatorScript},
+    {"props", nullptr},          {"oplib", nullptr},      {"script", checkScript},
+};
+
+bool endsWith(const std::string &text, const std::string &end)
+{
+    return text.size() >= end.size() &&
+           text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+/// The first word of the text that is not in a comment line.
+std::string firstWord(const std::string &text)
+{
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+    {
+        std::istringstream words(line);
+        std::string word;
+        if (words >> word && word[0] != '#' && word.compare(0, 2, "//") != 0)
+            return word;
+    }
+    return std::string();
+}
+
+const CheckKind &kind(const char *name)
+{
+    return *CheckKinds::find(name);
+}
+} // namespace
+
+const CheckKind *CheckKinds::find(const std::string &name)
+{
+    for (const CheckKind &k : KINDS)
+        if (name == k.name)
+            return &k;
+    return nullptr;
+}
+
+const CheckKind &CheckKinds::guess(const std::string &path, const std::string &text)
+{
+    const std::string base = path.substr(path.find_last_of('/') + 1);
+    if (base == "OPbindings" || endsWith(base, ".bindings"))
+        return kind("bindings");
+    if (endsWith(base, ".gzs"))
+        return kind("script");
+    const std::string word = firstWord(text);
+    if (endsWith(base, ".ds"))
+    {
+        // Property files and operator scripts are both pages; properties live in their folder.
+        if (word != "{")
+            return kind("dialog");
+        return path.find("properties/") != std::string::npos ? kind("props") : kind("opscript");
+    }
+    if (word == "{")
+        return kind("opscript");
+    if (word.find('/') != std::string::npos)
+        return kind("bindings");
+    HostScriptParm::Kind block;
+    return HostScriptParm::kindFromKeyword(word, block) ? kind("dialog") : kind("script");
+}
+
+std::string CheckKinds::names()
+{
+    std::string out;
+    for (const CheckKind &k : KINDS)
+        out += (out.empty() ? "" : " ") + std::string(k.name);
+    return out;
+}
