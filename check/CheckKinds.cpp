@@ -3,13 +3,18 @@
 
 #include "host/HostCommandManager.h"
 #include "host/HostDiagnostics.h"
+#include "host/HostAssetLibraryFile.h"
 #include "host/HostDialogStream.h"
 #include "host/HostScriptPage.h"
 #include "host/HostSpareLayout.h"
 #include "persistent/GZ_ScriptOperator.h"
+#include "persistent/GZ_SpareProperty.h"
 #include "resource/GZ_ResourceManager.h"
 
+#include <cstdlib>
+#include <filesystem>
 #include <sstream>
+#include <vector>
 
 namespace
 {
@@ -53,11 +58,57 @@ void checkOperatorScript(const std::string &path, const std::string &text)
         HostDiagnostics::report(HostDiagSeverity::Error, path, 0, error, error);
 }
 
-// Property files and operator-type libraries need readers the host does not have yet; their
-// rows are here so that -t names them and the guess finds them.
+void checkLibrary(const std::string &path, const std::string &text)
+{
+    std::vector<HostAssetDefinition> definitions;
+    std::string error;
+    int line = 0;
+    if (!HostAssetLibraryFile::parse(text, definitions, error, line))
+        HostDiagnostics::report(HostDiagSeverity::Error, path, line, error, error);
+}
+
+/// Splits the catalogue's "FILE[LINE]: message" lines back into a finding each; lines about
+/// other files of the catalogue (the shipped ones it rebuilds with) are not this file's.
+void reportPropertyErrors(const std::string &path, const std::string &errors)
+{
+    std::istringstream lines(errors);
+    const std::string prefix = path + "[";
+    for (std::string line; std::getline(lines, line);)
+    {
+        if (line.compare(0, prefix.size(), prefix) != 0)
+            continue;
+        const size_t close = line.find("]: ", prefix.size());
+        if (close == std::string::npos)
+            continue;
+        const int at = std::atoi(line.substr(prefix.size(), close - prefix.size()).c_str());
+        const std::string message = line.substr(close + 3);
+        const bool warning = message.compare(0, 8, "Warning,") == 0;
+        HostDiagnostics::report(warning ? HostDiagSeverity::Warning : HostDiagSeverity::Error,
+                                path, at, message, line);
+    }
+}
+
+void checkProperties(const std::string &path, const std::string &)
+{
+    // A file already on the search path is read again by a plain rebuild; adding it a second
+    // time would only report its classes as duplicates of themselves.
+    std::vector<std::string> known;
+    GZ_SpareProperty::getClassFiles(known);
+    std::error_code ec;
+    bool shipped = false;
+    for (const std::string &file : known)
+        shipped = shipped || std::filesystem::equivalent(file, path, ec);
+    std::string errors;
+    if (shipped)
+        GZ_SpareProperty::initialize(errors);
+    else
+        GZ_SpareProperty::addClassFile(errors, path.c_str(), GZ_SPARE_PROPERTY_NO_PACKAGE);
+    reportPropertyErrors(path, errors);
+}
+
 const CheckKind KINDS[] = {
     {"bindings", checkBindings}, {"dialog", checkDialog}, {"opscript", checkOperatorScript},
-    {"props", nullptr},          {"oplib", nullptr},      {"script", checkScript},
+    {"props", checkProperties},  {"oplib", checkLibrary},      {"script", checkScript},
 };
 
 bool endsWith(const std::string &text, const std::string &end)
@@ -102,6 +153,8 @@ const CheckKind &CheckKinds::guess(const std::string &path, const std::string &t
     if (endsWith(base, ".gzs"))
         return kind("script");
     const std::string word = firstWord(text);
+    if (endsWith(base, ".oplib") || word == "gzoplib")
+        return kind("oplib");
     if (endsWith(base, ".ds"))
     {
         // Property files and operator scripts are both pages; properties live in their folder.
