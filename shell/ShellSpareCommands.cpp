@@ -6,12 +6,15 @@
 
 #include "scriptedit/GZ_EditScriptedParms.h"
 #include "scriptedit/GZ_EditScriptedParmsAggregate.h"
+#include "scriptedit/GZ_OldParms.h"
 
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
+#include "host/HostParm.h"
 #include "host/HostOperatorTable.h"
 #include "host/HostReader.h"
 #include "host/HostUndoManager.h"
+#include "host/HostVariableName.h"
 
 #include <cstdlib>
 #include <memory>
@@ -117,6 +120,21 @@ int findEntry(HostCommandArgs &args, const GZ_EditScriptedParms &parms, const st
     return i;
 }
 
+/// Applies an edit whose renames and deletions `old` followed, repairing what referred to
+/// the old names, as one undo step; the repair warnings go to the error stream.
+void applyWithRepairs(Shell &shell, HostCommandArgs &args, GZ_EditScriptedParms &parms,
+                      GZ_OldParms &old)
+{
+    ShellUndoBlock block(shell, args);
+    std::vector<std::string> warnings;
+    std::string error;
+    const bool ok = old.updateNode(parms, warnings, &error) != 0;
+    for (const std::string &line : warnings)
+        args.err() << line << "\n";
+    if (!ok)
+        args.err() << args.commandName() << ": " << error << "\n";
+}
+
 // sparerm NODEPATH NAME...
 void cmdSpareRm(Shell &shell, HostCommandArgs &args)
 {
@@ -130,13 +148,91 @@ void cmdSpareRm(Shell &shell, HostCommandArgs &args)
     for (int a = 2; a < args.argc(); ++a)
         if (findEntry(args, parms, args.arg(a)) < 0)
             return;
+    GZ_OldParms old;
+    old.preserveOldParms(parms);
     for (int a = 2; a < args.argc(); ++a)
     {
         const int i = parms.getParmIndexWithName(args.arg(a));
-        if (i >= 0)
-            parms.removeParms(i, i, /*fix_joins=*/true);
+        if (i < 0)
+            continue;
+        parms.removeParms(i, i, /*fix_joins=*/true);
+        old.deleteOldParm(args.argv(a));
     }
-    applyToNode(shell, args, parms);
+    applyWithRepairs(shell, args, parms, old);
+}
+
+/// Why `name` cannot become the name of spare parameter `parm`; empty when it can.
+std::string renameProblem(HostNode &node, const GZ_EditScriptedParms &parms,
+                          const GZ_EditScriptedParm &parm, const std::string &name)
+{
+    if (!HostVariableName::isValid(name, parm.getName().find('#') != std::string::npos ? "#"
+                                                                                        : nullptr))
+        return "invalid name " + name;
+    // The new name and every channel it brings must be free on the node (its own
+    // parameters and its other spares alike).
+    std::vector<std::string> names = parm.getChannelNames(name);
+    names.push_back(name);
+    for (const std::string &n : names)
+    {
+        int k = -1;
+        const HostParm *taken = node.findChannel(n, k);
+        if (!taken)
+            taken = node.getParm(n);
+        if ((taken && taken->getName() != parm.getName()) ||
+            (parms.getParmWithName(n) && parms.getParmWithName(n) != &parm))
+            return n + " is already used on " + node.getFullPath();
+    }
+    return std::string();
+}
+
+// sparerename NODEPATH OLD NEW
+void cmdSpareRename(Shell &shell, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 4, 4))
+        return;
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    GZ_EditScriptedParms parms(node, spareOptions());
+    const int i = findEntry(args, parms, args.arg(2));
+    if (i < 0)
+        return;
+    const std::string &name = args.arg(3);
+    if (name == args.arg(2))
+        return;
+    GZ_EditScriptedParm &parm = *parms.getParm(i);
+    const std::string problem = renameProblem(*node, parms, parm, name);
+    if (!problem.empty())
+    {
+        args.err() << "sparerename: " << problem << "; " << args.arg(2) << " is unchanged\n";
+        return;
+    }
+    GZ_OldParms old;
+    old.preserveOldParms(parms);
+    parm.setName(name);
+    old.renameOldParm(args.argv(2), name.c_str());
+    applyWithRepairs(shell, args, parms, old);
+}
+
+// parmdeletebehavior [N]
+void cmdParmDeleteBehavior(Shell &, HostCommandArgs &args)
+{
+    if (!shellCheckCount(args, 1, 2))
+        return;
+    if (args.argc() == 1)
+    {
+        args.out() << GZ_OldParms::getParameterDeletionBehavior() << "\n";
+        return;
+    }
+    char *end = nullptr;
+    const long value = std::strtol(args.argv(1), &end, 10);
+    if (end == args.argv(1) || *end != '\0' || value < 0 || value > 1000)
+    {
+        args.err() << "parmdeletebehavior: bad behaviour " << args.arg(1)
+                   << " (0 bake, 1 bake channel references, 2 report)\n";
+        return;
+    }
+    GZ_OldParms::setParameterDeletionBehavior(static_cast<int>(value));
 }
 
 // sparemv NODEPATH NAME OFFSET
@@ -229,7 +325,14 @@ std::vector<ShellCommand> shellSpareCommands()
         {"sparels", "", "sparels NODEPATH", &cmdSpareLs, true,
          "Writes the node's spare parameters as a parameter section."},
         {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true,
-         "Removes the named entries."},
+         "Removes the named entries; references to them are baked or reported as "
+         "parmdeletebehavior says."},
+        {"sparerename", "", "sparerename NODEPATH OLD NEW", &cmdSpareRename, true,
+         "Renames a spare parameter and its channels, and repairs the expressions, channel "
+         "references and fields that named it."},
+        {"parmdeletebehavior", "", "parmdeletebehavior [N]", &cmdParmDeleteBehavior, true,
+         "Sets what removing a spare parameter does to references to it (0 bake them, 1 bake "
+         "channel references and report expressions, 2 report both), or prints it."},
         {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv, true,
          "Moves one entry by OFFSET places (negative: up)."},
         {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile, true,
