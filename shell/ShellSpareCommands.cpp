@@ -214,6 +214,55 @@ void cmdSpareRename(Shell &shell, HostCommandArgs &args)
     applyWithRepairs(shell, args, parms, old);
 }
 
+/// Changes the links of spare parameter argument 2 by the paths from argument 3 on (`link`:
+/// adds, else removes) and applies them as one undo step; warnings go to the error stream.
+void editLinks(Shell &shell, HostCommandArgs &args, bool link)
+{
+    if (!shellCheckCount(args, 4, -1))
+        return;
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    GZ_EditScriptedParms::BuildOptions options = spareOptions();
+    options.myReadAutolinks = true;
+    GZ_EditScriptedParms parms(node, options);
+    const int i = findEntry(args, parms, args.arg(2));
+    if (i < 0)
+        return;
+    GZ_EditScriptedParm *def = parms.getParm(i);
+    std::vector<std::string> paths;
+    for (int a = 3; a < args.argc(); ++a)
+        paths.push_back(args.arg(a));
+    std::vector<std::string> warnings;
+    std::vector<GZ_EditScriptedParm *> changed;
+    if (link)
+        parms.addParametersToAutolinks(def, paths, node->getFullPath(), /*include_invisible=*/true,
+                                       changed, warnings);
+    else if (def->removeAutolinks(paths, node->getFullPath()))
+        changed.push_back(def);
+    if (changed.empty() && warnings.empty())
+        args.err() << args.commandName() << ": no link of " << args.arg(2)
+                   << (link ? " can be made to " : " leads to ") << "the paths given\n";
+    ShellUndoBlock block(shell, args);
+    std::vector<int> node_ids, parm_indices;
+    parms.applyAutoLinks(warnings, node_ids, parm_indices);
+    GZ_EditScriptedParms::updateNodesFromApplyAutoLinks(node_ids, parm_indices);
+    for (const std::string &warning : warnings)
+        args.err() << warning << "\n";
+}
+
+// sparelink NODEPATH PARM PATH...
+void cmdSpareLink(Shell &shell, HostCommandArgs &args)
+{
+    editLinks(shell, args, /*link=*/true);
+}
+
+// spareunlink NODEPATH PARM PATH...
+void cmdSpareUnlink(Shell &shell, HostCommandArgs &args)
+{
+    editLinks(shell, args, /*link=*/false);
+}
+
 // parmdeletebehavior [N]
 void cmdParmDeleteBehavior(Shell &, HostCommandArgs &args)
 {
@@ -333,6 +382,12 @@ std::vector<ShellCommand> shellSpareCommands()
         {"parmdeletebehavior", "", "parmdeletebehavior [N]", &cmdParmDeleteBehavior, true,
          "Sets what removing a spare parameter does to references to it (0 bake them, 1 bake "
          "channel references and report expressions, 2 report both), or prints it."},
+        {"sparelink", "", "sparelink NODEPATH PARM PATH...", &cmdSpareLink, true,
+         "Makes the parameters or channels at each PATH (node path, \"/\" and a parameter or "
+         "channel name) follow the spare parameter PARM through channel references."},
+        {"spareunlink", "", "spareunlink NODEPATH PARM PATH...", &cmdSpareUnlink, true,
+         "Removes links that sparelink made: the parameters at each PATH keep their current "
+         "value and no longer follow PARM."},
         {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv, true,
          "Moves one entry by OFFSET places (negative: up)."},
         {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile, true,
