@@ -213,17 +213,14 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
                                           std::vector<int> &parm_indices)
 {
     const std::string base = node.getFullPath();
-    auto absolute = [&base](const std::string &links)
-    {
-        std::vector<std::string> out = gz_LinkPaths::split(links);
-        for (std::string &link : out)
-            link = gz_LinkPaths::absolutePath(link, base);
-        return out;
-    };
-    const std::vector<std::string> desired_list = absolute(def.getAutolink(k));
-    const std::vector<std::string> current_list = absolute(def.getCurrentLink(k));
-    const std::set<std::string> desired(desired_list.begin(), desired_list.end());
-    const std::set<std::string> current(current_list.begin(), current_list.end());
+    // Paths are compared as absolute ones but resolved (and reported) as written.
+    const std::vector<std::string> desired_list = gz_LinkPaths::split(def.getAutolink(k));
+    const std::vector<std::string> current_list = gz_LinkPaths::split(def.getCurrentLink(k));
+    std::set<std::string> desired, current;
+    for (const std::string &link : desired_list)
+        desired.insert(gz_LinkPaths::absolutePath(link, base));
+    for (const std::string &link : current_list)
+        current.insert(gz_LinkPaths::absolutePath(link, base));
     int ek = -1;
     HostParm *eparm = node.findChannel(def.getChannelNames()[k], ek);
     if (!eparm)
@@ -235,7 +232,7 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
     };
     for (const std::string &link : current_list)
     {
-        if (desired.count(link))
+        if (desired.count(gz_LinkPaths::absolutePath(link, base)))
             continue;
         Target t;
         std::string warning;
@@ -253,7 +250,7 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
     }
     for (const std::string &link : desired_list)
     {
-        if (current.count(link))
+        if (current.count(gz_LinkPaths::absolutePath(link, base)))
             continue;
         Target t;
         std::string warning;
