@@ -56,6 +56,12 @@ public:
                              std::vector<std::pair<std::string, std::string>> *renamed_channels =
                                  nullptr);
 
+    /// The channel names the edit renames (old, new; the parameter name first) and deletes,
+    /// as they stand before `parms` is applied.
+    void getChannelChanges(const GZ_EditScriptedParms &parms,
+                           std::vector<std::pair<std::string, std::string>> &renamed,
+                           std::vector<std::string> &deleted) const;
+
     /// Applies an edited set to its node with the repairs, inside the caller's undo block:
     /// the node first gets the new interface with the renamed and deleted parameters still
     /// beside it (so that their values and animation can be handed over and baked), then the

@@ -270,6 +270,33 @@ void GZ_OldParms::resolveOnNode(const gz_OldParm &rec, Context &ctx) const
     }
 }
 
+void GZ_OldParms::getChannelChanges(const GZ_EditScriptedParms &parms, Pairs &renamed,
+                                    std::vector<std::string> &deleted) const
+{
+    for (const gz_OldParm &rec : myRecords)
+    {
+        if (!rec.isChanged())
+            continue;
+        Pairs pairs;
+        if (rec.myOriginalSuffix.empty())
+            pairs.emplace_back(rec.myOriginalName, rec.myCurrentName);
+        if (rec.isDeleted())
+        {
+            const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName);
+            if (before && rec.myOriginalSuffix.empty())
+                for (const std::string &channel : before->getChannelNames())
+                    pairs.emplace_back(channel, channel);
+            else if (!rec.myOriginalSuffix.empty())
+                pairs.emplace_back(rec.getOldChannel(), rec.getOldChannel());
+            for (const auto &pair : pairs)
+                deleted.push_back(pair.first);
+            continue;
+        }
+        addChannelNames(rec, parms, pairs);
+        renamed.insert(renamed.end(), pairs.begin(), pairs.end());
+    }
+}
+
 int GZ_OldParms::updateNode(GZ_EditScriptedParms &parms, std::vector<std::string> &warnings,
                             std::string *error)
 {

@@ -7,6 +7,8 @@
 #include "scriptedit/GZ_EditScriptedParms.h"
 #include "scriptedit/GZ_EditScriptedParmsAggregate.h"
 #include "scriptedit/GZ_OldParms.h"
+#include "persistent/GZ_Manager.h"
+#include "persistent/gz_ParmRenames.h"
 
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
@@ -126,9 +128,15 @@ void applyWithRepairs(Shell &shell, HostCommandArgs &args, GZ_EditScriptedParms 
                       GZ_OldParms &old)
 {
     ShellUndoBlock block(shell, args);
-    std::vector<std::string> warnings;
+    std::vector<std::pair<std::string, std::string>> renamed;
+    std::vector<std::string> deleted, warnings;
+    old.getChannelChanges(parms, renamed, deleted);
+    HostNode *node = parms.getNode();
     std::string error;
     const bool ok = old.updateNode(parms, warnings, &error) != 0;
+    // The handles a user placed on the node keep working under the new names.
+    if (ok && node)
+        gz_ParmRenames::follow(*GZgetManager(), *node, renamed, deleted, warnings);
     for (const std::string &line : warnings)
         args.err() << line << "\n";
     if (!ok)
