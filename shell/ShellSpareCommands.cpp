@@ -382,20 +382,18 @@ std::vector<ShellCommand> shellSpareCommands()
         {"sparels", "", "sparels NODEPATH", &cmdSpareLs, true,
          "Writes the node's spare parameters as a parameter section."},
         {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true,
-         "Removes the named entries; references to them are baked or reported as "
+         "Removes the named entries; what referred to them is baked or reported as "
          "parmdeletebehavior says."},
         {"sparerename", "", "sparerename NODEPATH OLD NEW", &cmdSpareRename, true,
          "Renames a spare parameter and its channels, and repairs the expressions, channel "
          "references and fields that named it."},
         {"parmdeletebehavior", "", "parmdeletebehavior [N]", &cmdParmDeleteBehavior, true,
-         "Sets what removing a spare parameter does to references to it (0 bake them, 1 bake "
-         "channel references and report expressions, 2 report both), or prints it."},
+         "Sets what removing a spare parameter does to references to it, or writes it."},
         {"sparelink", "", "sparelink NODEPATH PARM PATH...", &cmdSpareLink, true,
-         "Makes the parameters or channels at each PATH (node path, \"/\" and a parameter or "
-         "channel name) follow the spare parameter PARM through channel references."},
+         "Makes parameters of other nodes (or of the same node) follow the spare parameter "
+         "PARM."},
         {"spareunlink", "", "spareunlink NODEPATH PARM PATH...", &cmdSpareUnlink, true,
-         "Removes links that sparelink made: the parameters at each PATH keep their current "
-         "value and no longer follow PARM."},
+         "Removes links that sparelink made."},
         {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv, true,
          "Moves one entry by OFFSET places (negative: up)."},
         {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile, true,

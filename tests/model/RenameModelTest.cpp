@@ -112,3 +112,29 @@ TEST(RenameModel, ReferrersKeepTheirValuesThroughRenamesAndRemovals)
         EXPECT_EQ(sh.takeErrors(), "");
     }
 }
+
+TEST(RenameModel, HandleBindingsFollowRenamesAndUndo)
+{
+    ModelShell &sh = ModelShell::get();
+    sh.reset();
+    sh.run("nodeadd geo /obj/geo1; spareadd -s /obj/geo1 'parm { name amp label Amp type float "
+           "default { 2 } } parm { name off label Off type vector size 3 default { 0 0 0 } }'");
+    sh.run("pomadd h1 xform; pomattach h1 /obj/geo1 amp:tx '{2,0,0,1,offy}:ty' tz:tz");
+    auto attach = [&sh]()
+    {
+        const std::string saved = sh.saved();
+        const size_t at = saved.find("pomattach");
+        return at == std::string::npos ? saved : saved.substr(at, saved.find('\n', at) - at);
+    };
+    const std::string before = attach();
+    EXPECT_EQ(before, "pomattach -i -1 h1 /obj/geo1 amp:tx {2,0,0,1,offy}:ty tz:tz");
+    sh.run("sparerename /obj/geo1 amp gain; sparerename /obj/geo1 off shift");
+    EXPECT_EQ(attach(), "pomattach -i -1 h1 /obj/geo1 gain:tx {2,0,0,1,shifty}:ty tz:tz");
+    EXPECT_EQ(sh.takeErrors(), "");
+    sh.run("sparerm /obj/geo1 gain");
+    EXPECT_EQ(attach(), "pomattach -i -1 h1 /obj/geo1 {2,0,0,1,shifty}:ty tz:tz");
+    EXPECT_EQ(sh.takeErrors(), "The handle 'h1' loses its binding of 'tx' to '/obj/geo1/gain': "
+                               "the parameter has been deleted.\n");
+    sh.run("undo; undo; undo");
+    EXPECT_EQ(attach(), before);
+}
