@@ -93,6 +93,8 @@ private:
     void addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
                          std::vector<std::pair<std::string, std::string>> &pairs) const;
     const GZ_EditScriptedParm *findOriginal(const std::string &name) const;
+    static void addInstanceNames(const HostNode &node,
+                                 std::vector<std::pair<std::string, std::string>> &pairs);
 
     std::vector<gz_OldParm> myRecords;
     GZ_EditScriptedParms myOriginal;

@@ -169,8 +169,40 @@ void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) co
     if (rec.myOriginalSuffix.empty() &&
         (pairs.empty() || pairs.front().first != rec.myOriginalName))
         pairs.insert(pairs.begin(), {rec.myOriginalName, rec.myCurrentName});
+    addInstanceNames(*ctx.myNode, pairs);
     for (const auto &pair : pairs)
         resolveSingleParm(rec, pair.first, pair.second, ctx);
+}
+
+// References name the instances of a multiparm ("pt2"), not its pattern ("pt#"): every
+// instance the node has gets its own pair. One level of instance marks only.
+void GZ_OldParms::addInstanceNames(const HostNode &node, Pairs &pairs)
+{
+    const size_t count = pairs.size();
+    for (size_t p = 0; p < count; ++p)
+    {
+        const std::string from = pairs[p].first;
+        const std::string to = pairs[p].second;
+        const size_t mark = from.find('#');
+        if (mark == std::string::npos || from.find('#', mark + 1) != std::string::npos)
+            continue;
+        for (int i = 0, missing = 0; missing < 2; ++i)
+        {
+            std::string instance = from;
+            instance.replace(mark, 1, std::to_string(i));
+            int k = -1;
+            if (!node.findChannel(instance, k))
+            {
+                missing += i > 0 ? 1 : 0;
+                continue;
+            }
+            std::string renamed = to;
+            const size_t at = renamed.find('#');
+            if (at != std::string::npos)
+                renamed.replace(at, 1, std::to_string(i));
+            pairs.emplace_back(instance, renamed);
+        }
+    }
 }
 
 void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &old_channel,
@@ -214,7 +246,9 @@ void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &ol
                 continue;
             }
             rnode.bakeParmValue(parm, k, ctx.myTime);
-            runCommand("chcp '" + edited.getFullPath() + "/" + old_channel + "' '" +
+            // Only animation moves over: an expression would read differently from there.
+            if (old_parm->hasChannel(old_k))
+                runCommand("chcp '" + edited.getFullPath() + "/" + old_channel + "' '" +
                        rnode.getFullPath() + "/" + parm.getChannelName(k) + "'");
             continue;
         }
@@ -310,6 +344,7 @@ int GZ_OldParms::updateNode(GZ_EditScriptedParms &parms, std::vector<std::string
     {
         const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName);
         if (rec.isChanged() && before && !before->getIsGroupParm() &&
+            before->getName().find('#') == std::string::npos &&
             !interim.getParmWithName(before->getName()))
             interim.addParm(std::make_unique<GZ_EditScriptedParm>(*before));
     }
