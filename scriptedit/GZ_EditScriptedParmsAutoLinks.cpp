@@ -93,18 +93,6 @@ bool refersTo(const HostParm &parm, int k, const HostNode &node, const HostParm 
            rk == tk;
 }
 
-// The reference goes; the value it gave at `time` stays as the constant.
-void dropReference(HostParm &parm, int k, double time)
-{
-    if (parm.getType().isString() || parm.getType().isData())
-        parm.setString(k, parm.evalString(k, time), HOST_STRING_LITERAL);
-    else
-    {
-        const double value = parm.evalFloat(k, time);
-        parm.destroyChannel(k, time);
-        parm.setValue(k, value);
-    }
-}
 } // namespace
 
 void GZ_EditScriptedParm::addParametersToAutolink(const std::vector<std::string> &paths,
@@ -230,35 +218,36 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
         node_ids.push_back(t.myNode->getUniqueId());
         parm_indices.push_back(t.myParm->getIndex());
     };
+    // A path that cannot be resolved is reported and ends the component.
+    auto resolve = [&](const std::string &link, Target &t)
+    {
+        std::string warning;
+        if (resolveLink(node, link, def, t, warning))
+            return true;
+        warnings.push_back(warning);
+        return false;
+    };
     for (const std::string &link : current_list)
     {
+        Target t;
         if (desired.count(gz_LinkPaths::absolutePath(link, base)))
             continue;
-        Target t;
-        std::string warning;
-        if (!resolveLink(node, link, def, t, warning))
-        {
-            warnings.push_back(warning);
+        if (!resolve(link, t))
             return;
-        }
         if (!refersTo(*t.myParm, t.myComponent, node, eparm, ek))
             continue;
         t.myNode->saveParmForUndo(*t.myParm);
         t.myNode->parmChanging(*t.myParm);
-        dropReference(*t.myParm, t.myComponent, time);
+        t.myParm->bakeValue(t.myComponent, time);
         record(t);
     }
     for (const std::string &link : desired_list)
     {
+        Target t;
         if (current.count(gz_LinkPaths::absolutePath(link, base)))
             continue;
-        Target t;
-        std::string warning;
-        if (!resolveLink(node, link, def, t, warning))
-        {
-            warnings.push_back(warning);
+        if (!resolve(link, t))
             return;
-        }
         if (refersTo(*t.myParm, t.myComponent, node, eparm, ek))
             continue;
         if (t.myParm->hasChannel(t.myComponent) && t.myParm != eparm)

@@ -348,8 +348,17 @@ int GZ_OldParms::updateNode(GZ_EditScriptedParms &parms, std::vector<std::string
             !interim.getParmWithName(before->getName()))
             interim.addParm(std::make_unique<GZ_EditScriptedParm>(*before));
     }
-    if (interim.entries() != parms.entries() && !interim.updateNode(error))
+    const bool with_interim = interim.entries() != parms.entries();
+    if (with_interim && !interim.updateNode(error))
         return 0;
     resolveOldParmLinks(node->getUniqueId(), parms, warnings);
-    return parms.updateNode(error);
+    if (parms.updateNode(error))
+        return 1;
+    if (with_interim)
+    {
+        // The host refused the final interface: the node must not keep the interim one.
+        GZ_EditScriptedParms original(myOriginal);
+        original.updateNode();
+    }
+    return 0;
 }

@@ -1,6 +1,6 @@
 // Renames and deletions of an edit (records, whole-token rewriting, repair warnings) and
 // auto-links (resolution warnings, node moves), on scenes made with gzsh commands.
-#include "shell/Shell.h"
+#include "SharedShell.h"
 
 #include "scriptedit/GZ_EditScriptedParms.h"
 #include "scriptedit/GZ_OldParms.h"
@@ -13,23 +13,14 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 
 namespace
 {
 std::string run(const std::string &text)
 {
-    static Shell *theShell = []
-    {
-        auto *s = new Shell;
-        s->startup({});
-        return s;
-    }();
-    std::ostringstream out, err;
-    theShell->commands().setStreams(&out, &err);
-    theShell->commands().execute(text);
-    theShell->commands().setStreams(nullptr, nullptr);
-    return out.str() + err.str();
+    std::string errors;
+    const std::string out = runInSharedShell(text, &errors);
+    return out + errors;
 }
 
 HostNode *node(const std::string &path)
