@@ -158,7 +158,12 @@ bool HostScriptPage::parseContents(HostDialogStream &in, bool braced, int depth)
         else if (braced && (token == "name" || token == "label"))
         {
             if (in.nextOnSameLine() && in.getToken(value))
+            {
+                // Operator scripts write their label bare, blanks and all.
+                if (token == "label" && in.nextOnSameLine())
+                    value += " " + in.getRestOfLine();
                 (token == "name" ? myName : myLabel) = value;
+            }
             else
                 in.error("Expected a value after '" + token + "'");
         }

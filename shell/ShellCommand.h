@@ -39,3 +39,7 @@ std::vector<ShellCommand> shellPythonCommands();
 /// Spare parameters of nodes and the parameter sections of operator types
 /// (ShellSpareCommands.cpp).
 std::vector<ShellCommand> shellSpareCommands();
+
+/// Scripted operator types: defining them from dialog scripts, writing them, pressing their
+/// buttons (ShellOpTypeCommands.cpp).
+std::vector<ShellCommand> shellOpTypeCommands();

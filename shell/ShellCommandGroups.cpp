@@ -11,6 +11,7 @@ const std::vector<ShellCommandGroup> &shellCommandGroups()
         &shellHandleOpCommands,
         &shellPythonCommands,
         &shellSpareCommands,
+        &shellOpTypeCommands,
     };
     return theGroups;
 }

@@ -23,7 +23,8 @@ bool shellReportCount(const HostCommandArgs &args)
 
 HostNode *shellFindNode(Shell &shell, const HostCommandArgs &args, const std::string &path)
 {
-    HostNode *node = shell.director().findNode(path);
+    // Relative paths start at the current node, which callbacks set to their own node.
+    HostNode *node = shell.director().findNode(path, shell.director().getCurrentNode());
     if (!node)
         args.err() << args.commandName() << ": unknown node " << path << "\n";
     return node;

@@ -18,6 +18,10 @@ bool shellReportCount(const HostCommandArgs &args);
 /// The node at `path`, or null after reporting "COMMAND: unknown node PATH".
 HostNode *shellFindNode(Shell &shell, const HostCommandArgs &args, const std::string &path);
 
+/// Runs the callback of the parameter (or channel) `name` of `node` after parmset changed it,
+/// as the host does when a user sets a value; a parameter without a callback does nothing.
+void shellRunSetCallback(Shell &shell, HostNode &node, const std::string &name);
+
 /// One undo step named after the command, for the handler's lifetime; a command that records
 /// nothing leaves no step.
 class ShellUndoBlock

@@ -14,6 +14,7 @@
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
+#include "host/HostParmList.h"
 #include "host/HostReader.h"
 #include "host/HostRenameRepair.h"
 
@@ -151,10 +152,25 @@ void cmdParmSet(Shell &shell, HostCommandArgs &args)
             args.found('p') ? HOST_STRING_SCRIPT : HOST_STRING_EXPRESSION;
         if (!ShellChannels::setExpressions(*node, args.arg(2), values, language, error))
             args.err() << "parmset: " << error << "\n";
+        else
+            shellRunSetCallback(shell, *node, args.arg(2));
+        return;
+    }
+    HostParm *multi = node->getParm(args.arg(2));
+    double count = 0;
+    if (multi && multi->isMultiParm() && values.size() == 1 &&
+        ShellParmAccess::parseNumber(values[0], count))
+    {
+        // A multiparm's value is its number of instances.
+        if (!node->getParmList().setInstanceCount(*multi, static_cast<int>(count)))
+            args.err() << "parmset: cannot give " << args.arg(2) << " " << values[0]
+                       << " instances\n";
         return;
     }
     if (!ShellParmAccess::set(*node, args.arg(2), values, error))
         args.err() << "parmset: " << error << "\n";
+    else
+        shellRunSetCallback(shell, *node, args.arg(2));
 }
 
 void cmdParmGet(Shell &shell, HostCommandArgs &args)

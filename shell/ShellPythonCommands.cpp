@@ -4,6 +4,8 @@
 #include "shell/ShellCommandSupport.h"
 #include "shell/ShellScripting.h"
 
+#include "persistent/GZ_ScriptOperator.h"
+
 #if GZ_WITH_PYTHON
 #include "python/HostPython.h"
 #endif
@@ -75,12 +77,16 @@ bool ShellScripting::isOn()
 void ShellScripting::start(bool enabled)
 {
     theEnabled = enabled;
-    if (enabled && HostPython::start())
-        HostPython::registerSearchPathResources();
+    if (!enabled || !HostPython::start())
+        return;
+    HostPython::registerSearchPathResources();
+    // The library reaches the interpreter only through this hook, so it keeps no tie to it.
+    GZ_ScriptOperator::setScriptRunner(&HostPython::runCallback);
 }
 
 void ShellScripting::stop()
 {
+    GZ_ScriptOperator::setScriptRunner(nullptr);
     HostPython::stop();
 }
 
