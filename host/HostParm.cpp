@@ -87,6 +87,11 @@ HostParm::~HostParm()
 
 void HostParm::referencesChanged(int k)
 {
+    // Most writes leave a plain value: with nothing filed for this parameter and no call in
+    // the new text there is nothing to re-file, so the node and its director are not looked
+    // up on every write.
+    if (!myReferenced && !HostReferenceIndex::mayRefer(getExpression(k)))
+        return;
     if (HostNode *node = getNode())
         node->getDirector()->getReferenceIndex().update(*this, k);
 }

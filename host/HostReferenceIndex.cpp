@@ -134,11 +134,11 @@ bool HostReferenceIndex::splitChannelPath(const std::string &nodePath, const std
 void HostReferenceIndex::update(HostParm &parm, int k)
 {
     const std::string &text = parm.getExpression(k);
-    const bool mayRefer = text.find("ch") != std::string::npos;
-    if (!mayRefer && !parm.myReferenced)
+    const bool may_refer = mayRefer(text);
+    if (!may_refer && !parm.myReferenced)
         return;
     unfile(parm, k);
-    if (mayRefer)
+    if (may_refer)
         file(parm, k, text);
 }
 

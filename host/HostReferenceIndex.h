@@ -72,6 +72,9 @@ public:
     /// Number of indexed (component, path) pairs; for tests and benchmarks.
     size_t getNumEntries() const { return myNumEntries; }
 
+    /// Whether an expression text can hold a ch()/chs() call at all (a cheap test that
+    /// spares plain values the search).
+    static bool mayRefer(const std::string &text) { return text.find("ch") != std::string::npos; }
     /// The ch()/chs() calls with a literal path in an expression text, in text order.
     static std::vector<HostChannelPathLiteral> findChannelPaths(const std::string &text);
     /// The absolute node path and channel token that `path` names from a node at

@@ -298,8 +298,7 @@ void GZ_EditScriptedParms::addParm(std::unique_ptr<GZ_EditScriptedParm> parm)
 void GZ_EditScriptedParms::mergeParms(const GZ_EditScriptedParms &other, bool always_safe)
 {
     const bool make_unique = always_safe || !myParms.empty();
-    gz_SafeNameContext ctx(*this, make_unique);
-    ctx.reserve(other.entries());
+    gz_SafeNameContext ctx(*this, make_unique, other.entries());
     myParms.reserve(myParms.size() + other.myParms.size());
     for (const auto &src : other.myParms)
     {

@@ -1,6 +1,7 @@
 // GZ_EditScriptedParms: definitions from templates, operator types and nodes.
 #include "scriptedit/GZ_EditScriptedParms.h"
 
+#include "scriptedit/gz_SafeNameContext.h"
 #include "scriptedit/gz_ScriptHost.h"
 #include "scriptedit/gz_TemplateConversion.h"
 
@@ -10,6 +11,7 @@
 #include "host/HostSpareData.h"
 #include "host/HostSpareLayout.h"
 
+#include <memory>
 #include <string>
 
 GZ_EditScriptedParms::GZ_EditScriptedParms(HostOperator *op, HostNode *node,
@@ -52,6 +54,32 @@ GZ_EditScriptedParms::GZ_EditScriptedParms(HostNode *node, const HostParmTemplat
 // ---------------------------------------------------------------------------------------------
 // Conversion.
 
+namespace
+{
+/// One name index for a whole conversion: built at the first name that must be made safe,
+/// it then catches up with the entries appended since (a conversion only appends), so that a
+/// list with many switchers or import groups is not indexed again for each of their names.
+struct BuildNames
+{
+    std::unique_ptr<gz_SafeNameContext> myContext;
+    int myNoted = 0;
+
+    /// makeSafeParmName with the make-unique flag, for a definition not in the set yet.
+    void makeSafe(const GZ_EditScriptedParms &parms, const GZ_EditScriptedParm *parm,
+                  std::string &name)
+    {
+        if (!myContext)
+        {
+            myContext = std::make_unique<gz_SafeNameContext>(parms, /*make_unique=*/true);
+            myNoted = parms.entries();
+        }
+        for (; myNoted < parms.entries(); ++myNoted)
+            myContext->noteAppended(*parms.getParm(myNoted));
+        myContext->makeSafe(parm, name, nullptr, /*level=*/0, nullptr);
+    }
+};
+} // namespace
+
 /// What a conversion carries through its recursion. `myBase` is the top-level list (flat
 /// indices of import records count from it); templates of multiparm children are outside it.
 struct GZ_EditScriptedParms::BuildState
@@ -60,6 +88,7 @@ struct GZ_EditScriptedParms::BuildState
     const BuildOptions *myOptions = nullptr;
     const HostParmTemplate *myBase = nullptr;
     const std::vector<HostImportRecord> *myImports = nullptr;
+    BuildNames *myNames = nullptr; ///< shared by the recursion
 
     int flatIndex(const HostParmTemplate *t) const
     {
@@ -90,6 +119,8 @@ void GZ_EditScriptedParms::createParms(const HostSpareLayout &layout, HostNode *
 
 void GZ_EditScriptedParms::createList(const HostParmTemplate *templates, BuildState &state)
 {
+    BuildNames names;
+    state.myNames = &names;
     lockMultiparmInfo();
     createImportGroups(state, -1, -1, -1);
     for (const HostParmTemplate *t = templates; t && !t->isTerminator();)
@@ -112,7 +143,7 @@ void GZ_EditScriptedParms::createImportGroups(BuildState &state, int switcher, i
             continue;
         auto imp = std::make_unique<GZ_EditScriptedParm>(GZ_FOLDER_IMPORT);
         std::string name = "folder0";
-        makeSafeParmName(imp.get(), name, nullptr, /*make_unique=*/true);
+        state.myNames->makeSafe(*this, imp.get(), name);
         imp->setName(name);
         imp->setLabel(rec.myLabel);
         imp->setImportEnable(rec.myEnable);
@@ -168,7 +199,7 @@ void GZ_EditScriptedParms::createSwitcher(const HostParmTemplate *&t, BuildState
     std::string name = sw.getName();
     const std::string original = name;
     if (options.mySafeSwitcherNames)
-        makeSafeParmName(nullptr, name, nullptr, /*make_unique=*/true);
+        state.myNames->makeSafe(*this, nullptr, name);
     const std::string decoded = gz_ScriptHost::decodeVariableName(name);
     GZ_EditScriptedParm *last_folder = nullptr;
     for (int f = 0; f < sw.getFolderCount(); ++f)

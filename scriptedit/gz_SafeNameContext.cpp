@@ -48,12 +48,9 @@ void gz_SafeNameContext::NameSet::add(const std::string &name, int delta)
 {
     if (name.empty())
         return;
+    myCounts.add(name, delta);
     if (name.find('#') == std::string::npos)
-    {
-        count(myCounts, name, delta);
         return;
-    }
-    count(myPatterns, name, delta);
     const std::string shape = shapeOf(name);
     count(myShapes[shape], name, delta);
     if (myShapes[shape].empty())
@@ -62,7 +59,7 @@ void gz_SafeNameContext::NameSet::add(const std::string &name, int delta)
 
 bool gz_SafeNameContext::NameSet::has(const std::string &name) const
 {
-    return myCounts.count(name) != 0 || myPatterns.count(name) != 0;
+    return myCounts.has(name);
 }
 
 bool gz_SafeNameContext::NameSet::matchesPattern(const std::string &name) const
@@ -80,12 +77,15 @@ bool gz_SafeNameContext::NameSet::matchesPattern(const std::string &name) const
     return false;
 }
 
-gz_SafeNameContext::gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique)
+gz_SafeNameContext::gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique,
+                                       int more)
     : myParms(parms), myMakeUnique(make_unique)
 {
-    // One allocation up front instead of a rehash each time the set doubles.
+    // One allocation up front instead of a rehash each time the set doubles (an entry has
+    // a name and, for vectors, channel names besides).
     if (make_unique)
-        myEntryNames.myCounts.reserve(static_cast<size_t>(parms.entries()) * 4 + 16);
+        myEntryNames.myCounts.reserve(static_cast<size_t>(parms.entries() + std::max(more, 0)) *
+                                      2);
     if (HostOperator *op = parms.getOperator())
         addTemplates(op->getParmTemplates(), /*conflicts=*/true, /*patterns=*/true);
     if (HostNode *node = parms.getNode())
@@ -125,12 +125,6 @@ void gz_SafeNameContext::addEntry(const GZ_EditScriptedParm &parm, int delta)
                 myEntryNames.add(c, delta);
     if (parm.getName().find('#') != std::string::npos)
         myInstanceNames.add(parm.getName(), delta);
-}
-
-void gz_SafeNameContext::reserve(int more)
-{
-    if (myMakeUnique)
-        myEntryNames.myCounts.reserve(myEntryNames.myCounts.size() + static_cast<size_t>(more) * 4);
 }
 
 void gz_SafeNameContext::noteAppended(const GZ_EditScriptedParm &parm)

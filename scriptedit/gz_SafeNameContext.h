@@ -1,6 +1,8 @@
 // gz_SafeNameContext: the indexes behind makeSafeParmName, built once per batch of names.
 #pragma once
 
+#include "scriptedit/gz_NameCounts.h"
+
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -18,10 +20,9 @@ class HostParmTemplate;
 class gz_SafeNameContext
 {
 public:
-    gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique);
-
-    /// Makes room for the names of `more` entries about to be appended.
-    void reserve(int more);
+    /// `more`: the number of entries about to be appended, so that the indexes are sized
+    /// once for all of them.
+    gz_SafeNameContext(const GZ_EditScriptedParms &parms, bool make_unique, int more = 0);
     /// makeSafeParmName for a definition that is about to be appended to the set.
     bool makeSafeAndAppend(GZ_EditScriptedParm &parm);
     /// Records the names of an entry of the set that has just been named.
@@ -49,8 +50,7 @@ private:
     /// shape, so checking it costs one lookup and a match against the few patterns found.
     struct NameSet
     {
-        std::unordered_map<std::string, int> myCounts;
-        std::unordered_map<std::string, int> myPatterns;
+        gz_NameCounts myCounts;
         std::unordered_map<std::string, std::unordered_map<std::string, int>> myShapes;
         void add(const std::string &name, int delta);
         bool has(const std::string &name) const;

@@ -47,13 +47,6 @@ TEST(CommandParser, SplitsWordsAndCommands)
     EXPECT_EQ(parseAll("x\r\ny\r\n"), Lines({"1:x", "2:y"}));
 }
 
-TEST(CommandParser, CommentsStartOnlyAtWordStart)
-{
-    EXPECT_EQ(parseAll("# whole line; not a command\na # b; c\nd"), Lines({"2:a", "3:d"}));
-    EXPECT_EQ(parseAll("a#b c"), Lines({"1:a#b|c"}));
-    EXPECT_EQ(parseAll("a '#b'"), Lines({"1:a|#b"}));
-}
-
 TEST(CommandParser, QuotesAndEscapes)
 {
     EXPECT_EQ(parseAll("echo 'a b;c#d $X \\n'"), Lines({"1:echo|a b;c#d $X \\n"}));

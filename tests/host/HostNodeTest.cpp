@@ -50,13 +50,11 @@ TEST_F(HostNodeCreation, CreatesNodesAtFullPathsAndRefusesBadOnes)
     EXPECT_EQ(box->getNetworkTypeId(), HOST_NETWORK_SOP);
 
     std::string error;
-    // Wrong table for the parent network, missing parent, duplicate, bad name, no children.
+    // Wrong table for the parent network, missing parent, duplicate, bad name, no children
+    // (the messages are in the shell_nodes scenario).
     EXPECT_EQ(myDirector.createNode("tbox", "/obj/box2", &error), nullptr);
-    EXPECT_EQ(error, "Invalid node type: tbox (a Sop type; this network takes Object types)");
     EXPECT_EQ(myDirector.createNode("tbox", "/obj/nothere/box1", &error), nullptr);
-    EXPECT_EQ(error, "Parent not found: /obj/nothere");
     EXPECT_EQ(myDirector.createNode("tgeo", "/obj/geo1", &error), nullptr);
-    EXPECT_EQ(error, "Node already exists: geo1");
     EXPECT_EQ(myDirector.createNode("tgeo", "/obj/bad name", &error), nullptr);
     EXPECT_EQ(myDirector.createNode("tbox", "/obj/geo1/box1/x", &error), nullptr);
     EXPECT_EQ(myDirector.createNode("tgeo", "obj/geo3", &error), nullptr);
@@ -138,7 +136,6 @@ TEST_F(HostNodeCreation, RenameSendsOldNameAndKeepsLookupsInStep)
 
     std::string error;
     EXPECT_FALSE(myDirector.renameNode(geo, "geo2", &error));
-    EXPECT_EQ(error, "Node already exists: geo2");
     EXPECT_FALSE(myDirector.renameNode(geo, "", &error));
     EXPECT_TRUE(myDirector.renameNode(geo, "geo1", &error)); // same name: nothing happens
     EXPECT_TRUE(log.myEvents.empty());
@@ -261,7 +258,7 @@ HostErrorSeverity writeScene(std::ostream &os)
 }
 } // namespace
 
-TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesFlagsAndTheSaveCallback)
+TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesAndTheSaveCallback)
 {
     myDirector.setFps(25.0);
     myDirector.setFps(0.0); // refused
@@ -279,12 +276,6 @@ TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesFlagsAndTheSaveCallback)
     EXPECT_NE(myDirector.allocProxy(&a), pa); // a freed index is not handed out again
     myDirector.clearScene();
     EXPECT_EQ(myDirector.getProxy(pb), nullptr);
-
-    EXPECT_FALSE(myDirector.getDebugFlag(20));
-    myDirector.setDebugFlag(20, true);
-    EXPECT_TRUE(myDirector.getDebugFlag(20));
-    myDirector.setDebugFlag(20, false);
-    EXPECT_FALSE(myDirector.getDebugFlag(20));
 
     std::ostringstream os;
     EXPECT_EQ(myDirector.runSaveCallback(os), HOST_ERR_NONE);

@@ -1,14 +1,11 @@
 // Shared helpers of the link tests: a scene with operator types and an inspectable link.
 #pragma once
 
-#include "host/HostDirector.h"
-#include "host/HostNode.h"
-#include "host/HostOperator.h"
-#include "host/HostOperatorTable.h"
 #include "host/HostParm.h"
 #include "link/GZ_OpHandleLink.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
+#include "tests/host/HostFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -81,14 +78,14 @@ public:
 /// A fresh director with a transform-like object type and a box-like type; the handle
 /// template drives tx, ty, tz, a scale and a group. Tests own their links and destroy them
 /// before the scene goes.
-class LinkFixture : public ::testing::Test
+class LinkFixture : public ::HostFixture
 {
 protected:
     static constexpr const char *theParmNames[] = {"tx", "ty", "tz", "uniform", "group", nullptr};
 
     void SetUp() override
     {
-        myDirector.makeCurrent();
+        HostFixture::SetUp();
         GZ_ResourceManager::setHideLockedHandleParts(true);
         HostParmTemplate t(HOST_PARM_XYZ, "t", "Translate", 3);
         HostParmTemplate s(HOST_PARM_FLOAT, "scale", "Scale");
@@ -104,28 +101,8 @@ protected:
 
     void TearDown() override
     {
-        myDirector.clearScene();
-        for (auto it = myTypes.rbegin(); it != myTypes.rend(); ++it)
-            HostOperatorTable::getTable("Object")->deleteOperator(*it);
+        HostFixture::TearDown();
         GZ_ResourceManager::setHideLockedHandleParts(true);
-    }
-
-    HostOperator *addType(const std::string &table, const std::string &name,
-                          const HostParmTemplateList &templates)
-    {
-        HostOperator *op =
-            HostOperatorTable::getTable(table)->addOperator(name, name, templates, "");
-        if (op)
-            myTypes.push_back(name);
-        return op;
-    }
-
-    HostNode *make(const std::string &type, const std::string &path)
-    {
-        std::string error;
-        HostNode *node = myDirector.createNode(type, path, &error);
-        EXPECT_NE(node, nullptr) << error;
-        return node;
     }
 
     std::unique_ptr<TestLink> makeLink() { return std::make_unique<TestLink>(*myTemplate); }
@@ -144,8 +121,6 @@ protected:
         return node->findChannel(channel, k);
     }
 
-    HostDirector myDirector;
-    std::vector<std::string> myTypes;
     HostOperator *myXform = nullptr;
     HostOperator *myBox = nullptr;
     std::unique_ptr<GZ_GZTemplate> myTemplate;

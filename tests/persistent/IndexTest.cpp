@@ -46,10 +46,12 @@ TEST(OrderedList, MatchesAVectorThroughRandomEdits)
         case 0:
         case 1:
         {
-            // Appends and inserts at any place (undo puts members back where they were).
+            // Appends, inserts at the front (undo of deletions made first to last) and at
+            // any place (undo puts members back where they were).
             const bool fresh = std::find(model.begin(), model.end(), item) == model.end();
-            const int at = random() % 2 ? static_cast<int>(model.size())
-                                        : static_cast<int>(random() % (model.size() + 1));
+            const int end = static_cast<int>(model.size());
+            const int at = std::vector<int>{end, 0, static_cast<int>(random() % (end + 1))}
+                [random() % 3];
             EXPECT_EQ(list.insert(at, item), fresh);
             if (fresh)
                 model.insert(model.begin() + at, item);

@@ -122,42 +122,18 @@ TEST_F(PersistentSave, CommandsReportBadInputAndChangeNothing)
         const char *command;
         const char *error;
     };
+    // Each message is in the persistent_commands scenario; here: nothing changes.
     const Case cases[] = {
-        {"pomadd h", "Usage: "},
-        {"pomadd -g", "Usage: "},
         {"pomadd x nosuchtype", "Invalid handle type: nosuchtype\n"},
-        {"pomremove nobody", "Unknown handle: nobody\n"},
-        {"pomremove -g nogroup", "Unknown handle group: nogroup\n"},
-        {"pomremove", "Usage: "},
-        {"pomscript nobody", "Unknown handle: nobody\n"},
-        {"pomscript -g nogroup", "Unknown handle group: nogroup\n"},
-        {"pomscript a b", "Usage: "},
-        {"pomset nobody", "Unknown handle: nobody\n"},
+        {"pomadd -g", "Usage: "},
         {"pomset -g nogroup", "Unknown group: nogroup\n"},
-        {"pomset", "Usage: "},
-        {"pomattach h", "Usage: "},
         {"pomattach nobody /obj/geo1", "Unknown handle: nobody\n"},
         {"pomattach -g nogroup h", "Unknown handle group: nogroup\n"},
-        {"pomattach -g g", "Usage: "},
-        {"pomdetach", "Usage: "},
-        {"pomdetach nobody", "Unknown handle: nobody\n"},
-        {"pomdetach -g nogroup h", "Unknown handle group: nogroup\n"},
-        {"pomclear nobody", "Unknown handle: nobody\n"},
-        {"pomclear -g nogroup", "Unknown handle group: nogroup\n"},
-        {"pomclear", "Usage: "},
-        {"pomls nobody", "Unknown handle: nobody\n"},
-        {"pomls -g nogroup", "Unknown handle group: nogroup\n"},
-        {"pomls a b", "Usage: "},
-        {"pomrename nobody x", "Unknown handle: nobody\n"},
-        {"pomrename -g nogroup x", "Unknown handle group: nogroup\n"},
-        {"pomrename h", "Usage: "},
-        {"pomparm h", "Error: pomparm requires a handle name and handle settings.\n"},
-        {"pomparm -g g", "Error: pomparm requires a handle group and handle settings.\n"},
-        {"pomparm nobody x", "Unknown handle: nobody\n"},
-        {"pomparm -g nogroup x", "Unknown group: nogroup\n"},
         {"pomattach h /obj/nothing", "Unknown operator: /obj/nothing\n"},
         {"pomdetach h /obj/nothing", "Unknown operator: /obj/nothing\n"},
-        {"pomdetach h a b", "Usage: "},
+        {"pomrename -g nogroup x", "Unknown handle group: nogroup\n"},
+        {"pomparm -g g", "Error: pomparm requires a handle group and handle settings.\n"},
+        {"pomremove nobody", "Unknown handle: nobody\n"},
     };
     for (const Case &c : cases)
     {

