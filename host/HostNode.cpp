@@ -205,14 +205,7 @@ bool HostNode::bakeParmValue(HostParm &parm, int k, double time)
         return true;
     saveParmForUndo(parm);
     parmChanging(parm);
-    if (parm.getType().isString() || parm.getType().isData())
-        parm.setString(k, parm.evalString(k, time), HOST_STRING_LITERAL);
-    else
-    {
-        const double value = parm.evalFloat(k, time);
-        parm.destroyChannel(k, time);
-        parm.setValue(k, value);
-    }
+    parm.bakeValue(k, time);
     parmChanged(parm);
     return true;
 }

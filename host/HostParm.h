@@ -177,6 +177,9 @@ public:
     HostChannel *editChannel(int k);
     /// Removes the channel of component k; its value at `time` stays as the constant.
     void destroyChannel(int k, double time);
+    /// Component k keeps the value it has at `time` as its constant (a string parameter the
+    /// text as a plain value); its channel or expression goes. No undo record, no events.
+    void bakeValue(int k, double time);
     int getNumSegments(int k) const;
     bool isKeyAt(int k, double time) const;
     /// Keys the value component k has at `time` (creating the channel; an expression is

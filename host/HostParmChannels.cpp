@@ -240,6 +240,18 @@ void HostParm::destroyChannel(int k, double time)
     c.myChannel.reset();
 }
 
+void HostParm::bakeValue(int k, double time)
+{
+    if (getType().isString() || getType().isData())
+        setString(k, evalString(k, time), HOST_STRING_LITERAL);
+    else
+    {
+        const double value = evalFloat(k, time);
+        destroyChannel(k, time);
+        setValue(k, value);
+    }
+}
+
 int HostParm::getNumSegments(int k) const
 {
     const HostChannel *channel = getChannel(k);

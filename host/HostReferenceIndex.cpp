@@ -267,14 +267,20 @@ void HostReferenceIndex::collect(const std::set<Slot> &slots, const Match &m, st
 
 void HostReferenceIndex::sortReferrers(std::vector<HostReferrer> &refs)
 {
-    std::sort(refs.begin(), refs.end(),
-              [](const HostReferrer &a, const HostReferrer &b)
-              {
-                  return std::make_tuple(a.myParm->getNode()->getUniqueId(), a.myParm->getIndex(),
-                                         a.myComponent) <
-                         std::make_tuple(b.myParm->getNode()->getUniqueId(), b.myParm->getIndex(),
-                                         b.myComponent);
-              });
+    // The keys are read once per referrer: comparing through the parameters would visit
+    // scattered nodes O(n log n) times, which dominates once there are thousands.
+    using Key = std::tuple<int, int, int, size_t>;
+    std::vector<Key> keys;
+    keys.reserve(refs.size());
+    for (size_t i = 0; i < refs.size(); ++i)
+        keys.emplace_back(refs[i].myParm->getNode()->getUniqueId(), refs[i].myParm->getIndex(),
+                          refs[i].myComponent, i);
+    std::sort(keys.begin(), keys.end());
+    std::vector<HostReferrer> sorted;
+    sorted.reserve(refs.size());
+    for (const Key &key : keys)
+        sorted.push_back(refs[std::get<3>(key)]);
+    refs.swap(sorted);
 }
 
 std::vector<HostReferrer>

@@ -26,6 +26,8 @@ struct HostParmRange;
 /// fields directly through the setters; options without a field of their own live in an
 /// owned tag set, created on first write. Copying is deep (tags, menu) but leaves the
 /// channel-name cache and the current links behind.
+class GZ_EditScriptedParms;
+
 class GZ_EditScriptedParm
 {
 public:
@@ -169,6 +171,18 @@ public:
     void setCurrentLink(int k, const std::string &links) { myCurrentLinks.set(k, links); }
     /// The desired links of component `k` (-1: all) become the node's current links.
     void setAutolinksToCurrentLinks(HostNode *node, int k);
+    /// Adds links to the components: each path is a node path (from the root), "/" and a
+    /// parameter (one link per channel, component for component) or a channel (one link).
+    /// Switchers give nothing, nor do invisible parameters without `include_invisible`, nor
+    /// paths that lead nowhere; a component beyond the size takes component 0's place. A
+    /// link that another definition of `parms` holds is not added and gives the warning
+    /// "LINK already linked to NAME". Added links set the component's changed flag.
+    void addParametersToAutolink(const std::vector<std::string> &paths, const std::string &base,
+                                 bool include_invisible, const GZ_EditScriptedParms &parms,
+                                 std::vector<std::string> &warnings);
+    /// Removes the links the paths stand for (as `addParametersToAutolink` expands them)
+    /// from every component, setting the changed flags; whether any was there.
+    bool removeAutolinks(const std::vector<std::string> &paths, const std::string &base);
 
     // Conditions and help. Index: 0 disable-when, 1 hide-when, 2 no-cook-when.
     const std::string &getCondition(int i) const { return myConditions[i]; }

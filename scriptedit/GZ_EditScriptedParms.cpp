@@ -1,5 +1,6 @@
 // GZ_EditScriptedParms: the list, its structure rules, lookups and editing.
 #include "scriptedit/GZ_EditScriptedParms.h"
+#include "scriptedit/gz_LinkPaths.h"
 
 #include "scriptedit/gz_SafeNameContext.h"
 
@@ -129,48 +130,13 @@ int GZ_EditScriptedParms::getNestedFolderIndex(const std::vector<std::string> &l
 
 namespace
 {
-/// `path` made absolute against `base` and collapsed ("." and ".." resolved, no empty parts).
-std::string absolutePath(const std::string &path, const std::string &base)
-{
-    const std::string full = !path.empty() && path[0] == '/' ? path : base + "/" + path;
-    std::vector<std::string> parts;
-    size_t start = 0;
-    while (start <= full.size())
-    {
-        size_t slash = full.find('/', start);
-        if (slash == std::string::npos)
-            slash = full.size();
-        const std::string part = full.substr(start, slash - start);
-        if (part == "..")
-        {
-            if (!parts.empty())
-                parts.pop_back();
-        }
-        else if (!part.empty() && part != ".")
-            parts.push_back(part);
-        start = slash + 1;
-    }
-    std::string out;
-    for (const std::string &part : parts)
-        out += "/" + part;
-    return out.empty() ? "/" : out;
-}
+using gz_LinkPaths::absolutePath;
 
 bool linksHold(const std::string &links, const std::string &wanted, const std::string &base)
 {
-    size_t start = 0;
-    while (start < links.size())
-    {
-        const size_t begin = links.find_first_not_of(" \t\n", start);
-        if (begin == std::string::npos)
-            break;
-        size_t end = links.find_first_of(" \t\n", begin);
-        if (end == std::string::npos)
-            end = links.size();
-        if (absolutePath(links.substr(begin, end - begin), base) == wanted)
+    for (const std::string &link : gz_LinkPaths::split(links))
+        if (absolutePath(link, base) == wanted)
             return true;
-        start = end;
-    }
     return false;
 }
 } // namespace

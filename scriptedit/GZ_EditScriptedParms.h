@@ -118,6 +118,29 @@ public:
     void removeInvalidGroups(int start);
     void copyDefaultsFromNode(HostNode *node);
     void setAutolinksToCurrentLinks();
+
+    // Auto-links.
+    /// Adds link paths to `parm` (see GZ_EditScriptedParm::addParametersToAutolink); `parm`
+    /// goes to `changed` when its links changed.
+    void addParametersToAutolinks(GZ_EditScriptedParm *parm,
+                                  const std::vector<std::string> &paths, const std::string &base,
+                                  bool include_invisible,
+                                  std::vector<GZ_EditScriptedParm *> &changed,
+                                  std::vector<std::string> &warnings);
+    /// Brings the node's channel references in line with the desired links of every changed
+    /// component: references no longer wanted go (their value stays), wanted ones are made,
+    /// each target saved for undo. A link that cannot be resolved gives one warning and ends
+    /// its component. The node and parameter index of every changed target are appended.
+    void applyAutoLinks(std::vector<std::string> &warnings, std::vector<int> &node_ids,
+                        std::vector<int> &parm_indices);
+    /// Links into a node renamed or moved from `old_path` to `new_path` follow it; every
+    /// rewritten component's list becomes absolute. False when nothing changed or an
+    /// argument is empty.
+    bool updateAutoLinksForNameChange(const std::string &base, const std::string &old_path,
+                                      const std::string &new_path);
+    /// Tells the changed nodes that the parameters `applyAutoLinks` changed have changed.
+    static void updateNodesFromApplyAutoLinks(const std::vector<int> &node_ids,
+                                              const std::vector<int> &parm_indices);
     /// Numbers the "#" of names inside multiparms so that instances stay apart.
     void fixParmNamesForInstanceLevel();
     /// Hands the set to the host, which rebuilds the node's spare parameters from it as one
@@ -188,6 +211,9 @@ private:
     void createOne(const HostParmTemplate *&t, BuildState &state);
     void createImportGroups(BuildState &state, int switcher, int folder, int after);
     void removeMarked(const std::vector<bool> &marked);
+    void applyComponent(HostNode &node, GZ_EditScriptedParm &def, int k, double time,
+                        std::vector<std::string> &warnings, std::vector<int> &node_ids,
+                        std::vector<int> &parm_indices);
     /// Index of the first entry (with `openers_only`, opener) that `match` accepts, or -1.
     /// The first entry (or opener) called `name`; -1 for an empty name.
     int findNamedEntry(const std::string &name, bool openers_only) const;

@@ -2,39 +2,9 @@
 #include "scriptedit/gz_CurrentLinks.h"
 
 #include "host/HostDirector.h"
-#include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
-
-namespace
-{
-void collect(const HostNode &target, const HostParm *tparm, int tk, const HostNode &node,
-             std::string &out)
-{
-    const HostParmList &list = node.getParmList();
-    for (int i = 0; i < list.getEntries(); ++i)
-    {
-        const HostParm *parm = list.getParm(i);
-        for (int k = 0; k < parm->getVectorSize(); ++k)
-        {
-            HostNode *rnode = nullptr;
-            HostParm *rparm = nullptr;
-            int rk = -1;
-            if (!parm->getChannelReference(k, rnode, rparm, rk))
-                continue;
-            if (rnode != &target || rparm != tparm || rk != tk)
-                continue;
-            std::string path = target.getRelativePathTo(node);
-            std::string link =
-                path == "." ? parm->getChannelName(k) : path + "/" + parm->getChannelName(k);
-            out += out.empty() ? link : " " + link;
-        }
-    }
-    if (HostNetwork *net = node.getChildNetwork())
-        for (int i = 0; i < net->getNumNodes(); ++i)
-            collect(target, tparm, tk, *net->getNode(i), out);
-}
-} // namespace
+#include "host/HostReferenceIndex.h"
 
 std::string gz_CurrentLinks::read(const HostNode &node, const std::string &channel)
 {
@@ -43,6 +13,20 @@ std::string gz_CurrentLinks::read(const HostNode &node, const std::string &chann
     std::string out;
     if (!parm || !node.getDirector())
         return out;
-    collect(node, parm, k, *node.getDirector()->getRoot(), out);
+    const HostReferenceIndex &index = node.getDirector()->getReferenceIndex();
+    for (const HostReferrer &ref : index.findReferrers(node, *parm, k))
+    {
+        // Only a plain reference is a link; an expression that uses the channel is not.
+        HostNode *rnode = nullptr;
+        HostParm *rparm = nullptr;
+        int rk = -1;
+        if (!ref.myParm->getChannelReference(ref.myComponent, rnode, rparm, rk) ||
+            rnode != &node || rparm != parm || rk != k)
+            continue;
+        const std::string path = node.getRelativePathTo(*ref.myParm->getNode());
+        const std::string &name = ref.myParm->getChannelName(ref.myComponent);
+        const std::string link = path == "." ? name : path + "/" + name;
+        out += out.empty() ? link : " " + link;
+    }
     return out;
 }

@@ -9,6 +9,7 @@ namespace gz_CurrentLinks
 {
 /// The components of the scene whose expression is a plain channel reference to `channel`
 /// of `node`, as paths relative to `node` ("../geo2/tx"; "tx" on the node itself), joined by
-/// single blanks in scene order. Walks the whole scene: auto-links are read once per edit.
+/// single blanks, ordered by referring node id, parameter and component. Found through the
+/// reverse reference index, so the cost follows the referrers, not the scene.
 std::string read(const HostNode &node, const std::string &channel);
 } // namespace gz_CurrentLinks

@@ -179,6 +179,15 @@ void cmdParmGet(Shell &shell, HostCommandArgs &args)
     if (!node)
         return;
     std::string text, error;
+    HostNode *owner = nullptr;
+    HostParm *parm = nullptr;
+    int k = -1;
+    if (args.found('e') && node->resolveChannel(args.arg(2), owner, parm, k) &&
+        parm->hasExpression(k))
+    {
+        args.out() << parm->getExpression(k) << "\n";
+        return;
+    }
     HostChannelManager::get().takeEvalErrors(); // report only what this evaluation finds
     if (!ShellParmAccess::get(*node, args.arg(2), shell.director().getTime(), text, error))
     {
@@ -355,10 +364,10 @@ std::vector<ShellCommand> shellHostCommands()
          "-e  the values are expressions of the host's expression language\n-p  the values are "
          "expressions of the scripting language",
          4, -1},
-        {"parmget", "", "parmget PATH CHANNEL", &cmdParmGet, true,
+        {"parmget", "e", "parmget [-e] PATH CHANNEL", &cmdParmGet, true,
          "Writes the value of a channel (or of a parameter's first component) at the current "
          "time.",
-         "", 3, 3},
+         "-e  write the channel's expression instead, when it has one", 3, 3},
         {"tcur", "", "tcur [SECONDS]", &cmdTcur, true,
          "Without an argument writes the current time in seconds (%g); with one, sets it.", "", 1,
          2},

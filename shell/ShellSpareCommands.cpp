@@ -6,12 +6,17 @@
 
 #include "scriptedit/GZ_EditScriptedParms.h"
 #include "scriptedit/GZ_EditScriptedParmsAggregate.h"
+#include "scriptedit/GZ_OldParms.h"
+#include "persistent/GZ_Manager.h"
+#include "persistent/gz_ParmRenames.h"
 
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
+#include "host/HostParm.h"
 #include "host/HostOperatorTable.h"
 #include "host/HostReader.h"
 #include "host/HostUndoManager.h"
+#include "host/HostVariableName.h"
 
 #include <cstdlib>
 #include <memory>
@@ -113,6 +118,27 @@ int findEntry(HostCommandArgs &args, const GZ_EditScriptedParms &parms, const st
     return i;
 }
 
+/// Applies an edit whose renames and deletions `old` followed, repairing what referred to
+/// the old names, as one undo step; the repair warnings go to the error stream.
+void applyWithRepairs(Shell &shell, HostCommandArgs &args, GZ_EditScriptedParms &parms,
+                      GZ_OldParms &old)
+{
+    ShellUndoBlock block(shell, args);
+    std::vector<std::pair<std::string, std::string>> renamed;
+    std::vector<std::string> deleted, warnings;
+    old.getChannelChanges(parms, renamed, deleted);
+    HostNode *node = parms.getNode();
+    std::string error;
+    const bool ok = old.updateNode(parms, warnings, &error) != 0;
+    // The handles a user placed on the node keep working under the new names.
+    if (ok && node)
+        gz_ParmRenames::follow(*GZgetManager(), *node, renamed, deleted, warnings);
+    for (const std::string &line : warnings)
+        args.err() << line << "\n";
+    if (!ok)
+        args.err() << args.commandName() << ": " << error << "\n";
+}
+
 // sparerm NODEPATH NAME...
 void cmdSpareRm(Shell &shell, HostCommandArgs &args)
 {
@@ -124,13 +150,134 @@ void cmdSpareRm(Shell &shell, HostCommandArgs &args)
     for (int a = 2; a < args.argc(); ++a)
         if (findEntry(args, parms, args.arg(a)) < 0)
             return;
+    GZ_OldParms old;
+    old.preserveOldParms(parms);
     for (int a = 2; a < args.argc(); ++a)
     {
         const int i = parms.getParmIndexWithName(args.arg(a));
-        if (i >= 0)
-            parms.removeParms(i, i, /*fix_joins=*/true);
+        if (i < 0)
+            continue;
+        parms.removeParms(i, i, /*fix_joins=*/true);
+        old.deleteOldParm(args.argv(a));
     }
-    applyToNode(shell, args, parms);
+    applyWithRepairs(shell, args, parms, old);
+}
+
+/// Why `name` cannot become the name of spare parameter `parm`; empty when it can.
+std::string renameProblem(HostNode &node, const GZ_EditScriptedParms &parms,
+                          const GZ_EditScriptedParm &parm, const std::string &name)
+{
+    if (!HostVariableName::isValid(name, parm.getName().find('#') != std::string::npos ? "#"
+                                                                                        : nullptr))
+        return "invalid name " + name;
+    // The new name and every channel it brings must be free on the node (its own
+    // parameters and its other spares alike).
+    std::vector<std::string> names = parm.getChannelNames(name);
+    names.push_back(name);
+    for (const std::string &n : names)
+    {
+        int k = -1;
+        const HostParm *taken = node.findChannel(n, k);
+        if (!taken)
+            taken = node.getParm(n);
+        if ((taken && taken->getName() != parm.getName()) ||
+            (parms.getParmWithName(n) && parms.getParmWithName(n) != &parm))
+            return n + " is already used on " + node.getFullPath();
+    }
+    return std::string();
+}
+
+// sparerename NODEPATH OLD NEW
+void cmdSpareRename(Shell &shell, HostCommandArgs &args)
+{
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    GZ_EditScriptedParms parms(node, spareOptions());
+    const int i = findEntry(args, parms, args.arg(2));
+    if (i < 0)
+        return;
+    const std::string &name = args.arg(3);
+    if (name == args.arg(2))
+        return;
+    GZ_EditScriptedParm &parm = *parms.getParm(i);
+    const std::string problem = renameProblem(*node, parms, parm, name);
+    if (!problem.empty())
+    {
+        args.err() << "sparerename: " << problem << "; " << args.arg(2) << " is unchanged\n";
+        return;
+    }
+    GZ_OldParms old;
+    old.preserveOldParms(parms);
+    parm.setName(name);
+    old.renameOldParm(args.argv(2), name.c_str());
+    applyWithRepairs(shell, args, parms, old);
+}
+
+/// Changes the links of spare parameter argument 2 by the paths from argument 3 on (`link`:
+/// adds, else removes) and applies them as one undo step; warnings go to the error stream.
+void editLinks(Shell &shell, HostCommandArgs &args, bool link)
+{
+    HostNode *node = spareNode(shell, args, 1);
+    if (!node)
+        return;
+    GZ_EditScriptedParms::BuildOptions options = spareOptions();
+    options.myReadAutolinks = true;
+    GZ_EditScriptedParms parms(node, options);
+    const int i = findEntry(args, parms, args.arg(2));
+    if (i < 0)
+        return;
+    GZ_EditScriptedParm *def = parms.getParm(i);
+    std::vector<std::string> paths;
+    for (int a = 3; a < args.argc(); ++a)
+        paths.push_back(args.arg(a));
+    std::vector<std::string> warnings;
+    std::vector<GZ_EditScriptedParm *> changed;
+    if (link)
+        parms.addParametersToAutolinks(def, paths, node->getFullPath(), /*include_invisible=*/true,
+                                       changed, warnings);
+    else if (def->removeAutolinks(paths, node->getFullPath()))
+        changed.push_back(def);
+    if (changed.empty() && warnings.empty())
+        args.err() << args.commandName() << ": no link of " << args.arg(2)
+                   << (link ? " can be made to " : " leads to ") << "the paths given\n";
+    ShellUndoBlock block(shell, args);
+    std::vector<int> node_ids, parm_indices;
+    parms.applyAutoLinks(warnings, node_ids, parm_indices);
+    GZ_EditScriptedParms::updateNodesFromApplyAutoLinks(node_ids, parm_indices);
+    for (const std::string &warning : warnings)
+        args.err() << warning << "\n";
+}
+
+// sparelink NODEPATH PARM PATH...
+void cmdSpareLink(Shell &shell, HostCommandArgs &args)
+{
+    editLinks(shell, args, /*link=*/true);
+}
+
+// spareunlink NODEPATH PARM PATH...
+void cmdSpareUnlink(Shell &shell, HostCommandArgs &args)
+{
+    editLinks(shell, args, /*link=*/false);
+}
+
+// parmdeletebehavior [N]
+void cmdParmDeleteBehavior(Shell &, HostCommandArgs &args)
+{
+    if (args.argc() == 1)
+    {
+        args.out() << GZ_OldParms::getParameterDeletionBehavior() << "\n";
+        return;
+    }
+    char *end = nullptr;
+    const long value = std::strtol(args.argv(1), &end, 10);
+    if (end == args.argv(1) || *end != '\0' || value < 0 || value > 1000)
+    {
+        args.err() << "parmdeletebehavior: bad behaviour " << args.arg(1)
+                   << " (0 bake, 1 bake channel references, 2 report)\n";
+        return;
+    }
+    GZ_OldParms::setParameterDeletionBehavior(static_cast<int>(value));
 }
 
 // sparemv NODEPATH NAME OFFSET
@@ -216,8 +363,22 @@ std::vector<ShellCommand> shellSpareCommands()
          "-s  SOURCE is the section itself, not a file", 3, 3},
         {"sparels", "", "sparels NODEPATH", &cmdSpareLs, true,
          "Writes the node's spare parameters as a parameter section.", "", 2, 2},
-        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true, "Removes the named entries.",
+        {"sparerm", "", "sparerm NODEPATH NAME...", &cmdSpareRm, true,
+         "Removes the named entries; what referred to them is baked or reported as "
+         "parmdeletebehavior says.",
          "", 3, -1},
+        {"sparerename", "", "sparerename NODEPATH OLD NEW", &cmdSpareRename, true,
+         "Renames a spare parameter and its channels, and repairs the expressions, channel "
+         "references and fields that named it.",
+         "", 4, 4},
+        {"parmdeletebehavior", "", "parmdeletebehavior [N]", &cmdParmDeleteBehavior, true,
+         "Sets what removing a spare parameter does to references to it, or writes it.", "", 1, 2},
+        {"sparelink", "", "sparelink NODEPATH PARM PATH...", &cmdSpareLink, true,
+         "Makes parameters of other nodes (or of the same node) follow the spare parameter "
+         "PARM.",
+         "", 4, -1},
+        {"spareunlink", "", "spareunlink NODEPATH PARM PATH...", &cmdSpareUnlink, true,
+         "Removes links that sparelink made.", "", 4, -1},
         {"sparemv", "", "sparemv NODEPATH NAME OFFSET", &cmdSpareMv, true,
          "Moves one entry by OFFSET places (negative: up).", "", 4, 4},
         {"sparecompile", "", "sparecompile NODEPATH", &cmdSpareCompile, true,

@@ -1,5 +1,5 @@
 // Spare parameter commands end to end: a section added, listed, fed to another node, compiled.
-#include "shell/Shell.h"
+#include "SharedShell.h"
 
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
@@ -13,22 +13,9 @@
 
 namespace
 {
-/// Runs one command line in a shared shell and returns its standard output.
 std::string run(const std::string &text, std::string *errors = nullptr)
 {
-    static Shell *theShell = []
-    {
-        auto *s = new Shell;
-        s->startup({});
-        return s;
-    }();
-    std::ostringstream out, err;
-    theShell->commands().setStreams(&out, &err);
-    theShell->commands().execute(text);
-    theShell->commands().setStreams(nullptr, nullptr);
-    if (errors)
-        *errors = err.str();
-    return out.str();
+    return runInSharedShell(text, errors);
 }
 } // namespace
 

@@ -1,0 +1,364 @@
+// GZ_OldParms: repairing the references to renamed and deleted parameters.
+#include "scriptedit/GZ_OldParms.h"
+
+#include "host/HostCommandManager.h"
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+#include "host/HostParm.h"
+#include "host/HostReferenceIndex.h"
+#include "host/HostSpareData.h"
+
+#include <set>
+
+namespace
+{
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+const char *const CONDITION_FIELDS[3] = {"Disable When", "Hide When", "No Cook When"};
+
+std::string deletedLine(const std::string &name)
+{
+    return "The parameter '" + name + "' has been deleted,";
+}
+
+std::string changedLine(const gz_OldParm &rec)
+{
+    if (rec.isDeleted())
+        return deletedLine(rec.getOldChannel());
+    return "The parameter '" + rec.getOldChannel() + "' has been renamed to '" +
+           rec.getNewChannel() + "',";
+}
+
+std::string referencedLine(const HostParm &parm, int k)
+{
+    return "        and is referenced by '" + parm.getNode()->getFullPath() + "/" +
+           parm.getChannelName(k) + "'";
+}
+
+std::string expressionLine(const std::string &text)
+{
+    return "        in the expression '" + text + "'.";
+}
+
+// Runs a host command on the library's behalf: its output is not examined.
+void runCommand(const std::string &text)
+{
+    HostExecOptions options;
+    options.output = false;
+    options.errors = false;
+    HostCommandManager::getInstance()->execute(text, options);
+}
+
+bool mayModify(const HostParm &parm, int k)
+{
+    return parm.getNode()->canModify() && !parm.isLocked(k);
+}
+} // namespace
+
+struct GZ_OldParms::Context
+{
+    HostNode *myNode;
+    GZ_EditScriptedParms *myParms;
+    std::vector<std::string> *myWarnings;
+    Pairs *myRenamed;
+    double myTime;
+    /// Names of the edited node's parameters that this edit replaces: their own
+    /// expressions go with them and are not repaired.
+    std::set<std::string> myReplaced;
+};
+
+void GZ_OldParms::resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
+                                      std::vector<std::string> &warnings, Pairs *renamed)
+{
+    HostNode *node = HostDirector::instance()->findNodeById(node_id);
+    if (!node)
+        return;
+    Pairs local;
+    Context ctx{node, &parms, &warnings, renamed ? renamed : &local,
+                node->getDirector()->getTime(), {}};
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
+            ctx.myReplaced.insert(rec.myOriginalName);
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
+            resolveInInterface(rec, parms, *node, warnings);
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
+            resolveOldParmChannels(rec, ctx);
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
+            resolveOnNode(rec, ctx);
+}
+
+// Callbacks (in the command language only), conditions, tab conditions and defaults of
+// every definition, from the last to the first.
+void GZ_OldParms::resolveInInterface(const gz_OldParm &rec, GZ_EditScriptedParms &parms,
+                                     const HostNode &node,
+                                     std::vector<std::string> &warnings) const
+{
+    const std::string old_channel = rec.getOldChannel();
+    const std::string new_channel = rec.getNewChannel();
+    for (int i = parms.entries() - 1; i >= 0; --i)
+    {
+        GZ_EditScriptedParm &def = *parms.getParm(i);
+        // Rewrites one field; a deleted record only reports the field that names it.
+        auto fix = [&](const std::string &text, const std::string &field) -> std::string
+        {
+            std::string out;
+            if (!getModifiedString(text, out, &node, &node, old_channel, new_channel))
+                return text;
+            if (!rec.isDeleted())
+                return out;
+            warnings.push_back(deletedLine(rec.myOriginalName));
+            warnings.push_back("        but is referenced by the '" + field + "' field of '" +
+                               def.getName() + "'.");
+            return text;
+        };
+        if (def.getCallbackLanguage() != 1)
+            if (const char *callback = def.getSpareValue(HostSpareData::CALLBACK_TAG))
+            {
+                const std::string text = fix(callback, "Callback");
+                if (text != callback)
+                    def.setSpareValue(HostSpareData::CALLBACK_TAG, text.c_str());
+            }
+        for (int c = 0; c < 3; ++c)
+        {
+            def.setCondition(c, fix(def.getCondition(c), CONDITION_FIELDS[c]));
+            def.setTabCondition(c, fix(def.getTabCondition(c),
+                                       std::string("Tab ") + CONDITION_FIELDS[c]));
+        }
+        for (int k = def.getSize() - 1; k >= 0; --k)
+            def.setDefault(k, fix(def.getDefault(k), "Default"));
+    }
+}
+
+void GZ_OldParms::addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
+                                  Pairs &pairs) const
+{
+    if (!rec.myOriginalSuffix.empty() || !rec.myCurrentSuffix.empty())
+    {
+        pairs.emplace_back(rec.getOldChannel(), rec.getNewChannel());
+        return;
+    }
+    const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName);
+    const GZ_EditScriptedParm *after = parms.getParmWithName(rec.myCurrentName);
+    if (!before || !after)
+        return;
+    const std::vector<std::string> &old_names = before->getChannelNames();
+    const std::vector<std::string> &new_names = after->getChannelNames();
+    for (size_t i = 0; i < old_names.size() && i < new_names.size(); ++i)
+        pairs.emplace_back(old_names[i], new_names[i]);
+}
+
+// The referrers are found by the old names (the parameter name, which stands for its first
+// component, and every channel name), so a deleted or renamed parameter's referrers are
+// found whether or not the node still has it.
+void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const
+{
+    Pairs pairs;
+    if (rec.isDeleted())
+    {
+        if (const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName))
+            for (const std::string &channel : before->getChannelNames())
+                pairs.emplace_back(channel, channel);
+        if (!rec.myOriginalSuffix.empty())
+            pairs.assign(1, {rec.getOldChannel(), rec.getOldChannel()});
+    }
+    else
+        addChannelNames(rec, *ctx.myParms, pairs);
+    if (rec.myOriginalSuffix.empty() &&
+        (pairs.empty() || pairs.front().first != rec.myOriginalName))
+        pairs.insert(pairs.begin(), {rec.myOriginalName, rec.myCurrentName});
+    addInstanceNames(*ctx.myNode, pairs);
+    for (const auto &pair : pairs)
+        resolveSingleParm(rec, pair.first, pair.second, ctx);
+}
+
+// References name the instances of a multiparm ("pt2"), not its pattern ("pt#"): every
+// instance the node has gets its own pair. One level of instance marks only.
+void GZ_OldParms::addInstanceNames(const HostNode &node, Pairs &pairs)
+{
+    const size_t count = pairs.size();
+    for (size_t p = 0; p < count; ++p)
+    {
+        const std::string from = pairs[p].first;
+        const std::string to = pairs[p].second;
+        const size_t mark = from.find('#');
+        if (mark == std::string::npos || from.find('#', mark + 1) != std::string::npos)
+            continue;
+        for (int i = 0, missing = 0; missing < 2; ++i)
+        {
+            std::string instance = from;
+            instance.replace(mark, 1, std::to_string(i));
+            int k = -1;
+            if (!node.findChannel(instance, k))
+            {
+                missing += i > 0 ? 1 : 0;
+                continue;
+            }
+            std::string renamed = to;
+            const size_t at = renamed.find('#');
+            if (at != std::string::npos)
+                renamed.replace(at, 1, std::to_string(i));
+            pairs.emplace_back(instance, renamed);
+        }
+    }
+}
+
+void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &old_channel,
+                                    const std::string &new_channel, Context &ctx) const
+{
+    HostNode &edited = *ctx.myNode;
+    std::vector<std::string> &warnings = *ctx.myWarnings;
+    const int behavior = getParameterDeletionBehavior();
+    const GZ_EditScriptedParm *now = ctx.myParms->getParmWithName(rec.myCurrentName);
+    const bool check_reference =
+        rec.isDeleted() || (now && now->getAutolinkChanged(rec.myComponent) != 0);
+    int old_k = -1;
+    const HostParm *old_parm = edited.findChannel(old_channel, old_k);
+    const std::vector<HostReferrer> referrers =
+        edited.getDirector()->getReferenceIndex().findReferrersByName(edited, old_channel);
+    for (const HostReferrer &ref : referrers)
+    {
+        HostParm &parm = *ref.myParm;
+        HostNode &rnode = *parm.getNode();
+        const int k = ref.myComponent;
+        if (&rnode == &edited && ctx.myReplaced.count(parm.getName()) != 0)
+            continue;
+        const std::string text = parm.getExpression(k);
+        HostNode *tnode = nullptr;
+        HostParm *tparm = nullptr;
+        int tk = -1;
+        if (check_reference && parm.getChannelReference(k, tnode, tparm, tk) &&
+            tnode == &edited && tparm == old_parm && tk == old_k)
+        {
+            if (rec.isDeleted() && behavior >= 2)
+            {
+                warnings.insert(warnings.end(), {deletedLine(rec.getOldChannel()),
+                                                 referencedLine(parm, k), expressionLine(text)});
+                continue;
+            }
+            if (!mayModify(parm, k))
+            {
+                warnings.insert(warnings.end(),
+                                {changedLine(rec), referencedLine(parm, k),
+                                 "        An attempt to modify this reference failed."});
+                continue;
+            }
+            rnode.bakeParmValue(parm, k, ctx.myTime);
+            // Only animation moves over: an expression would read differently from there.
+            if (old_parm->hasChannel(old_k))
+                runCommand("chcp '" + edited.getFullPath() + "/" + old_channel + "' '" +
+                       rnode.getFullPath() + "/" + parm.getChannelName(k) + "'");
+            continue;
+        }
+        std::string rewritten;
+        if (!getModifiedString(text, rewritten, &edited, &rnode, old_channel, new_channel))
+            continue;
+        if (!mayModify(parm, k))
+        {
+            warnings.insert(warnings.end(),
+                            {changedLine(rec), referencedLine(parm, k), expressionLine(text),
+                             "        An attempt to modify this expression failed."});
+        }
+        else if (!rec.isDeleted())
+        {
+            rnode.saveParmForUndo(parm);
+            rnode.parmChanging(parm);
+            parm.setString(k, ctx.myTime, rewritten, parm.getStringMeaning(k));
+            rnode.parmChanged(parm);
+        }
+        else if (behavior == 0)
+            rnode.bakeParmValue(parm, k, ctx.myTime);
+        else
+            warnings.insert(warnings.end(), {deletedLine(rec.getOldChannel()),
+                                             referencedLine(parm, k), expressionLine(text)});
+    }
+}
+
+void GZ_OldParms::resolveOnNode(const gz_OldParm &rec, Context &ctx) const
+{
+    HostNode &node = *ctx.myNode;
+    if (rec.isDeleted())
+    {
+        HostParm *parm = node.getParm(rec.myOriginalName);
+        int k = -1;
+        if (!parm)
+            parm = node.findChannel(rec.getOldChannel(), k);
+        if (!parm)
+            return;
+        node.saveParmForUndo(*parm);
+        node.parmChanging(*parm);
+        for (int c = 0; c < parm->getVectorSize(); ++c)
+            parm->destroyChannel(c, ctx.myTime);
+        node.parmChanged(*parm);
+        return;
+    }
+    Pairs pairs;
+    addChannelNames(rec, *ctx.myParms, pairs);
+    for (const auto &pair : pairs)
+    {
+        runCommand("chrename '" + node.getFullPath() + "/" + pair.first + "' '" + pair.second +
+                   "'");
+        ctx.myRenamed->push_back(pair);
+    }
+}
+
+void GZ_OldParms::getChannelChanges(const GZ_EditScriptedParms &parms, Pairs &renamed,
+                                    std::vector<std::string> &deleted) const
+{
+    for (const gz_OldParm &rec : myRecords)
+    {
+        if (!rec.isChanged())
+            continue;
+        Pairs pairs;
+        if (rec.myOriginalSuffix.empty())
+            pairs.emplace_back(rec.myOriginalName, rec.myCurrentName);
+        if (rec.isDeleted())
+        {
+            const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName);
+            if (before && rec.myOriginalSuffix.empty())
+                for (const std::string &channel : before->getChannelNames())
+                    pairs.emplace_back(channel, channel);
+            else if (!rec.myOriginalSuffix.empty())
+                pairs.emplace_back(rec.getOldChannel(), rec.getOldChannel());
+            for (const auto &pair : pairs)
+                deleted.push_back(pair.first);
+            continue;
+        }
+        addChannelNames(rec, parms, pairs);
+        renamed.insert(renamed.end(), pairs.begin(), pairs.end());
+    }
+}
+
+int GZ_OldParms::updateNode(GZ_EditScriptedParms &parms, std::vector<std::string> &warnings,
+                            std::string *error)
+{
+    HostNode *node = parms.getNode();
+    if (!node)
+        return parms.updateNode(error);
+    // The interim interface: the new one with every changed plain parameter beside it under
+    // its old name, so that chrename and the bakes still find the old channels.
+    GZ_EditScriptedParms interim(parms);
+    for (const gz_OldParm &rec : myRecords)
+    {
+        const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName);
+        if (rec.isChanged() && before && !before->getIsGroupParm() &&
+            before->getName().find('#') == std::string::npos &&
+            !interim.getParmWithName(before->getName()))
+            interim.addParm(std::make_unique<GZ_EditScriptedParm>(*before));
+    }
+    const bool with_interim = interim.entries() != parms.entries();
+    if (with_interim && !interim.updateNode(error))
+        return 0;
+    resolveOldParmLinks(node->getUniqueId(), parms, warnings);
+    if (parms.updateNode(error))
+        return 1;
+    if (with_interim)
+    {
+        // The host refused the final interface: the node must not keep the interim one.
+        GZ_EditScriptedParms original(myOriginal);
+        original.updateNode();
+    }
+    return 0;
+}
