@@ -3,8 +3,7 @@
 
 #include <string>
 
-/// One kind of file: its name (what -t takes) and the reader that checks it. A null `check`
-/// marks a kind whose reader the host does not have yet: such files are named but refused.
+/// One kind of file: its name (what -t takes) and the reader that checks it.
 struct CheckKind
 {
     const char *name;

@@ -75,11 +75,6 @@ bool Checker::checkFile(const std::string &path, const CheckKind *forced)
         return false;
     }
     const CheckKind &kind = forced ? *forced : CheckKinds::guess(path, text);
-    if (!kind.check)
-    {
-        std::cerr << "gzcheck: " << path << ": " << kind.name << " files cannot be checked yet\n";
-        return false;
-    }
     kind.check(path, text);
     return true;
 }
