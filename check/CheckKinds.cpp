@@ -5,6 +5,7 @@
 #include "host/HostDiagnostics.h"
 #include "host/HostAssetLibraryFile.h"
 #include "host/HostDialogStream.h"
+#include "host/HostReader.h"
 #include "host/HostScriptPage.h"
 #include "host/HostSpareLayout.h"
 #include "persistent/GZ_ScriptOperator.h"
@@ -67,12 +68,13 @@ void checkLibrary(const std::string &path, const std::string &text)
         HostDiagnostics::report(HostDiagSeverity::Error, path, line, error, error);
 }
 
-/// Splits the catalogue's "FILE[LINE]: message" lines back into a finding each; lines about
-/// other files of the catalogue (the shipped ones it rebuilds with) are not this file's.
-void reportPropertyErrors(const std::string &path, const std::string &errors)
+/// Splits the catalogue's "FILE[LINE]: message" lines about `name` (how the catalogue names
+/// the file) back into findings on `path`; lines about its other files are not this file's.
+void reportPropertyErrors(const std::string &path, const std::string &name,
+                          const std::string &errors)
 {
     std::istringstream lines(errors);
-    const std::string prefix = path + "[";
+    const std::string prefix = name + "[";
     for (std::string line; std::getline(lines, line);)
     {
         if (line.compare(0, prefix.size(), prefix) != 0)
@@ -88,22 +90,33 @@ void reportPropertyErrors(const std::string &path, const std::string &errors)
     }
 }
 
-void checkProperties(const std::string &path, const std::string &)
+/// The name under which the catalogue already lists `path` (a shipped file, found on the
+/// search path), or empty when it does not.
+std::string catalogueName(const std::string &path)
 {
-    // A file already on the search path is read again by a plain rebuild; adding it a second
-    // time would only report its classes as duplicates of themselves.
     std::vector<std::string> known;
     GZ_SpareProperty::getClassFiles(known);
     std::error_code ec;
-    bool shipped = false;
     for (const std::string &file : known)
-        shipped = shipped || std::filesystem::equivalent(file, path, ec);
+    {
+        std::string found;
+        if (HostReader::findFile(file, found) && std::filesystem::equivalent(found, path, ec))
+            return file;
+    }
+    return std::string();
+}
+
+void checkProperties(const std::string &path, const std::string &)
+{
+    // A file the catalogue already lists is read again by a plain rebuild; adding it a second
+    // time would only report its classes as duplicates of themselves.
+    const std::string name = catalogueName(path);
     std::string errors;
-    if (shipped)
+    if (!name.empty())
         GZ_SpareProperty::initialize(errors);
     else
         GZ_SpareProperty::addClassFile(errors, path.c_str(), GZ_SPARE_PROPERTY_NO_PACKAGE);
-    reportPropertyErrors(path, errors);
+    reportPropertyErrors(path, name.empty() ? path : name, errors);
 }
 
 const CheckKind KINDS[] = {

@@ -55,6 +55,7 @@ int Checker::main(int argc, const char *const *argv)
     for (const std::string &file : files)
     {
         current = file;
+        mySeen.clear();
         all_read = checkFile(file, forced) && all_read;
     }
     if (myQuiet)
@@ -82,12 +83,16 @@ bool Checker::checkFile(const std::string &path, const CheckKind *forced)
 void Checker::print(const HostDiagnostic &d, const std::string &path)
 {
     const bool error = d.mySeverity == HostDiagSeverity::Error;
+    std::string line = d.myFile.empty() ? path : d.myFile;
+    if (d.myLine > 0)
+        line += ":" + std::to_string(d.myLine);
+    line += (error ? ": error: " : ": warning: ") + d.myMessage;
+    // A reader that has to read a file twice (the catalogue rebuilds itself to take a file
+    // in) reports its problems twice; one finding is one line.
+    if (!mySeen.insert(line).second)
+        return;
     myErrors += error ? 1 : 0;
     ++myFindings;
-    if (myQuiet)
-        return;
-    std::cout << (d.myFile.empty() ? path : d.myFile);
-    if (d.myLine > 0)
-        std::cout << ":" << d.myLine;
-    std::cout << (error ? ": error: " : ": warning: ") << d.myMessage << "\n";
+    if (!myQuiet)
+        std::cout << line << "\n";
 }

@@ -1,6 +1,7 @@
 // Checker: gzcheck itself — arguments, reading files and printing what their readers report.
 #pragma once
 
+#include <set>
 #include <string>
 
 struct CheckKind;
@@ -32,4 +33,6 @@ private:
     bool myQuiet = false;
     int myErrors = 0;
     int myFindings = 0;
+    /// The lines printed for the file being checked.
+    std::set<std::string> mySeen;
 };
