@@ -151,6 +151,26 @@ int GZ_Manager::getGZIndex(const char *name) const
     return best;
 }
 
+GZ_OHLPersistent *GZ_Manager::findGZ(const char *name) const
+{
+    if (!name)
+        return nullptr;
+    const void *last = nullptr;
+    bool shared = false;
+    myGZNames.forEachHolder(name,
+                            [&last, &shared](const void *holder)
+                            {
+                                shared = last != nullptr;
+                                last = holder;
+                            });
+    if (shared)
+        return getGZ(getGZIndex(name));
+    // A handle leaves the list before its name leaves the index (listeners hear of the
+    // removal in between), so the list has the last word.
+    auto *handle = static_cast<GZ_OHLPersistent *>(const_cast<void *>(last));
+    return handle && myMasterGroup.contains(handle) ? handle : nullptr;
+}
+
 int GZ_Manager::getGZIndex(const GZ_OHLPersistent *handle) const
 {
     return myMasterGroup.getGZIndex(handle);
@@ -298,8 +318,11 @@ int GZ_Manager::getGroupIndex(const char *name) const
 
 void GZ_Manager::addGZtoGroup(int gz_index, int group_index)
 {
-    GZ_OHLGroup *group = getGroup(group_index);
-    GZ_OHLPersistent *handle = getGZ(gz_index);
+    addGZtoGroup(getGZ(gz_index), getGroup(group_index));
+}
+
+void GZ_Manager::addGZtoGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group)
+{
     if (!group || !handle || group->contains(handle))
         return;
     gz_UndoBlock block("Add To Handle Group");
@@ -310,8 +333,11 @@ void GZ_Manager::addGZtoGroup(int gz_index, int group_index)
 
 void GZ_Manager::removeGZfromGroup(int gz_index, int group_index)
 {
-    GZ_OHLGroup *group = getGroup(group_index);
-    GZ_OHLPersistent *handle = getGZ(gz_index);
+    removeGZfromGroup(getGZ(gz_index), getGroup(group_index));
+}
+
+void GZ_Manager::removeGZfromGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group)
+{
     if (!group || !handle)
         return;
     gz_UndoBlock block("Remove From Handle Group");

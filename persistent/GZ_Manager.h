@@ -73,6 +73,9 @@ public:
     GZ_OHLPersistent *getGZ(int index) const { return myMasterGroup.getGZ(index); }
     /// The index of the last handle of exactly that name, or -1.
     int getGZIndex(const char *name) const;
+    /// The last handle of exactly that name, or null: getGZ(getGZIndex(name)) without
+    /// computing an index when, as almost always, one handle holds the name.
+    GZ_OHLPersistent *findGZ(const char *name) const;
     /// The index of the last handle equal to `link` (GZ_OpHandleLink::isEqual), or -1.
     int getGZIndex(const GZ_OpHandleLink &link) const;
     /// The index of a handle, or -1 when it is not one of this manager's.
@@ -91,6 +94,9 @@ public:
     int getGroupIndex(const GZ_OHLGroup *group) const { return myGroups.indexOf(group); }
     void addGZtoGroup(int gz_index, int group_index);
     void removeGZfromGroup(int gz_index, int group_index);
+    /// The same for a handle and a group already found (null: nothing happens).
+    void addGZtoGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group);
+    void removeGZfromGroup(GZ_OHLPersistent *handle, GZ_OHLGroup *group);
     void clearGroup(int group_index);
     /// Puts a handle into a group at a member index (at the end when the index is past it)
     /// without an undo record, as undo does when it re-creates a handle that was a member.

@@ -13,7 +13,7 @@ namespace
 {
 GZ_OHLPersistent *findGZ(const GZ_Manager *manager, const std::string &name)
 {
-    return manager->getGZ(manager->getGZIndex(name.c_str()));
+    return manager->findGZ(name.c_str());
 }
 
 GZ_OHLGroup *findGroup(const GZ_Manager *manager, const std::string &name)
@@ -189,8 +189,7 @@ void GZ_UndoGroupMember::apply(bool add) const
     if (add)
         myManager->insertGZinGroup(handle, group, myIndex);
     else if (group->contains(handle))
-        myManager->removeGZfromGroup(myManager->getGZIndex(handle),
-                                     myManager->getGroupIndex(group));
+        myManager->removeGZfromGroup(handle, group);
 }
 
 // ---------------------------------------------------------------------------------------

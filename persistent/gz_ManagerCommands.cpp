@@ -23,7 +23,7 @@ int numArgs(const HostCommandArgs &args)
 
 GZ_OHLPersistent *findGZ(GZ_Manager &manager, const std::string &name)
 {
-    return manager.getGZ(manager.getGZIndex(name.c_str()));
+    return manager.findGZ(name.c_str());
 }
 
 GZ_OHLGroup *findGroup(GZ_Manager &manager, const std::string &name)
@@ -209,16 +209,16 @@ void changeMembers(GZ_Manager &manager, HostCommandArgs &args, Change change)
 {
     if (numArgs(args) < 2)
         return args.showUsage();
-    const int group = manager.getGroupIndex(args.argv(1));
-    if (group < 0)
+    GZ_OHLGroup *group = findGroup(manager, args.arg(1));
+    if (!group)
     {
         args.err() << theUnknownGroup << args.arg(1) << "\n";
         return;
     }
     for (int a = 2; a < args.argc(); ++a)
     {
-        const int handle = manager.getGZIndex(args.argv(a));
-        if (handle < 0)
+        GZ_OHLPersistent *handle = manager.findGZ(args.argv(a));
+        if (!handle)
             args.err() << "Unknown handle: " << args.arg(a) << "\n";
         else
             change(handle, group);
@@ -262,7 +262,7 @@ void pomattach(GZ_Manager &manager, HostCommandArgs &args)
 {
     if (args.found('g'))
         return changeMembers(manager, args,
-                             [&manager](int handle, int group)
+                             [&manager](GZ_OHLPersistent *handle, GZ_OHLGroup *group)
                              { manager.addGZtoGroup(handle, group); });
     if (numArgs(args) < 2)
         return args.showUsage();
@@ -283,7 +283,7 @@ void pomdetach(GZ_Manager &manager, HostCommandArgs &args)
 {
     if (args.found('g'))
         return changeMembers(manager, args,
-                             [&manager](int handle, int group)
+                             [&manager](GZ_OHLPersistent *handle, GZ_OHLGroup *group)
                              { manager.removeGZfromGroup(handle, group); });
     if (numArgs(args) < 1)
         return args.showUsage();
