@@ -43,8 +43,8 @@ bool gz_NameIndex::splitNumbered(const std::string &name, std::string &prefix,
 
 void gz_NameIndex::add(const std::string &name, const void *object)
 {
-    auto inserted = myNames.try_emplace(name);
-    Holders &holders = inserted.first->second;
+    const auto inserted = myNames.tryEmplace(name);
+    Holders &holders = *inserted.first;
     if (!inserted.second)
     {
         holders.more.push_back(object);
@@ -56,10 +56,10 @@ void gz_NameIndex::add(const std::string &name, const void *object)
 
 void gz_NameIndex::remove(const std::string &name, const void *object)
 {
-    auto it = myNames.find(name);
-    if (it == myNames.end())
+    Holders *entry = myNames.find(name);
+    if (!entry)
         return;
-    Holders &holders = it->second;
+    Holders &holders = *entry;
     if (holders.first != object)
     {
         auto found = std::find(holders.more.begin(), holders.more.end(), object);
@@ -73,7 +73,7 @@ void gz_NameIndex::remove(const std::string &name, const void *object)
         holders.more.erase(holders.more.begin());
         return;
     }
-    myNames.erase(it);
+    myNames.erase(name);
     markFree(name);
 }
 

@@ -1,6 +1,8 @@
 // gz_NameIndex: the names of persistent handles or groups, and the free-name rule over them.
 #pragma once
 
+#include "persistent/gz_NameTable.h"
+
 #include <cstdint>
 #include <map>
 #include <string>
@@ -30,15 +32,15 @@ public:
     void remove(const std::string &name, const void *object);
     void clear();
 
-    bool isTaken(const std::string &name) const { return myNames.count(name) != 0; }
+    bool isTaken(const std::string &name) const { return myNames.find(name) != nullptr; }
     /// Calls fn(object) for every object holding `name`.
     template <typename Fn> void forEachHolder(const std::string &name, Fn &&fn) const
     {
-        auto it = myNames.find(name);
-        if (it == myNames.end())
+        const Holders *holders = myNames.find(name);
+        if (!holders)
             return;
-        fn(it->second.first);
-        for (const void *object : it->second.more)
+        fn(holders->first);
+        for (const void *object : holders->more)
             fn(object);
     }
 
@@ -66,6 +68,6 @@ private:
         std::vector<const void *> more;
     };
 
-    std::unordered_map<std::string, Holders> myNames;
+    gz_NameTable<Holders> myNames;
     std::unordered_map<std::string, Intervals> myNumbers;
 };
