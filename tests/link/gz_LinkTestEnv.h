@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gztest
@@ -58,6 +60,23 @@ public:
     {
         return myInterests.empty() ? GZ_OpHandleLink::getInputGroupInterests()
                                    : const_cast<GZ_Interest *>(myInterests.data());
+    }
+
+    /// Binds handle parameters 0, 1, ... of `type` in order; a null entry skips an index.
+    void bind(const char *type, std::initializer_list<const char *> bindings)
+    {
+        int index = 0;
+        for (const char *binding : bindings)
+            if (const int i = index++; binding)
+                linkOpParm(type, i, binding);
+    }
+
+    /// A read as (result, value), so that one check covers both.
+    template <typename T> std::pair<int, T> get(int index, T dflt) const
+    {
+        T value{};
+        const int result = getParmValue(index, value, dflt);
+        return {result, value};
     }
 
     /// Makes the link watch handle parameter `index` through `callback`.
