@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <utility>
 
 namespace
 {
@@ -24,14 +25,13 @@ const typename gz_SpecificSetting<T>::ValueType &valueOf(const gz_Setting &s)
 
 TEST(SettingListParse, EmptyNullAndBlankTextsGiveEmptyLists)
 {
-    GZ_SettingList list;
-    list.appendSetting("stale", 1);
-    EXPECT_EQ(parseInto(list, nullptr), "");
-    EXPECT_TRUE(list.isEmpty());
-    EXPECT_EQ(parseInto(list, ""), "");
-    EXPECT_TRUE(list.isEmpty());
-    EXPECT_EQ(parseInto(list, " \t\n\v\f\r "), "");
-    EXPECT_TRUE(list.isEmpty());
+    for (const char *text : {static_cast<const char *>(nullptr), "", " \t\n\v\f\r "})
+    {
+        GZ_SettingList list;
+        list.appendSetting("stale", 1);
+        EXPECT_EQ(parseInto(list, text), "");
+        EXPECT_TRUE(list.isEmpty());
+    }
 }
 
 TEST(SettingListParse, ReadsEachValueForm)
@@ -40,7 +40,6 @@ TEST(SettingListParse, ReadsEachValueForm)
     EXPECT_EQ(parseInto(list, "a(1)"), "");
     EXPECT_EQ(valueOf<GZ_SETTING_NUMBER>(only(list)), 1.0);
     EXPECT_EQ(only(list).getName(), "a");
-
     EXPECT_EQ(parseInto(list, "a( 1  2 )"), "");
     EXPECT_EQ(valueOf<GZ_SETTING_VECTOR2>(only(list)), (GZ_Vector2{1, 2}));
     EXPECT_EQ(parseInto(list, "\ta\n(\v1 2\r3\f)\n"), "");
@@ -48,15 +47,16 @@ TEST(SettingListParse, ReadsEachValueForm)
     EXPECT_EQ(parseInto(list, "a(1 2 3 4)"), "");
     EXPECT_EQ(valueOf<GZ_SETTING_VECTOR4>(only(list)), (GZ_Vector4{1, 2, 3, 4}));
 
-    EXPECT_EQ(parseInto(list, "a ( 'x y' )"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "x y");
-    EXPECT_EQ(parseInto(list, "a('it\\'s')"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "it's");
-    EXPECT_EQ(parseInto(list, "a('')"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "");
     // A backslash makes any character literal and is itself dropped.
-    EXPECT_EQ(parseInto(list, "a('\\\\\\)\\q(\"')"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "\\)q(\"");
+    const char *strings[][2] = {{"a ( 'x y' )", "x y"},
+                                {"a('it\\'s')", "it's"},
+                                {"a('')", ""},
+                                {"a('\\\\\\)\\q(\"')", "\\)q(\""}};
+    for (const auto &[text, value] : strings)
+    {
+        EXPECT_EQ(parseInto(list, text), "") << text;
+        EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), value) << text;
+    }
 
     // Names run to white space or "(", so quotes and ")" belong to them; settings need no
     // blank between them; a lone "(" starts a setting with an empty name.
@@ -69,13 +69,8 @@ TEST(SettingListParse, ReadsEachValueForm)
 
 TEST(SettingListParse, ConvertsTheLongestLeadingDecimalNumber)
 {
-    struct Case
-    {
-        const char *text;
-        double value;
-    };
     const double max = std::numeric_limits<double>::max(); // overflow saturates
-    const Case cases[] = {
+    const std::pair<const char *, double> cases[] = {
         {"a(+.5e-3)", 0.0005},
         {"a(5.)", 5.0},
         {"a(-2.5E+2)", -250.0},
@@ -95,11 +90,11 @@ TEST(SettingListParse, ConvertsTheLongestLeadingDecimalNumber)
         {"a(4.9406564584124654e-324)", 4.9406564584124654e-324},
         {"a(0.10000000000000001)", 0.1},
     };
-    for (const Case &c : cases)
+    for (const auto &[text, value] : cases)
     {
         GZ_SettingList list;
-        EXPECT_EQ(parseInto(list, c.text), "") << c.text;
-        EXPECT_EQ(valueOf<GZ_SETTING_NUMBER>(only(list)), c.value) << c.text;
+        EXPECT_EQ(parseInto(list, text), "") << text;
+        EXPECT_EQ(valueOf<GZ_SETTING_NUMBER>(only(list)), value) << text;
     }
     GZ_SettingList list;
     EXPECT_EQ(parseInto(list, "a(1e-999)"), "");
