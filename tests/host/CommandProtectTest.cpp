@@ -53,30 +53,12 @@ TEST(CommandProtect, SpecialStringsSurviveAsPositionalArguments)
 {
     HostCommandManager mgr;
     mgr.setVariable("x", "EXPANDED");
-    std::vector<std::string> tricky{"-b",
-                                    "--",
-                                    "-",
-                                    "",
-                                    "'",
-                                    "\"",
-                                    "\\",
-                                    "\\\\",
-                                    "a\\",
-                                    "\\\"",
-                                    "it's\\",
-                                    "$x",
-                                    "${x}",
-                                    "\"$x\"",
-                                    "#",
-                                    ";",
-                                    "\n",
-                                    "a\nb'c\"d",
-                                    " ",
-                                    "\t\r\f\v",
-                                    "a#b",
-                                    "-gv",
-                                    std::string(1, '\0'),
-                                    "\x7f\xff"};
+    // clang-format off
+    const std::vector<std::string> tricky{
+        "-b", "--", "-", "", "'", "\"", "\\", "\\\\", "a\\", "\\\"", "it's\\", "$x", "${x}",
+        "\"$x\"", "#", ";", "\n", "a\nb'c\"d", " ", "\t\r\f\v", "a#b", "-gv",
+        std::string(1, '\0'), "\x7f\xff"};
+    // clang-format on
     EXPECT_EQ(roundTrip(mgr, tricky), tricky);
 }
 
