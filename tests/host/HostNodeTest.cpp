@@ -13,7 +13,7 @@ namespace
 struct EventLog
 {
     std::vector<std::string> myEvents;
-    HostNode *myRemoveOnEvent = nullptr; ///< removes its own callback from this node
+    HostNode *myRemoveOnEvent = nullptr;          ///< removes its own callback from this node
     std::vector<const void *> *myOrder = nullptr; ///< where calls are recorded in order
 };
 
@@ -50,11 +50,12 @@ TEST_F(HostNodeCreation, CreatesNodesAtFullPathsAndRefusesBadOnes)
     EXPECT_EQ(box->getNetworkTypeId(), HOST_NETWORK_SOP);
 
     // Wrong table for the parent network, missing parent, duplicate, bad name, no children,
-    // relative path (the messages are in the shell_nodes scenario).
+    // relative path (the messages are in the shell_nodes scenario). Rows: type, path.
     std::string error;
-    for (const auto &[type, path] : std::vector<std::pair<const char *, const char *>>{
-             {"tbox", "/obj/box2"}, {"tbox", "/obj/nothere/box1"}, {"tgeo", "/obj/geo1"},
-             {"tgeo", "/obj/bad name"}, {"tbox", "/obj/geo1/box1/x"}, {"tgeo", "obj/geo3"}})
+    const std::pair<const char *, const char *> refused[] = {
+        {"tbox", "/obj/box2"},     {"tbox", "/obj/nothere/box1"}, {"tgeo", "/obj/geo1"},
+        {"tgeo", "/obj/bad name"}, {"tbox", "/obj/geo1/box1/x"},  {"tgeo", "obj/geo3"}};
+    for (const auto &[type, path] : refused)
         EXPECT_EQ(myDirector.createNode(type, path, &error), nullptr) << path;
 
     // Unnamed nodes get the type name and a free number.
@@ -71,11 +72,11 @@ TEST_F(HostNodeCreation, FindsNodesByPathRelativePathAndId)
     HostNode *geo2 = make("tgeo", "/obj/geo2");
     HostNode *box = make("tbox", "/obj/geo1/box1");
 
-    HostNode *root = myDirector.getRoot();
-    const std::tuple<HostNode *, const char *, HostNode *> finds[] = { // from, path, found
+    HostNode *root = myDirector.getRoot(); // rows: from, path, found
+    const std::tuple<HostNode *, const char *, HostNode *> finds[] = {
         {root, "/obj/geo1/box1", box}, {root, "/obj/geo1/", geo1}, {root, "/", root},
-        {root, "/obj/geo9", nullptr},  {root, "obj/geo2", geo2},    {box, "..", geo1},
-        {box, "../../geo2", geo2},     {geo1, "box1", box},         {geo1, "./box1", box},
+        {root, "/obj/geo9", nullptr},  {root, "obj/geo2", geo2},   {box, "..", geo1},
+        {box, "../../geo2", geo2},     {geo1, "box1", box},        {geo1, "./box1", box},
         {geo1, "../geo2", geo2},       {geo1, "../../..", nullptr}};
     for (const auto &[from, path, found] : finds)
         EXPECT_EQ(from == root ? myDirector.findNode(path) : from->findNode(path), found) << path;
