@@ -36,6 +36,13 @@ protected:
         return (*myManager.getBindingHandles(op))[i];
     }
 
+    /// A selector with the usual prompt and flags: what a refusal depends on is all that varies.
+    int bindSelector(HostOperator *op, const char *selector, const char *parm, bool skip = false)
+    {
+        return myManager.bindSelector(op, selector, "d", "Select", parm, 0, 1, "", 0, "", 0, "",
+                                      skip);
+    }
+
     ScratchManager myManager;
     HostOperator *mySop = nullptr;
 };
@@ -117,22 +124,12 @@ TEST_F(Bindings, RefusalCodes)
     EXPECT_EQ(myManager.bind(nullptr, "ladder", "d", "tx", "parm0", nullptr), -6);
     EXPECT_EQ(myManager.getBindingHandles(mySop), nullptr);
 
-    EXPECT_EQ(myManager.bindSelector(mySop, "nosuch", "d", "Select", "group", 0, 1, "", 0, "", 0,
-                                     "", false),
-              -2);
-    EXPECT_EQ(myManager.bindSelector(mySop, "dopsel", "d", "Select", "group", 0, 1, "", 0, "", 0,
-                                     "", false),
-              -6);
+    EXPECT_EQ(bindSelector(mySop, "nosuch", "group"), -2);
+    EXPECT_EQ(bindSelector(mySop, "dopsel", "group"), -6);
     // The selection goes into a whole parameter: neither a component nor an unknown name.
-    EXPECT_EQ(
-        myManager.bindSelector(mySop, "prims", "d", "Select", "tx", 0, 1, "", 0, "", 0, "", false),
-        -3);
-    EXPECT_EQ(
-        myManager.bindSelector(mySop, "prims", "d", "Select", "t", 0, 1, "", 0, "", 0, "", false),
-        -3);
-    EXPECT_EQ(myManager.bindSelector(mySop, "prims", "d", "Select", "tx", 0, 1, "", 0, "", 0, "",
-                                     /*skip_parm_check=*/true),
-              1);
+    EXPECT_EQ(bindSelector(mySop, "prims", "tx"), -3);
+    EXPECT_EQ(bindSelector(mySop, "prims", "t"), -3);
+    EXPECT_EQ(bindSelector(mySop, "prims", "tx", /*skip=*/true), 1);
     EXPECT_EQ(
         myManager.bindSelector(mySop, "prims", "e", "Select", "", 0, 1, "", 0, "", 0, "", false),
         1);
@@ -151,9 +148,7 @@ TEST_F(Bindings, OperatorsOutsideTheNetworkTablesCannotBeBound)
     EXPECT_EQ(myManager.bind(vop, "ladder", "d", "tx", "parm0", nullptr), -6);
     EXPECT_EQ(myManager.bind(vop, "ladder", "d", nullptr), -6);
     EXPECT_EQ(myManager.bindScriptOp(vop, "ladder", "d", "tx", "parm0", ""), -6);
-    EXPECT_EQ(
-        myManager.bindSelector(vop, "prims", "d", "Select", "group", 0, 1, "", 0, "", 0, "", false),
-        -6);
+    EXPECT_EQ(bindSelector(vop, "prims", "group"), -6);
     EXPECT_EQ(myManager.unbind(vop, nullptr, ""), -6);
     EXPECT_EQ(myManager.unbindSelector(vop, nullptr), -6);
     EXPECT_EQ(myManager.getBindingHandles(vop), nullptr);
