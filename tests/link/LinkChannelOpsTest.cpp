@@ -101,11 +101,7 @@ protected:
         return link;
     }
 
-    HostParm &t(HostNode *node)
-    {
-        int k = -1;
-        return *parm(node, "tx", k);
-    }
+    HostParm &t(HostNode *node) { return *parm(node, "tx"); }
 
     /// The lock flags of the three components, as "100" for only the first locked.
     static std::string locks(const HostParm &p)

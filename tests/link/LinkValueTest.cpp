@@ -64,10 +64,8 @@ using SI = std::pair<int, std::string>;
 TEST_F(LinkFixture, ProjectionWritesAndReadsBack)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
     // {1,0,1,1,ty} maps h = p / (p + 1).
-    link->bind("lxform", {"{2,0,0,1,tx}", "{1,0,1,1,ty}", "tz", "{2,0,0,1,count}"});
-    link->attach(*a);
+    auto link = makeLink(a, {"{2,0,0,1,tx}", "{1,0,1,1,ty}", "tz", "{2,0,0,1,count}"});
 
     EXPECT_EQ(link->setParmValue(0, 4.0, false), 1);
     EXPECT_EQ(value(a, "tx"), 2.0);
@@ -99,9 +97,7 @@ TEST_F(LinkFixture, ProjectionWritesAndReadsBack)
 TEST_F(LinkFixture, WritesWithinToleranceChangeNothing)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->bind("lxform", {"tx"});
-    link->attach(*a);
+    auto link = makeLink(a, {"tx"});
     link->setParmValue(0, 3.0, false);
     undo().clear();
     const int changes = a->getNumParmChanges();
@@ -132,15 +128,12 @@ TEST_F(LinkFixture, WritesWithinToleranceChangeNothing)
 TEST_F(LinkFixture, ExpressionBindingsReadButRefuseWrites)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->bind("lxform", {"!1+1", "!-7/2", "!ch(\"tx\") * 10", "!1+", "!\"a\" + \"b\""});
-    link->attach(*a);
+    auto link = makeLink(a, {"!1+1", "!-7/2", "!ch(\"tx\") * 10", "!1+", "!\"a\" + \"b\""});
 
     EXPECT_EQ(link->get(0, -1.0), DI(1, 2.0));
     EXPECT_EQ(link->get(0, -1), II(1, 2));
     EXPECT_EQ(link->get(1, 0), II(1, -3));
-    int k = -1;
-    a->setParmValue(*parm(a, "tx", k), 0, 0.5);
+    a->setParmValue(*parm(a, "tx"), 0, 0.5);
     EXPECT_EQ(link->get(2, -1.0), DI(1, 5.0));
     EXPECT_EQ(link->get(3, -1.0), DI(1, 0.0)); // a broken expression reads as 0
     EXPECT_EQ(link->get(4, std::string("dflt")), SI(1, "ab"));
@@ -174,26 +167,22 @@ TEST_F(LinkFixture, UnresolvableBindingsFailQuietly)
 TEST_F(LinkFixture, KeysOnlyOnAnimatableParameters)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->bind("lxform", {"tx", "still", "count"});
-    link->attach(*a);
+    auto link = makeLink(a, {"tx", "still", "count"});
     myDirector.setTime(1.0);
-    int k = -1;
-
     EXPECT_EQ(link->setParmValue(0, 2.0, true), 1);
-    EXPECT_TRUE(parm(a, "tx", k)->isKeyAt(0, 1.0));
+    EXPECT_TRUE(parm(a, "tx")->isKeyAt(0, 1.0));
     EXPECT_EQ(link->getParmState(0, 0), HOST_CHANNEL_STATE_KEY);
     EXPECT_EQ(link->setParmValue(1, 2.0, true), 1);
-    EXPECT_FALSE(parm(a, "still", k)->hasChannel(0));
+    EXPECT_FALSE(parm(a, "still")->hasChannel(0));
     EXPECT_EQ(value(a, "still"), 2.0);
     EXPECT_EQ(link->setParmValue(2, 3, true), 1);
-    EXPECT_TRUE(parm(a, "count", k)->isKeyAt(0, 1.0));
+    EXPECT_TRUE(parm(a, "count")->isKeyAt(0, 1.0));
 
     // A time override writes and reads at its own time.
     link->setIsTimeOverride(true);
     link->setTimeOverrideTime(2.0);
     EXPECT_EQ(link->setParmValue(0, 6.0, true), 1);
-    EXPECT_TRUE(parm(a, "tx", k)->isKeyAt(0, 2.0));
+    EXPECT_TRUE(parm(a, "tx")->isKeyAt(0, 2.0));
     link->setIsTimeOverride(false);
     EXPECT_EQ(link->get(0, 0.0).second, 2.0);
 }
@@ -201,11 +190,8 @@ TEST_F(LinkFixture, KeysOnlyOnAnimatableParameters)
 TEST_F(LinkFixture, RefusedWritesRecordNothing)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->bind("lxform", {"tx", "ty", nullptr, nullptr, "group"});
-    link->attach(*a);
-    int k = -1;
-    HostParm *t = parm(a, "tx", k);
+    auto link = makeLink(a, {"tx", "ty", nullptr, nullptr, "group"});
+    HostParm *t = parm(a, "tx");
     t->setLocked(0, true);
     t->setEnabled(1, false);
     undo().clear();
@@ -225,11 +211,8 @@ TEST_F(LinkFixture, ChannelReferencesLeadToAnotherNode)
 {
     HostNode *a = make("lxform", "/obj/a");
     HostNode *b = make("lbox", "/obj/b");
-    int k = -1;
-    parm(a, "tx", k)->setExpression(0, "ch(\"/obj/b/tx\")");
-    auto link = makeLink();
-    link->bind("lxform", {"{2,0,0,1,tx}", "../b/scale"}); // the second by path to another node
-    link->attach(*a);
+    parm(a, "tx")->setExpression(0, "ch(\"/obj/b/tx\")");
+    auto link = makeLink(a, {"{2,0,0,1,tx}", "../b/scale"}); // the second by path to another node
 
     undo().clear();
     EXPECT_EQ(link->setParmValue(0, 3.0, false), 1);
@@ -270,9 +253,7 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
     multi.addChild(HostParmTemplate(HOST_PARM_XYZ, "pos#", "Position", 3));
     addType("Object", "lcurve", {multi});
     HostNode *curve = make("lcurve", "/obj/curve");
-    auto link = makeLink();
-    link->bind("lcurve", {"{2,0,0,1,pos#x}", "pos#y", "pos#z"});
-    link->attach(*curve);
+    auto link = makeLink(curve, {"{2,0,0,1,pos#x}", "pos#y", "pos#z"});
 
     const int first[] = {1}, second[] = {2}, missing[] = {9};
     EXPECT_EQ(link->setParmInstValue(0, second, 6.0, false, 1), 1);
@@ -297,9 +278,7 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
 TEST_F(LinkFixture, LateBindingTakesOverValueAccess)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->bind("lxform", {"tx"});
-    link->attach(*a);
+    auto link = makeLink(a, {"tx"});
     FixedLateBinding late;
     link->setLateBinding(&late);
     EXPECT_TRUE(link->hasLateBinding(&late));

@@ -126,6 +126,15 @@ protected:
 
     std::unique_ptr<TestLink> makeLink() { return std::make_unique<TestLink>(*myTemplate); }
 
+    /// A link bound on the type of `node` as TestLink::bind binds, and attached to it.
+    std::unique_ptr<TestLink> makeLink(HostNode *node, std::initializer_list<const char *> bindings)
+    {
+        std::unique_ptr<TestLink> link = makeLink();
+        link->bind(node->getOperatorName().c_str(), bindings);
+        link->attach(*node);
+        return link;
+    }
+
     /// Value of a channel ("tx") of a node at the current time.
     double value(HostNode *node, const char *channel)
     {
@@ -137,6 +146,11 @@ protected:
 
     HostParm *parm(HostNode *node, const char *channel, int &k)
     {
+        return node->findChannel(channel, k);
+    }
+    HostParm *parm(HostNode *node, const char *channel)
+    {
+        int k = -1;
         return node->findChannel(channel, k);
     }
 
