@@ -92,10 +92,8 @@ TEST(CommandOptions, RejectsMalformedOptionStringsAndDuplicates)
 {
     HostCommandManager mgr;
     auto noop = [](HostCommandArgs &) {};
-    EXPECT_FALSE(mgr.installCommand("a", ":t", noop));
-    EXPECT_FALSE(mgr.installCommand("b", "tt", noop));
-    EXPECT_FALSE(mgr.installCommand("c", "1", noop));
-    EXPECT_FALSE(mgr.installCommand("", "", noop));
+    for (const auto &[name, options] : {std::pair{"a", ":t"}, {"b", "tt"}, {"c", "1"}, {"", ""}})
+        EXPECT_FALSE(mgr.installCommand(name, options, noop)) << name;
     EXPECT_TRUE(mgr.installCommand("omwrite", nullptr, noop, /*allowed_while_loading=*/false,
                                    "omwrite [file]"));
     EXPECT_FALSE(mgr.installCommand("omwrite", "", noop));
