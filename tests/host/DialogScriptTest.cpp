@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace
 {
@@ -41,16 +42,14 @@ TEST(DialogQuote, EscapesBothModesAndUnescapesBoth)
 
 TEST(VariableName, ForcesEncodesAndDecodes)
 {
-    struct Case
+    const std::tuple<const char *, const char *, const char *> cases[] = {
+        {"abc", nullptr, "abc"}, {"1ab", nullptr, "_1ab"}, {"a b-c", nullptr, "a_b_c"},
+        {"pt#", "#", "pt#"},     {"pt#", nullptr, "pt_"},  {"", nullptr, ""}};
+    for (const auto &[in, extra, forced] : cases)
     {
-        const char *in, *extra, *forced;
-    } cases[] = {{"abc", nullptr, "abc"}, {"1ab", nullptr, "_1ab"}, {"a b-c", nullptr, "a_b_c"},
-                 {"pt#", "#", "pt#"},     {"pt#", nullptr, "pt_"},  {"", nullptr, ""}};
-    for (const Case &c : cases)
-    {
-        std::string name = c.in;
-        EXPECT_EQ(HostVariableName::forceValidName(name, c.extra), std::string(c.in) != c.forced);
-        EXPECT_EQ(name, c.forced);
+        std::string name = in;
+        EXPECT_EQ(HostVariableName::forceValidName(name, extra), std::string(in) != forced);
+        EXPECT_EQ(name, forced);
     }
     for (const char *text : {"My Folder", "a_b", "x.y:z", "xn__q", "1st"})
     {
@@ -237,11 +236,7 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
 
 TEST(DialogScript, BadInputIsReportedWithFileAndLineAndReadingGoesOn)
 {
-    struct Case
-    {
-        const char *text;
-        const char *report;
-    } cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"parm {\n name \"a\"\n", "t.ds[2]: Missing '}' at the end of the parm block 'a'\n"},
         {"parm {\n bogus 1 { 2 }\n name \"a\" }",
          "t.ds[2]: Unknown keyword 'bogus' in a parm block\n"},
@@ -261,15 +256,15 @@ TEST(DialogScript, BadInputIsReportedWithFileAndLineAndReadingGoesOn)
         {"parm { name }", "t.ds[1]: Expected a value after 'name'\n"},
         {"frobnicate 1 2\nparm { }", "t.ds[1]: Unknown keyword 'frobnicate'\n"},
     };
-    for (const Case &c : cases)
+    for (const auto &[text, report] : cases)
     {
         HostDiagnosticCapture diag;
-        auto page = parseText(c.text, diag);
-        EXPECT_EQ(diag.text(), c.report) << c.text;
+        auto page = parseText(text, diag);
+        EXPECT_EQ(diag.text(), report) << text;
     }
     // Reading went on: the block after the bad keyword still has its name.
     HostDiagnosticCapture diag;
-    EXPECT_EQ(parseText(cases[1].text, diag)->getParm(0)->myName, "a");
+    EXPECT_EQ(parseText(std::get<0>(cases[1]), diag)->getParm(0)->myName, "a");
 }
 
 TEST(DialogScript, EndlessNestingAndErrorFloodsStop)

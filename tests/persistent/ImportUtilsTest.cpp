@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <tuple>
 
 namespace
 {
@@ -92,11 +93,7 @@ TEST_F(ImportUtilsTest, OpSourceFindsAndValidates)
     std::map<std::string, HostParm *> parms{{"gone", nullptr}};
     for (const char *name : {"amp", "pts", "fold"})
         parms[name] = src->getParm(name);
-    struct Case
-    {
-        const char *source, *token;
-        bool folder, multi, ok;
-    } cases[] = {
+    const std::tuple<const char *, const char *, bool, bool, bool> cases[] = {
         {"op:/obj/src", "amp", false, false, true},
         {"op:/obj/src", "amp", false, true, false},
         {"op:/obj/src", "pts", false, true, true},
@@ -111,10 +108,9 @@ TEST_F(ImportUtilsTest, OpSourceFindsAndValidates)
         {"op:/obj/src", "fold", true, false, false},
         {"op:/obj/src", nullptr, false, false, false},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(IU::validateOpSource(c.source, c.token, c.folder, c.multi, "/obj/src", parms),
-                  c.ok)
-            << c.source << " " << (c.token ? c.token : "(null)");
+    for (const auto &[source, token, folder, multi, ok] : cases)
+        EXPECT_EQ(IU::validateOpSource(source, token, folder, multi, "/obj/src", parms), ok)
+            << source << " " << (token ? token : "(null)");
 }
 
 TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
@@ -141,11 +137,7 @@ TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
     IU::indexFileParms(*page, storage, parms);
     EXPECT_EQ(parms.size(), 4u); // tabs, inner, pts, amp: not "pt#", not the second tab
     const char *src = "lib.ds";
-    struct Case
-    {
-        const char *token;
-        bool folder, multi, ok;
-    } cases[] = {
+    const std::tuple<const char *, bool, bool, bool> cases[] = {
         {"amp", false, false, true},
         {"inner", false, false, true},
         {"pts", false, true, true},
@@ -157,9 +149,8 @@ TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
         {"tabs_1:Second", true, false, false},
         {"amp:First", true, false, false},
     };
-    for (const Case &c : cases)
-        EXPECT_EQ(IU::validateFileSource(src, c.token, c.folder, c.multi, src, parms), c.ok)
-            << c.token;
+    for (const auto &[token, folder, multi, ok] : cases)
+        EXPECT_EQ(IU::validateFileSource(src, token, folder, multi, src, parms), ok) << token;
     EXPECT_FALSE(IU::validateFileSource("other.ds", "amp", false, false, src, parms));
     EXPECT_FALSE(IU::validateFileSource(nullptr, "amp", false, false, src, parms));
     std::remove(file.c_str());
