@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <tuple>
 #include <utility>
 
 namespace
@@ -105,13 +106,8 @@ TEST(SettingListParse, ConvertsTheLongestLeadingDecimalNumber)
 
 TEST(SettingListParse, ReportsEachErrorAndKeepsWhatParsed)
 {
-    struct Case
-    {
-        const char *text;
-        const char *errors; // without the trailing newline
-        const char *kept;   // the list written back
-    };
-    const Case cases[] = {
+    // Rows: the text, the message (without the trailing newline), the list written back.
+    const std::tuple<const char *, const char *, const char *> cases[] = {
         {"a(1 2 3 4 5)", "Too many vector elements in setting a", ""},
         {"a('x' 1)", "Found value after string when parsing setting a", ""},
         {"a(1 'x')", "Strings may not appear in multi-element values for setting a", ""},
@@ -142,11 +138,11 @@ TEST(SettingListParse, ReportsEachErrorAndKeepsWhatParsed)
         {"a(1'x')", "Invalid number in setting a.\n    (Enclose strings in single quotes.)",
          "a(1)"},
     };
-    for (const Case &c : cases)
+    for (const auto &[text, message, kept] : cases)
     {
         std::string errors;
-        EXPECT_EQ(reparsed(c.text, &errors), c.kept) << c.text;
-        EXPECT_EQ(errors, std::string("Handle Setting Error: ") + c.errors + "\n") << c.text;
+        EXPECT_EQ(reparsed(text, &errors), kept) << text;
+        EXPECT_EQ(errors, std::string("Handle Setting Error: ") + message + "\n") << text;
     }
 }
 
