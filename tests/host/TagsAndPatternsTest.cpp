@@ -30,14 +30,12 @@ TEST(TagExpression, ParsesEvaluatesAndReportsErrors)
     std::string errors;
     const HostTagList list("render, shading  legacy", errors);
     EXPECT_EQ(errors, "");
-    const std::tuple<const char *, bool> cases[] = {{"render", true},
-                                                    {"!render", false},
-                                                    {"render & !legacy", false},
-                                                    {"render !legacy | x", false},
-                                                    {"(x | shad*) & render", true},
-                                                    {"", true},
-                                                    {"*", true},
-                                                    {"nope", false}};
+    // clang-format off
+    const std::tuple<const char *, bool> cases[] = {
+        {"render", true}, {"!render", false}, {"render & !legacy", false},
+        {"render !legacy | x", false}, {"(x | shad*) & render", true}, {"", true}, {"*", true},
+        {"nope", false}};
+    // clang-format on
     for (const auto &[expr, holds] : cases)
     {
         HostTagExpression e(expr, errors);

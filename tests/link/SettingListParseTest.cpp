@@ -71,26 +71,14 @@ TEST(SettingListParse, ReadsEachValueForm)
 TEST(SettingListParse, ConvertsTheLongestLeadingDecimalNumber)
 {
     const double max = std::numeric_limits<double>::max(); // overflow saturates
+    // clang-format off
     const std::pair<const char *, double> cases[] = {
-        {"a(+.5e-3)", 0.0005},
-        {"a(5.)", 5.0},
-        {"a(-2.5E+2)", -250.0},
-        {"a(1e)", 1.0},
-        {"a(1e+)", 1.0},
-        {"a(1-2)", 1.0},
-        {"a(--)", 0.0},
-        {"a(e5)", 0.0},
-        {"a(.e1)", 0.0},
-        {"a(1e999)", max},
-        {"a(-1e999)", -max},
-        {"a(100000e305)", max},
-        {"a(0.001e311)", 1e308},
-        {"a(1e-999)", 0.0},
-        {"a(0.00001e-320)", 0.0},
-        {"a(1e99999999999999999999999999)", max},
-        {"a(4.9406564584124654e-324)", 4.9406564584124654e-324},
-        {"a(0.10000000000000001)", 0.1},
-    };
+        {"a(+.5e-3)", 0.0005}, {"a(5.)", 5.0}, {"a(-2.5E+2)", -250.0}, {"a(1e)", 1.0},
+        {"a(1e+)", 1.0}, {"a(1-2)", 1.0}, {"a(--)", 0.0}, {"a(e5)", 0.0}, {"a(.e1)", 0.0},
+        {"a(1e999)", max}, {"a(-1e999)", -max}, {"a(100000e305)", max}, {"a(0.001e311)", 1e308},
+        {"a(1e-999)", 0.0}, {"a(0.00001e-320)", 0.0}, {"a(1e99999999999999999999999999)", max},
+        {"a(4.9406564584124654e-324)", 4.9406564584124654e-324}, {"a(0.10000000000000001)", 0.1}};
+    // clang-format on
     for (const auto &[text, value] : cases)
     {
         GZ_SettingList list;

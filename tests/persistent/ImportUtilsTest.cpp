@@ -93,21 +93,17 @@ TEST_F(ImportUtilsTest, OpSourceFindsAndValidates)
     std::map<std::string, HostParm *> parms{{"gone", nullptr}};
     for (const char *name : {"amp", "pts", "fold"})
         parms[name] = src->getParm(name);
+    // clang-format off
     const std::tuple<const char *, const char *, bool, bool, bool> cases[] = {
-        {"op:/obj/src", "amp", false, false, true},
-        {"op:/obj/src", "amp", false, true, false},
-        {"op:/obj/src", "pts", false, true, true},
-        {"op:/obj/src", "gone", false, true, true},
-        {"op:/obj/src", "nope", false, false, false},
-        {"op:/obj/other", "amp", false, false, false},
-        {"/obj/src", "amp", false, false, false},
-        {"op:/obj/src", "fold:Extra", true, false, true},
+        {"op:/obj/src", "amp", false, false, true}, {"op:/obj/src", "amp", false, true, false},
+        {"op:/obj/src", "pts", false, true, true}, {"op:/obj/src", "gone", false, true, true},
+        {"op:/obj/src", "nope", false, false, false}, {"op:/obj/other", "amp", false, false, false},
+        {"/obj/src", "amp", false, false, false}, {"op:/obj/src", "fold:Extra", true, false, true},
         {"op:/obj/src", "fold:Hidden", true, false, false},
         {"op:/obj/src", "fold:Nope", true, false, false},
         {"op:/obj/src", "amp:Main", true, false, false},
-        {"op:/obj/src", "fold", true, false, false},
-        {"op:/obj/src", nullptr, false, false, false},
-    };
+        {"op:/obj/src", "fold", true, false, false}, {"op:/obj/src", nullptr, false, false, false}};
+    // clang-format on
     for (const auto &[source, token, folder, multi, ok] : cases)
         EXPECT_EQ(IU::validateOpSource(source, token, folder, multi, "/obj/src", parms), ok)
             << source << " " << (token ? token : "(null)");
@@ -137,18 +133,14 @@ TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
     IU::indexFileParms(*page, storage, parms);
     EXPECT_EQ(parms.size(), 4u); // tabs, inner, pts, amp: not "pt#", not the second tab
     const char *src = "lib.ds";
+    // clang-format off
     const std::tuple<const char *, bool, bool, bool> cases[] = {
-        {"amp", false, false, true},
-        {"inner", false, false, true},
-        {"pts", false, true, true},
-        {"pts", false, false, false},
-        {"pt#", false, true, false},
-        {"tabs:Second", true, false, true},
-        {"tabs:First", true, false, true},
-        {"tabs:", true, false, false},
-        {"tabs_1:Second", true, false, false},
-        {"amp:First", true, false, false},
-    };
+        {"amp", false, false, true}, {"inner", false, false, true}, {"pts", false, true, true},
+        {"pts", false, false, false}, {"pt#", false, true, false},
+        {"tabs:Second", true, false, true}, {"tabs:First", true, false, true},
+        {"tabs:", true, false, false}, {"tabs_1:Second", true, false, false},
+        {"amp:First", true, false, false}};
+    // clang-format on
     for (const auto &[token, folder, multi, ok] : cases)
         EXPECT_EQ(IU::validateFileSource(src, token, folder, multi, src, parms), ok) << token;
     EXPECT_FALSE(IU::validateFileSource("other.ds", "amp", false, false, src, parms));

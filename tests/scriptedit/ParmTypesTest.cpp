@@ -44,28 +44,24 @@ TEST(ParmTypes, ScriptTypeOfHostTypes)
 {
     using T = HostParmType;
     const HostParmType ordinal{HostParmBasic::Ordinal, 0};
+    // clang-format off
     const std::tuple<HostParmType, int, int, int, const char *> cases[] = {
-        {HOST_PARM_RGBA, 0, 0, 4, "Color and Alpha"},
-        {HOST_PARM_RGBA, 0, 0, 3, "Color"},
-        {HOST_PARM_XYZ, 0, 0, 2, "Float Vector 2"},
-        {HOST_PARM_XYZ, 0, 0, 5, "Float"},
-        {HOST_PARM_DIRECTION, 0, 0, 3, "Direction Vector"},
-        {HOST_PARM_UVW, 0, 0, 3, "UVW"},
-        {HOST_PARM_ANGLE, 0, 0, 1, "Angle"},
-        {HOST_PARM_INT_XYZ, 0, 0, 4, "Integer Vector 4"},
+        {HOST_PARM_RGBA, 0, 0, 4, "Color and Alpha"}, {HOST_PARM_RGBA, 0, 0, 3, "Color"},
+        {HOST_PARM_XYZ, 0, 0, 2, "Float Vector 2"}, {HOST_PARM_XYZ, 0, 0, 5, "Float"},
+        {HOST_PARM_DIRECTION, 0, 0, 3, "Direction Vector"}, {HOST_PARM_UVW, 0, 0, 3, "UVW"},
+        {HOST_PARM_ANGLE, 0, 0, 1, "Angle"}, {HOST_PARM_INT_XYZ, 0, 0, 4, "Integer Vector 4"},
         {HOST_PARM_INT, 0, HostParmTemplate::MULTI_RAMP_COLOR, 1, "Ramp (Color)"},
         {HostParmType(HostParmBasic::Float, T::INTEGER | T::NAME_MINMAX), 0, 0, 2,
          "Min/Max Integer"},
         {ordinal, 0, 0, 1, "Integer"},
         {ordinal, 0, HostParmTemplate::MULTI_RAMP_FLOAT, 1, "Ramp (Float)"},
-        {HOST_PARM_TOGGLE, 0, 0, 1, "Toggle"},
-        {HOST_PARM_MENU, 0, 0, 1, "Ordered Menu"},
+        {HOST_PARM_TOGGLE, 0, 0, 1, "Toggle"}, {HOST_PARM_MENU, 0, 0, 1, "Ordered Menu"},
         {HOST_PARM_BUTTON, 0, 0, 1, "Button"},
         {HOST_PARM_STRING, HostParmTemplate::EXT_NODE_PATH, 0, 1, "Operator Path"},
         {HostParmType(HostParmBasic::String, T::FILE | T::IMAGE_FILE), 0, 0, 1, "File - Image"},
         {HOST_PARM_SEPARATOR, 0, 0, 1, "Separator"},
-        {HostParmType(HostParmBasic::Data, T::KEY_VALUE_DICT), 0, 0, 1, "Key-Value Dictionary"},
-    };
+        {HostParmType(HostParmBasic::Data, T::KEY_VALUE_DICT), 0, 0, 1, "Key-Value Dictionary"}};
+    // clang-format on
     for (const auto &[type, ext, multi, size, label] : cases)
         EXPECT_STREQ(P::getScriptType(type, ext, multi, size), label) << label;
     EXPECT_EQ(P::getScriptType(HOST_PARM_SWITCHER, 0, 0, 1), nullptr);
