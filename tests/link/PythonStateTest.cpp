@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -43,11 +44,11 @@ TEST(PythonStateTemplate, FieldsFromDescription)
     info.callbacks = GZ_PythonResource::CallbackHandler(nullptr, {"onEnter"});
 
     GZ_PythonState::Template state(info, nullptr, GZ_VIEWER_COMPOSITE, 0x06);
-    EXPECT_EQ(state.getIconName(), "MISC_python");
-    EXPECT_EQ(state.opIndependent(), 1);
-    EXPECT_TRUE(state.getSupportsSelectionChange());
-    EXPECT_FALSE(state.getSupportsMoveTool());
-    EXPECT_FALSE(state.forceStateToEnter()); // even when op-independent
+    // Not forced to enter even when op-independent.
+    EXPECT_EQ(std::tuple(state.getIconName(), state.opIndependent(),
+                         state.getSupportsSelectionChange(), state.getSupportsMoveTool(),
+                         state.forceStateToEnter()),
+              std::tuple("MISC_python", 1, true, false, false));
     EXPECT_TRUE(state.callbacks().hasCallback("onEnter"));
     ASSERT_NE(state.templates(), nullptr);
     EXPECT_EQ(state.templates()[0].getToken(), "size");

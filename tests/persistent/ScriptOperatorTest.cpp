@@ -73,15 +73,13 @@ TEST_F(ScriptOperator, AppliesEveryOperatorLevelLineAndFlagsItsTemplates)
     GZ_ScriptOperator *op = define(SCRIPT);
     ASSERT_NE(op, nullptr) << myError;
     EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(op->getLabel(), "Script Op");
-    EXPECT_EQ(op->getHelp(), "First\tline\nSecond");
-    EXPECT_EQ(op->getInputNames(), (std::vector<std::string>{"", "Source"}));
-    EXPECT_EQ(op->getInputLabels(), (std::vector<std::string>{"Main input"}));
-    EXPECT_EQ(op->getMaxInputs(), 2);
-    EXPECT_EQ(op->getInputIsReference(), (std::vector<bool>{false, true}));
-    EXPECT_EQ(op->getLegacyInputMap(), "a 'b c'");
-    EXPECT_EQ(op->getUnitLength(), 0.01);
-    EXPECT_EQ(op->getDefinitionPath(), "src");
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(
+        std::tuple(op->getLabel(), op->getHelp(), op->getInputNames(), op->getInputLabels()),
+        std::tuple("Script Op", "First\tline\nSecond", Names{"", "Source"}, Names{"Main input"}));
+    EXPECT_EQ(std::tuple(op->getMaxInputs(), op->getInputIsReference(), op->getLegacyInputMap(),
+                         op->getUnitLength(), op->getDefinitionPath()),
+              std::tuple(2, std::vector<bool>{false, true}, "a 'b c'", 0.01, "src"));
     EXPECT_EQ(op->getObsoleteTemplates().size(), 1);
     const std::vector<GZ_BindingHandleInfo> *handles =
         GZgetResourceManager()->getBindingHandles(op);

@@ -7,6 +7,7 @@
 #include "tests/DiagnosticsRecorder.h"
 
 #include <memory>
+#include <tuple>
 
 using gztest::ScratchManager;
 
@@ -222,15 +223,12 @@ TEST_F(Bindings, SelectorsAreReplacedByDescription)
     ASSERT_NE(selectors, nullptr);
     ASSERT_EQ(selectors->size(), 2u);
     const GZ_BindingSelectorInfo &main = (*selectors)[0];
-    EXPECT_EQ(main.getDescription(), "main");
-    EXPECT_EQ(main.getPrompt(), "Pick again");
-    EXPECT_EQ(main.getOpInput(), 2);
-    EXPECT_FALSE(main.getOpInputReq());
-    EXPECT_EQ(main.getPrimMask(), "nurbs");
-    EXPECT_TRUE(main.getAllowDrag());
-    EXPECT_EQ(main.getMenu(), "menu2");
-    EXPECT_TRUE(main.getAstSelAll());
-    EXPECT_EQ(main.getExtraInfo(), "extra");
+    EXPECT_EQ(std::tuple(main.getDescription(), main.getPrompt(), main.getOpInput(),
+                         main.getOpInputReq(), main.getPrimMask()),
+              std::tuple("main", "Pick again", 2, false, "nurbs"));
+    EXPECT_EQ(
+        std::tuple(main.getAllowDrag(), main.getMenu(), main.getAstSelAll(), main.getExtraInfo()),
+        std::tuple(true, "menu2", true, "extra"));
     EXPECT_TRUE((*selectors)[1].getOpInputReq() == false && (*selectors)[1].getAllowDrag());
 
     EXPECT_EQ(myManager.unbindSelector(mySop, "nosuch"), 1);
