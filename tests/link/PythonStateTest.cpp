@@ -64,16 +64,18 @@ TEST(PythonStateRegistration, StatusPerViewerTypeAndNeutralDefaults)
     GZ_PythonState::Template state(makeInfo("pyreg"), nullptr, GZ_VIEWER_COMPOSITE, 0x02);
     EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_COMPOSITE, "SOP"), 0);
     ASSERT_EQ(manager.registerState(&state), 1);
-    EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_COMPOSITE, "SOP"), 1);
-    EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_SCENE, "SOP"), 0);
-    EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_SCENEGRAPH, "SOP"), 0);
+    std::string status;
+    for (GZ_ViewerType viewer : {GZ_VIEWER_COMPOSITE, GZ_VIEWER_SCENE, GZ_VIEWER_SCENEGRAPH})
+        status += std::to_string(manager.getViewerStateRegisterStatus("pyreg", viewer, "SOP"));
+    EXPECT_EQ(status, "100");
 
     // Without a scripting layer nothing is a scripted resource.
     EXPECT_FALSE(manager.isRegisteredViewerState("pyreg"));
     EXPECT_EQ(manager.viewerStateTemplate("pyreg"), nullptr);
-    EXPECT_EQ(manager.unregisterViewerState("pyreg"), 12);
-    EXPECT_EQ(manager.unregisterViewerHandle("any"), 12);
-    EXPECT_EQ(manager.unbindVolatileViewerHandles("any"), 2);
+    EXPECT_EQ(std::tuple(manager.unregisterViewerState("pyreg"),
+                         manager.unregisterViewerHandle("any"),
+                         manager.unbindVolatileViewerHandles("any")),
+              std::tuple(12, 12, 2));
     EXPECT_FALSE(manager.isRegisteredViewerHandle("any"));
 }
 
