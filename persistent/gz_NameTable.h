@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostStringHash.h"
+#include "persistent/gz_ProbeErase.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,8 +14,7 @@
 /// A node-based hash map costs three scattered reads per lookup (bucket, the node before,
 /// the node), which dominate once a scene's handles outgrow the caches; here an entry keeps
 /// its key, value and hash in one slot of an open-addressed array (linear probing, at most
-/// half full), so a lookup reads one slot and usually its neighbour. Erasing shifts the
-/// following entries of the run back, so no probe ever stops early.
+/// half full), so a lookup reads one slot and usually its neighbour.
 ///
 /// Pointers to values stay valid until the next insertion.
 template <typename V> class gz_NameTable
@@ -52,16 +52,9 @@ public:
         std::size_t i = slotOf(name);
         if (!mySlots[i].hash)
             return;
-        for (std::size_t j = next(i); mySlots[j].hash; j = next(j))
-        {
-            const std::size_t home = homeOf(mySlots[j].hash);
-            if (((j - home) & mask()) >= ((j - i) & mask()))
-            {
-                mySlots[i] = std::move(mySlots[j]);
-                i = j;
-            }
-        }
-        mySlots[i] = Slot{};
+        gz_ProbeErase(
+            mySlots, i, [](const Slot &slot) { return slot.hash != 0; },
+            [this](const Slot &slot) { return homeOf(slot.hash); });
         --myCount;
     }
 

@@ -1,6 +1,8 @@
 // gz_OrderedList: an ordered list of distinct pointers with logarithmic index operations.
 #pragma once
 
+#include "persistent/gz_ProbeErase.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -231,18 +233,9 @@ private:
             std::size_t i = slotOf(key);
             while (mySlots[i].key != key)
                 i = (i + 1) & mask();
-            // Backward shift: later entries of the run move into the hole when their home
-            // slot does not lie between the hole and them, so no probe ever stops early.
-            for (std::size_t j = (i + 1) & mask(); mySlots[j].key; j = (j + 1) & mask())
-            {
-                const std::size_t home = slotOf(mySlots[j].key);
-                if (((j - home) & mask()) >= ((j - i) & mask()))
-                {
-                    mySlots[i] = mySlots[j];
-                    i = j;
-                }
-            }
-            mySlots[i] = Slot{};
+            gz_ProbeErase(
+                mySlots, i, [](const Slot &slot) { return slot.key != nullptr; },
+                [this](const Slot &slot) { return slotOf(slot.key); });
             --myCount;
         }
         void clear()
