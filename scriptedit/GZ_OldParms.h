@@ -93,6 +93,16 @@ private:
     void addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
                          std::vector<std::pair<std::string, std::string>> &pairs) const;
     const GZ_EditScriptedParm *findOriginal(const std::string &name) const;
+    bool reusesFreedName() const;
+    bool applyInterim(const GZ_EditScriptedParms &parms, bool &with_interim,
+                      std::string *error) const;
+    int applyFinal(GZ_EditScriptedParms &parms, bool with_interim, std::string *error) const;
+    static void insertAfter(GZ_EditScriptedParms &parms, int at,
+                            std::unique_ptr<GZ_EditScriptedParm> parm);
+    int updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
+                                    std::vector<std::string> &warnings, std::string *error);
+    static std::string temporaryName(const HostNode &node, const GZ_EditScriptedParms &parms,
+                                     const std::string &name);
     static void addInstanceNames(const HostNode &node,
                                  std::vector<std::pair<std::string, std::string>> &pairs);
 

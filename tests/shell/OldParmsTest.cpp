@@ -220,3 +220,61 @@ TEST(AutoLinks, ResolutionWarningsAndNodeMoves)
         EXPECT_EQ(amp->getAutolink(0), m.amp) << m.from;
     }
 }
+
+// Edits whose renames reuse names (instance patterns, swaps, a rename onto a deleted name):
+// values, expressions and references end up under the new names, and undo brings back the
+// old ones.
+TEST(OldParms, RenamesCarryInstancesAndExchangedNames)
+{
+    const char *const setup =
+        "scenenew; nodeadd geo /obj/geo1; nodeadd geo /obj/geo2; spareadd -s /obj/geo1 "
+        "'parm { name a label A type float default { 1 } } "
+        "parm { name b label B type float default { 2 } } "
+        "multiparm { name pts label Pts default 2 parm { name pt# label Pt type float "
+        "default { 0 } } }'; parmset /obj/geo1 a 4; parmset -e /obj/geo1 b '$F + 7'; "
+        "parmset /obj/geo1 pt1 5; parmset -e /obj/geo1 pt2 'ch(\"pt1\") * 3'; "
+        "parmset -e /obj/geo2 t 'ch(\"../geo1/a\") + 10 * ch(\"../geo1/b\")' "
+        "'ch(\"../geo1/pt2\")' 0";
+    const char *const before = "ch(\"../geo1/a\") + 10 * ch(\"../geo1/b\")\n"
+                               "ch(\"../geo1/pt2\")\n4\n$F + 7\n5\nch(\"pt1\") * 3\n";
+    const char *const show_before = "parmget -e /obj/geo2 tx; parmget -e /obj/geo2 ty; "
+                                    "parmget -e /obj/geo1 a; parmget -e /obj/geo1 b; "
+                                    "parmget -e /obj/geo1 pt1; parmget -e /obj/geo1 pt2";
+    struct Case
+    {
+        const char *edit;
+        const char *show;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"sparerename /obj/geo1 pt# point#",
+         "parmget -e /obj/geo2 ty; parmget -e /obj/geo1 point1; parmget -e /obj/geo1 point2",
+         "ch(\"../geo1/point2\")\n5\nch(\"point1\") * 3\n"},
+        {"sparerename /obj/geo1 a b b a",
+         "parmget -e /obj/geo2 tx; parmget -e /obj/geo1 a; parmget -e /obj/geo1 b",
+         "ch(\"../geo1/b\") + 10 * ch(\"../geo1/a\")\n$F + 7\n4\n"},
+    };
+    for (const Case &c : cases)
+    {
+        run(setup);
+        EXPECT_EQ(run(std::string(c.edit) + "; " + c.show), c.expected) << c.edit;
+        run("undo");
+        EXPECT_EQ(run(show_before), before) << c.edit;
+    }
+
+    // Deleting a and renaming b to a in one edit: a's referrers are baked, b's follow it.
+    run(setup);
+    run("parmset -e /obj/geo2 t 'ch(\"../geo1/a\")' 0 'ch(\"../geo1/b\")'");
+    GZ_EditScriptedParms parms = spares("/obj/geo1");
+    GZ_OldParms old;
+    old.preserveOldParms(parms);
+    parms.removeParms(parms.getParmIndexWithName("a"), parms.getParmIndexWithName("a"));
+    old.deleteOldParm("a");
+    parms.getParmWithName("b")->setName("a");
+    old.renameOldParm("b", "a");
+    std::vector<std::string> warnings;
+    ASSERT_EQ(old.updateNode(parms, warnings), 1);
+    EXPECT_EQ(run("parmget -e /obj/geo2 tx; parmget -e /obj/geo2 tz; parmget -e /obj/geo1 a"),
+              "4\nch(\"../geo1/a\")\n$F + 7\n");
+    EXPECT_TRUE(warnings.empty()) << joined(warnings);
+}
