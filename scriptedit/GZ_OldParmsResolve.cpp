@@ -423,6 +423,9 @@ int GZ_OldParms::updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
     GZ_OldParms first, second;
     first.myOriginal = myOriginal;
     GZ_EditScriptedParms middle(parms);
+    // The node first gets the old interface with the temporary parameters beside it, so that
+    // every old value is still under its old name whatever the new sizes.
+    GZ_EditScriptedParms start(myOriginal);
     std::vector<std::pair<std::string, std::string>> temporaries; // (temporary, final)
     for (gz_OldParm rec : myRecords)
     {
@@ -436,10 +439,17 @@ int GZ_OldParms::updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
         const std::string temporary = temporaryName(node, middle, rec.myCurrentName);
         auto copy = std::make_unique<GZ_EditScriptedParm>(*after);
         copy->setName(temporary);
+        auto other = std::make_unique<GZ_EditScriptedParm>(*copy);
         if (temporary.find('#') == std::string::npos)
+        {
             middle.addParm(std::move(copy));
+            start.addParm(std::move(other));
+        }
         else
+        {
             insertAfter(middle, middle.getParmIndexWithName(rec.myCurrentName), std::move(copy));
+            insertAfter(start, start.getParmIndexWithName(rec.myOriginalName), std::move(other));
+        }
         temporaries.emplace_back(temporary, rec.myCurrentName);
         gz_OldParm to_final = rec;
         to_final.myOriginalName = temporary;
@@ -447,12 +457,8 @@ int GZ_OldParms::updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
         first.myRecords.push_back(rec);
         second.myRecords.push_back(to_final);
     }
-    // The node must have the temporary parameters even when nothing else goes beside them.
-    bool with_interim = false;
-    if (!first.applyInterim(middle, with_interim, error) ||
-        (!with_interim && !GZ_EditScriptedParms(middle).updateNode(error)))
+    if (!start.updateNode(error))
         return 0;
-    with_interim = true;
     std::vector<std::string> lines;
     first.resolveOldParmLinks(node.getUniqueId(), middle, lines);
     // The fields of the interface were repaired in the middle interface: the final one is
@@ -466,7 +472,7 @@ int GZ_OldParms::updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
     }
     for (int i = 0; i < parms.entries() && i < repaired.entries(); ++i)
         *parms.getParm(i) = *repaired.getParm(i);
-    if (!first.applyFinal(middle, with_interim, error))
+    if (!first.applyFinal(middle, /*with_interim=*/true, error))
         return 0;
     for (std::string &line : lines)
         for (const auto &t : temporaries)
