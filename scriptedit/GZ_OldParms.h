@@ -88,7 +88,10 @@ private:
     void resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const;
     void resolveSingleParm(const gz_OldParm &rec, const std::string &old_channel,
                            const std::string &new_channel, Context &ctx) const;
+    void resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const;
     void resolveOnNode(const gz_OldParm &rec, Context &ctx) const;
+    void addReferenceNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
+                           std::vector<std::pair<std::string, std::string>> &pairs) const;
     /// The pairs of old and new channel names of a record (the parameter name first).
     void addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
                          std::vector<std::pair<std::string, std::string>> &pairs) const;

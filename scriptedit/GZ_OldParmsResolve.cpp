@@ -3,6 +3,7 @@
 
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
+#include "host/HostMultiParmLinks.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "host/HostReferenceIndex.h"
@@ -87,6 +88,9 @@ void GZ_OldParms::resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
             resolveOldParmChannels(rec, ctx);
     for (const gz_OldParm &rec : myRecords)
         if (rec.isChanged())
+            resolveOldMultiParmInfo(rec, ctx);
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
             resolveOnNode(rec, ctx);
 }
 
@@ -150,12 +154,13 @@ void GZ_OldParms::addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedPa
         pairs.emplace_back(old_names[i], new_names[i]);
 }
 
-// The referrers are found by the old names (the parameter name, which stands for its first
-// component, and every channel name), so a deleted or renamed parameter's referrers are
-// found whether or not the node still has it.
-void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const
+// The old and new channel names under which a record's referrers are found: the parameter
+// name (it stands for the first component) and every channel name, so a deleted or renamed
+// parameter's referrers are found whether or not the node still has it. A deleted record's
+// pairs keep the old names.
+void GZ_OldParms::addReferenceNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
+                                    Pairs &pairs) const
 {
-    Pairs pairs;
     if (rec.isDeleted())
     {
         if (const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName))
@@ -165,13 +170,58 @@ void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) co
             pairs.assign(1, {rec.getOldChannel(), rec.getOldChannel()});
     }
     else
-        addChannelNames(rec, *ctx.myParms, pairs);
+        addChannelNames(rec, parms, pairs);
     if (rec.myOriginalSuffix.empty() &&
         (pairs.empty() || pairs.front().first != rec.myOriginalName))
         pairs.insert(pairs.begin(), {rec.myOriginalName, rec.myCurrentName});
+}
+
+void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const
+{
+    Pairs pairs;
+    addReferenceNames(rec, *ctx.myParms, pairs);
     addInstanceNames(*ctx.myNode, pairs);
     for (const auto &pair : pairs)
         resolveSingleParm(rec, pair.first, pair.second, ctx);
+}
+
+// Multiparm links of other nodes that lead to the record follow a rename and go (or are
+// reported, by the deletion behaviour) with a deletion; the edited node's own links of a
+// renamed or deleted instance pattern follow it too.
+void GZ_OldParms::resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const
+{
+    HostNode &edited = *ctx.myNode;
+    HostMultiParmLinks &links = edited.getDirector()->getMultiParmLinks();
+    const bool report = rec.isDeleted() && getParameterDeletionBehavior() >= 2;
+    Pairs pairs;
+    addReferenceNames(rec, *ctx.myParms, pairs);
+    for (const auto &[from, to] : pairs)
+    {
+        if (from.find('#') != std::string::npos)
+        {
+            if (rec.isDeleted())
+                links.set(edited, from, std::string(), ctx.myTime);
+            else
+                links.movePattern(edited, from, to);
+            continue;
+        }
+        for (const HostMultiParmLinks::Link &link : links.findLinksTo(edited, from))
+        {
+            HostNode *linking = edited.getDirector()->findNodeById(link.myNodeId);
+            if (report)
+            {
+                ctx.myWarnings->insert(ctx.myWarnings->end(),
+                                       {deletedLine(rec.getOldChannel()),
+                                        "        and is referenced by '" +
+                                            linking->getFullPath() + "/" + link.myPattern + "'"});
+                continue;
+            }
+            const std::string path = linking->getRelativePathTo(edited);
+            const std::string text =
+                rec.isDeleted() ? std::string() : (path == "." ? "" : path + "/") + to;
+            links.set(*linking, link.myPattern, text, ctx.myTime);
+        }
+    }
 }
 
 // References name the instances of a multiparm ("pt2"), not its pattern ("pt#"): every
