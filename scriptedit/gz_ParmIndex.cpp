@@ -174,6 +174,8 @@ int gz_ParmIndex::folderRunEnd(int pos, int size) const
                 break;
             if (mark.myMatchMark < 0)
                 return size;
+            if (mark.myMatchMark <= m)
+                break; // cannot happen in a consistent index; never loop on one that is not
             after = pos = mark.myMatch + 1;
             m = mark.myMatchMark + 1;
         }
