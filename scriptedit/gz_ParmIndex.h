@@ -12,11 +12,11 @@
 class GZ_EditScriptedParm;
 
 /// What a parameter set is asked about while properties are added to it: whether a name is
-/// taken, where the openers of a label are, where a block ends and where the next group
-/// entry is. Appending and inserting update it in time proportional to the entries added and
+/// taken, where the openers of a label are, where a block ends, which folder comes first
+/// inside a block and where a run of folders ends. Appending and inserting update it in time proportional to the entries added and
 /// the set's group entries (never its ordinary parameters); any other change marks it stale,
 /// and it is rebuilt from the list on the next query. Entries are linked to it, so that a
-/// change of name, label, kind or visibility made through an entry marks it stale too.
+/// change of name, label or kind made through an entry marks it stale too.
 class gz_ParmIndex
 {
 public:
