@@ -6,6 +6,7 @@
 #include "persistent/gz_ScriptOpPage.h"
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostAssetDefinition.h"
 #include "host/HostDiagnostics.h"
 #include "host/HostDialogStream.h"
 #include "host/HostOperatorTable.h"
@@ -190,6 +191,22 @@ bool checkScript(const std::string &text, const std::string &file, bool report,
     return !name.empty();
 }
 } // namespace
+
+GZ_ScriptOperator *GZ_ScriptOperator::defineFromLibrary(const HostAssetDefinition &def,
+                                                        const std::string &library,
+                                                        const std::string &shown,
+                                                        std::string &error)
+{
+    const std::string *script = def.findSection("DialogScript");
+    if (!script)
+    {
+        error = def.getName() + " in " + shown + " has no DialogScript";
+        return nullptr;
+    }
+    std::string table, name;
+    HostOperatorTable::splitQualifiedName(def.getName(), table, name);
+    return defineFromText(table, *script, library, shown + "(" + def.getName() + ")", error);
+}
 
 GZ_ScriptOperator *GZ_ScriptOperator::defineFromText(const std::string &table_name,
                                                      const std::string &text,
