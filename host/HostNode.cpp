@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace
 {
@@ -273,6 +274,43 @@ void restoreParms(HostParmList &list, const std::vector<std::string> &order,
             parm->addInputInterest(i);
     }
 }
+
+/// A spare parameter whose name the operator's templates now take is renamed as a spare
+/// added with that name would be ("amt" becomes "amt1"), keeping its value; references to
+/// it are not repaired.
+void renameTakenSpares(const HostParmTemplate *own_templates, HostParmTemplateList &spares,
+                       const HostParmList &old_parms, std::vector<std::string> &order,
+                       std::map<std::string, SavedParm> &saved)
+{
+    std::set<std::string> own, taken;
+    for (const HostParmTemplate *t = own_templates; t && !t->isTerminator(); ++t)
+        own.insert(t->getName());
+    taken = own;
+    for (int i = 0; i < spares.size(); ++i)
+        taken.insert(spares[i].getName());
+    for (int i = 0; i < spares.size(); ++i)
+    {
+        HostParmTemplate &t = spares[i];
+        if (!own.count(t.getName()))
+            continue;
+        const std::string old_name = t.getName();
+        std::string name;
+        for (int n = 1; taken.count(name = old_name + std::to_string(n)); ++n)
+        {
+        }
+        taken.insert(name);
+        t.setName(name);
+        // The value saved under the old name was the spare parameter's: it moves with it.
+        const HostParm *old_parm = old_parms.getParm(old_name);
+        auto found = saved.find(old_name);
+        if (old_parm && old_parm->isSpare() && found != saved.end())
+        {
+            saved.emplace(name, std::move(found->second));
+            saved.erase(found);
+            std::replace(order.begin(), order.end(), old_name, name);
+        }
+    }
+}
 } // namespace
 
 void HostNode::setSpareTemplates(const HostParmTemplateList &templates)
@@ -299,6 +337,8 @@ void HostNode::rebuildParms()
     std::vector<std::string> order;
     std::map<std::string, SavedParm> saved;
     saveParms(*myParms, /*spare_only=*/false, order, saved);
+    renameTakenSpares(myOperator ? myOperator->getParmTemplates() : nullptr, mySpareTemplates,
+                      *myParms, order, saved);
     buildParms();
     restoreParms(*myParms, order, saved);
     sendEvent(HOST_NODE_TEMPLATES_CHANGED);

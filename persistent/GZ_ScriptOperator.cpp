@@ -131,7 +131,9 @@ bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, std::string &err
     gz_ScriptOpPage page(this, getMinInputs(), getMaxInputs());
     if (!page.parsePage(in))
         return false;
-    setScriptName(page.myScriptName);
+    // Without a script line the type's script is named after it: the writer always writes a
+    // script line, and an empty one would not read back.
+    setScriptName(page.myScriptName.empty() ? page.getName() : page.myScriptName);
     setInputNames(page.myInputNames);
     setInputLabels(page.myInputLabels);
     setOutputLabels(page.myOutputLabels);
