@@ -141,8 +141,8 @@ void ShellScene::writeOperatorTypes(std::ostream &os)
                 by_name[op->getName()] = op->getDefinitionPath();
         }
         for (const auto &[name, path] : by_name)
-            plain << "optypeload -t " << HostCommandManager::protectString(table->getName())
-                  << " " << HostCommandManager::protectString(path) << "\n";
+            plain << "optypeload -t " << HostCommandManager::protectString(table->getName()) << " "
+                  << HostCommandManager::protectString(path) << "\n";
     }
     for (const HostAssetLibraryManager::Library &library : libraries.getLibraries())
         if (used.count(library.myPath))

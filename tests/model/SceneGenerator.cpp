@@ -8,10 +8,10 @@
 #include "host/HostOperatorTable.h"
 #include "host/HostParm.h"
 #include "host/HostParmList.h"
-#include "persistent/GZ_ScriptOperator.h"
 #include "persistent/GZ_Manager.h"
 #include "persistent/GZ_OHLGroup.h"
 #include "persistent/GZ_OHLPersistent.h"
+#include "persistent/GZ_ScriptOperator.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -288,8 +288,8 @@ std::string SceneGenerator::spareCommand()
                quoted(pick({"amt2", "gain", "on1", "w", "t", "it's", "word"}));
     case 9:
     {
-        std::string line = std::string(chance(25) ? "spareunlink " : "sparelink ") + path + " " +
-                           name;
+        std::string line =
+            std::string(chance(25) ? "spareunlink " : "sparelink ") + path + " " + name;
         const std::vector<std::string> live = nodePaths();
         for (int n = 1 + below(2); n > 0; --n)
             line += " " + quoted((live.empty() || chance(10)
@@ -525,7 +525,8 @@ std::vector<std::string> SceneGenerator::groupNames() const
     return names;
 }
 
-std::string SceneGenerator::typeFrom(const char *table, std::initializer_list<const char *> built_in)
+std::string SceneGenerator::typeFrom(const char *table,
+                                     std::initializer_list<const char *> built_in)
 {
     const std::vector<std::string> scripted = scriptedTypes(table);
     if (!scripted.empty() && chance(50))

@@ -28,8 +28,8 @@ public:
     std::string bindingCommand();
     /// A random line that defines scripted operator types (optypeload of a new random
     /// script written to the types folder; always while none is defined), saves one into a
-    /// library there (optypesave) or loads a library saved there (libload). Types belong to the process and have no undo; next() makes
-    /// these lines only when `types_in_sequence` is set.
+    /// library there (optypesave) or loads a library saved there (libload). Types belong to the
+    /// process and have no undo; next() makes these lines only when `types_in_sequence` is set.
     std::string typeCommand();
     void setTypesInSequence(bool on) { myTypesInSequence = on; }
 
