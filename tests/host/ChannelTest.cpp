@@ -21,11 +21,9 @@ TEST(HostChannelEvaluate, InterpolatesBetweenKeysAndHoldsOutside)
     ASSERT_EQ(channel.getNumKeys(), 3);
     EXPECT_EQ(channel.getKey(0).myTime, 0.0); // inserted out of order, kept sorted
     EXPECT_EQ(channel.getKey(2).myTime, 2.0);
-    EXPECT_DOUBLE_EQ(channel.evaluate(0.5), 15.0);
-    EXPECT_DOUBLE_EQ(channel.evaluate(1.75), 27.5);
-    EXPECT_DOUBLE_EQ(channel.evaluate(1.0), 20.0);
-    EXPECT_DOUBLE_EQ(channel.evaluate(-5.0), 10.0);
-    EXPECT_DOUBLE_EQ(channel.evaluate(99.0), 30.0);
+    for (const auto &[time, value] :
+         {std::pair{0.5, 15.0}, {1.75, 27.5}, {1.0, 20.0}, {-5.0, 10.0}, {99.0, 30.0}})
+        EXPECT_DOUBLE_EQ(channel.evaluate(time), value) << time;
     EXPECT_EQ(HostChannel().evaluate(1.0), 0.0);
 }
 

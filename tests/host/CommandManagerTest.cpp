@@ -7,6 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 
 namespace
 {
@@ -92,10 +93,8 @@ TEST(CommandOptions, RejectsMalformedOptionStringsAndDuplicates)
 {
     HostCommandManager mgr;
     auto noop = [](HostCommandArgs &) {};
-    EXPECT_FALSE(mgr.installCommand("a", ":t", noop));
-    EXPECT_FALSE(mgr.installCommand("b", "tt", noop));
-    EXPECT_FALSE(mgr.installCommand("c", "1", noop));
-    EXPECT_FALSE(mgr.installCommand("", "", noop));
+    for (const auto &[name, options] : {std::pair{"a", ":t"}, {"b", "tt"}, {"c", "1"}, {"", ""}})
+        EXPECT_FALSE(mgr.installCommand(name, options, noop)) << name;
     EXPECT_TRUE(mgr.installCommand("omwrite", nullptr, noop, /*allowed_while_loading=*/false,
                                    "omwrite [file]"));
     EXPECT_FALSE(mgr.installCommand("omwrite", "", noop));
@@ -209,19 +208,13 @@ TEST(CommandArgs, AccessorsAreSafeOutOfRange)
     args.setOption('r', {"1", "2.5", "abc"});
     args.setOption('g');
     args.setUsage("cmd [-g] [-r R G B] name");
-    EXPECT_EQ(args.argc(), 2);
-    EXPECT_EQ(args.argv(2), nullptr);
-    EXPECT_EQ(args.argv(-1), nullptr);
-    EXPECT_EQ(args.arg(5), "");
-    EXPECT_EQ(args.commandName(), "cmd");
-    EXPECT_TRUE(args.found('g'));
-    EXPECT_EQ(args.nargp('g'), 0);
-    EXPECT_EQ(args.argp('g'), nullptr);
-    EXPECT_FALSE(args.found('t'));
-    EXPECT_EQ(args.iargp('t', 0, 7), 7);
-    EXPECT_EQ(args.iargp('r', 2, 7), 0);
+    EXPECT_EQ(std::tuple(args.argc(), args.argv(2), args.argv(-1), args.arg(5), args.commandName()),
+              std::tuple(2, nullptr, nullptr, "", "cmd"));
+    EXPECT_EQ(std::tuple(args.found('g'), args.nargp('g'), args.argp('g'), args.found('t')),
+              std::tuple(true, 0, nullptr, false));
+    EXPECT_EQ(std::tuple(args.iargp('t', 0, 7), args.iargp('r', 2, 7), args.argp('r', 3)),
+              std::tuple(7, 0, nullptr));
     EXPECT_DOUBLE_EQ(args.fargp('r', 1), 2.5);
-    EXPECT_EQ(args.argp('r', 3), nullptr);
     args.showUsage();
     EXPECT_EQ(err.str(), "Usage: cmd [-g] [-r R G B] name\n");
 }

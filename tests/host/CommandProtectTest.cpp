@@ -32,17 +32,14 @@ std::vector<std::string> roundTrip(HostCommandManager &mgr, const std::vector<st
 
 TEST(CommandProtect, PlainWordsStayAndOthersAreQuoted)
 {
-    EXPECT_EQ(HostCommandManager::protectString("xform1"), "xform1");
-    EXPECT_EQ(HostCommandManager::protectString("/obj/geo1/xform1"), "/obj/geo1/xform1");
-    EXPECT_EQ(HostCommandManager::protectString("-1.5"), "-1.5");
-    EXPECT_EQ(HostCommandManager::protectString("a#b"), "a#b");
-    EXPECT_EQ(HostCommandManager::protectString(""), "''");
-    EXPECT_EQ(HostCommandManager::protectString("a b"), "'a b'");
-    EXPECT_EQ(HostCommandManager::protectString("#x"), "'#x'");
-    EXPECT_EQ(HostCommandManager::protectString("-x"), "'-x'");
-    EXPECT_EQ(HostCommandManager::protectString("$HOME"), "'$HOME'");
-    EXPECT_EQ(HostCommandManager::protectString("it's"), "\"it's\"");
-    EXPECT_EQ(HostCommandManager::protectString("it's \"$x\\"), "\"it's \\\"\\$x\"\\\\");
+    // clang-format off
+    const std::pair<const char *, const char *> cases[] = {
+        {"xform1", "xform1"}, {"/obj/geo1/xform1", "/obj/geo1/xform1"}, {"-1.5", "-1.5"},
+        {"a#b", "a#b"}, {"", "''"}, {"a b", "'a b'"}, {"#x", "'#x'"}, {"-x", "'-x'"},
+        {"$HOME", "'$HOME'"}, {"it's", "\"it's\""}, {"it's \"$x\\", "\"it's \\\"\\$x\"\\\\"}};
+    // clang-format on
+    for (const auto &[text, protectedText] : cases)
+        EXPECT_EQ(HostCommandManager::protectString(text), protectedText) << text;
 
     std::ostringstream os;
     HostCommandManager::protectString(os, "a;b");
@@ -53,30 +50,12 @@ TEST(CommandProtect, SpecialStringsSurviveAsPositionalArguments)
 {
     HostCommandManager mgr;
     mgr.setVariable("x", "EXPANDED");
-    std::vector<std::string> tricky{"-b",
-                                    "--",
-                                    "-",
-                                    "",
-                                    "'",
-                                    "\"",
-                                    "\\",
-                                    "\\\\",
-                                    "a\\",
-                                    "\\\"",
-                                    "it's\\",
-                                    "$x",
-                                    "${x}",
-                                    "\"$x\"",
-                                    "#",
-                                    ";",
-                                    "\n",
-                                    "a\nb'c\"d",
-                                    " ",
-                                    "\t\r\f\v",
-                                    "a#b",
-                                    "-gv",
-                                    std::string(1, '\0'),
-                                    "\x7f\xff"};
+    // clang-format off
+    const std::vector<std::string> tricky{
+        "-b", "--", "-", "", "'", "\"", "\\", "\\\\", "a\\", "\\\"", "it's\\", "$x", "${x}",
+        "\"$x\"", "#", ";", "\n", "a\nb'c\"d", " ", "\t\r\f\v", "a#b", "-gv",
+        std::string(1, '\0'), "\x7f\xff"};
+    // clang-format on
     EXPECT_EQ(roundTrip(mgr, tricky), tricky);
 }
 

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace
 {
@@ -41,16 +42,14 @@ TEST(DialogQuote, EscapesBothModesAndUnescapesBoth)
 
 TEST(VariableName, ForcesEncodesAndDecodes)
 {
-    struct Case
+    const std::tuple<const char *, const char *, const char *> cases[] = {
+        {"abc", nullptr, "abc"}, {"1ab", nullptr, "_1ab"}, {"a b-c", nullptr, "a_b_c"},
+        {"pt#", "#", "pt#"},     {"pt#", nullptr, "pt_"},  {"", nullptr, ""}};
+    for (const auto &[in, extra, forced] : cases)
     {
-        const char *in, *extra, *forced;
-    } cases[] = {{"abc", nullptr, "abc"}, {"1ab", nullptr, "_1ab"}, {"a b-c", nullptr, "a_b_c"},
-                 {"pt#", "#", "pt#"},     {"pt#", nullptr, "pt_"},  {"", nullptr, ""}};
-    for (const Case &c : cases)
-    {
-        std::string name = c.in;
-        EXPECT_EQ(HostVariableName::forceValidName(name, c.extra), std::string(c.in) != c.forced);
-        EXPECT_EQ(name, c.forced);
+        std::string name = in;
+        EXPECT_EQ(HostVariableName::forceValidName(name, extra), std::string(in) != forced);
+        EXPECT_EQ(name, forced);
     }
     for (const char *text : {"My Folder", "a_b", "x.y:z", "xn__q", "1st"})
     {
@@ -148,19 +147,17 @@ TEST(DialogScript, SectionBuildsTemplatesAndImports)
 
     const HostParmTemplate &sw = l[1];
     ASSERT_TRUE(sw.getType().isSwitcher());
-    EXPECT_EQ(sw.getName(), "folder0");
-    EXPECT_EQ(sw.getFolderCount(), 2);
-    EXPECT_EQ(sw.getFolderParmCount(0), 1);
-    EXPECT_EQ(sw.getFolderParmCount(1), 2);
-    EXPECT_EQ(sw.getFolderLabel(1), "Other");
+    EXPECT_EQ(std::tuple(sw.getName(), sw.getFolderCount(), sw.getFolderLabel(1)),
+              std::tuple("folder0", 2, "Other"));
+    EXPECT_EQ(std::pair(sw.getFolderParmCount(0), sw.getFolderParmCount(1)), std::pair(1, 2));
     EXPECT_STREQ(sw.getTag("script_callback"), "print 1");
     EXPECT_STREQ(sw.getTag("script_callback:1"), "print 2");
     EXPECT_STREQ(sw.getTag("folder_hidden:1"), "1");
     EXPECT_EQ(sw.getTabCondition(0, HOST_COND_DISABLE), "{ scale == 0 }");
 
-    EXPECT_EQ(l[2].getVectorSize(), 3);
-    EXPECT_EQ(l[2].getDefault(2).myString, "ch(\"../x\")");
-    EXPECT_EQ(l[2].getDefault(2).myMeaning, HOST_STRING_EXPRESSION);
+    EXPECT_EQ(
+        std::tuple(l[2].getVectorSize(), l[2].getDefault(2).myString, l[2].getDefault(2).myMeaning),
+        std::tuple(3, "ch(\"../x\")", HOST_STRING_EXPRESSION));
     const HostChoiceList *menu = l[3].getChoiceList();
     ASSERT_NE(menu, nullptr);
     EXPECT_TRUE(menu->usesToken() && menu->isExclusive());
@@ -182,9 +179,8 @@ TEST(DialogScript, SectionBuildsTemplatesAndImports)
 
     ASSERT_EQ(layout.myImports.size(), 1u);
     const HostImportRecord &r = layout.myImports[0];
-    EXPECT_EQ(r.myLabel, "My \"Import\" Label");
-    EXPECT_EQ(r.myAfter, 5);
-    EXPECT_FALSE(r.myEnable);
+    EXPECT_EQ(std::tuple(r.myLabel, r.myAfter, r.myEnable),
+              std::tuple("My \"Import\" Label", 5, false));
 
     // Templates -> page -> templates is a fixed point.
     HostSpareLayout again;
@@ -211,21 +207,18 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
     const HostScriptPage &inner = *parsed->getParm(1)->myPage;
     int first = -1, last = -1;
     inner.getSwitcherRange(2, first, last);
-    EXPECT_EQ(first, 1);
-    EXPECT_EQ(last, 2);
+    EXPECT_EQ(std::pair(first, last), std::pair(1, 2));
     const HostParmTemplateList &l = layout.myTemplates;
     ASSERT_EQ(l.size(), 7); // a, x, b, r, y, c, d
     EXPECT_EQ(l[0].getFolderCount(), 1);
-    EXPECT_EQ(l[2].getFolderCount(), 1);
-    EXPECT_EQ(l[2].getFolderParmCount(0), 1);
+    EXPECT_EQ(std::pair(l[2].getFolderCount(), l[2].getFolderParmCount(0)), std::pair(1, 1));
     EXPECT_TRUE(l[3].getType().isExclusive());
     EXPECT_EQ(l[3].getFolderCount(), 2);
     EXPECT_STREQ(l[5].getTag("group_type"), "collapsible");
     EXPECT_EQ(l[6].getFolderCount(), 1);
     ASSERT_EQ(layout.myImports.size(), 1u);
-    EXPECT_EQ(layout.myImports[0].mySwitcher, 2);
-    EXPECT_EQ(layout.myImports[0].myFolder, 0);
-    EXPECT_EQ(layout.myImports[0].myAfter, -1);
+    const HostImportRecord &r = layout.myImports[0];
+    EXPECT_EQ(std::tuple(r.mySwitcher, r.myFolder, r.myAfter), std::tuple(2, 0, -1));
 
     auto page = HostScriptPage::fromTemplates(layout);
     EXPECT_TRUE(page->getParm(0)->myTabBreak);
@@ -237,11 +230,7 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
 
 TEST(DialogScript, BadInputIsReportedWithFileAndLineAndReadingGoesOn)
 {
-    struct Case
-    {
-        const char *text;
-        const char *report;
-    } cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"parm {\n name \"a\"\n", "t.ds[2]: Missing '}' at the end of the parm block 'a'\n"},
         {"parm {\n bogus 1 { 2 }\n name \"a\" }",
          "t.ds[2]: Unknown keyword 'bogus' in a parm block\n"},
@@ -261,15 +250,15 @@ TEST(DialogScript, BadInputIsReportedWithFileAndLineAndReadingGoesOn)
         {"parm { name }", "t.ds[1]: Expected a value after 'name'\n"},
         {"frobnicate 1 2\nparm { }", "t.ds[1]: Unknown keyword 'frobnicate'\n"},
     };
-    for (const Case &c : cases)
+    for (const auto &[text, report] : cases)
     {
         HostDiagnosticCapture diag;
-        auto page = parseText(c.text, diag);
-        EXPECT_EQ(diag.text(), c.report) << c.text;
+        auto page = parseText(text, diag);
+        EXPECT_EQ(diag.text(), report) << text;
     }
     // Reading went on: the block after the bad keyword still has its name.
     HostDiagnosticCapture diag;
-    EXPECT_EQ(parseText(cases[1].text, diag)->getParm(0)->myName, "a");
+    EXPECT_EQ(parseText(std::get<0>(cases[1]), diag)->getParm(0)->myName, "a");
 }
 
 TEST(DialogScript, EndlessNestingAndErrorFloodsStop)

@@ -4,8 +4,8 @@
 #include "host/HostNetwork.h"
 
 #include <sstream>
-
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -13,7 +13,7 @@ namespace
 struct EventLog
 {
     std::vector<std::string> myEvents;
-    HostNode *myRemoveOnEvent = nullptr; ///< removes its own callback from this node
+    HostNode *myRemoveOnEvent = nullptr;          ///< removes its own callback from this node
     std::vector<const void *> *myOrder = nullptr; ///< where calls are recorded in order
 };
 
@@ -49,15 +49,14 @@ TEST_F(HostNodeCreation, CreatesNodesAtFullPathsAndRefusesBadOnes)
     EXPECT_EQ(box->getFullPath(), "/obj/geo1/box1");
     EXPECT_EQ(box->getNetworkTypeId(), HOST_NETWORK_SOP);
 
+    // Wrong table for the parent network, missing parent, duplicate, bad name, no children,
+    // relative path (the messages are in the shell_nodes scenario). Rows: type, path.
     std::string error;
-    // Wrong table for the parent network, missing parent, duplicate, bad name, no children
-    // (the messages are in the shell_nodes scenario).
-    EXPECT_EQ(myDirector.createNode("tbox", "/obj/box2", &error), nullptr);
-    EXPECT_EQ(myDirector.createNode("tbox", "/obj/nothere/box1", &error), nullptr);
-    EXPECT_EQ(myDirector.createNode("tgeo", "/obj/geo1", &error), nullptr);
-    EXPECT_EQ(myDirector.createNode("tgeo", "/obj/bad name", &error), nullptr);
-    EXPECT_EQ(myDirector.createNode("tbox", "/obj/geo1/box1/x", &error), nullptr);
-    EXPECT_EQ(myDirector.createNode("tgeo", "obj/geo3", &error), nullptr);
+    const std::pair<const char *, const char *> refused[] = {
+        {"tbox", "/obj/box2"},     {"tbox", "/obj/nothere/box1"}, {"tgeo", "/obj/geo1"},
+        {"tgeo", "/obj/bad name"}, {"tbox", "/obj/geo1/box1/x"},  {"tgeo", "obj/geo3"}};
+    for (const auto &[type, path] : refused)
+        EXPECT_EQ(myDirector.createNode(type, path, &error), nullptr) << path;
 
     // Unnamed nodes get the type name and a free number.
     HostNetwork *obj = myDirector.findNode("/obj")->getChildNetwork();
@@ -73,19 +72,15 @@ TEST_F(HostNodeCreation, FindsNodesByPathRelativePathAndId)
     HostNode *geo2 = make("tgeo", "/obj/geo2");
     HostNode *box = make("tbox", "/obj/geo1/box1");
 
-    EXPECT_EQ(myDirector.findNode("/obj/geo1/box1"), box);
-    EXPECT_EQ(myDirector.findNode("/obj/geo1/"), geo1);
-    EXPECT_EQ(myDirector.findNode("/"), myDirector.getRoot());
-    EXPECT_EQ(myDirector.findNode("/obj/geo9"), nullptr);
-    EXPECT_EQ(myDirector.findNode("obj/geo2"), geo2);
-
-    EXPECT_EQ(box->findNode(".."), geo1);
-    EXPECT_EQ(box->findNode("../../geo2"), geo2);
-    EXPECT_EQ(geo1->findNode("box1"), box);
-    EXPECT_EQ(geo1->findNode("./box1"), box);
-    EXPECT_EQ(geo1->findNode("../geo2"), geo2);
+    HostNode *root = myDirector.getRoot(); // rows: from, path, found
+    const std::tuple<HostNode *, const char *, HostNode *> finds[] = {
+        {root, "/obj/geo1/box1", box}, {root, "/obj/geo1/", geo1}, {root, "/", root},
+        {root, "/obj/geo9", nullptr},  {root, "obj/geo2", geo2},   {box, "..", geo1},
+        {box, "../../geo2", geo2},     {geo1, "box1", box},        {geo1, "./box1", box},
+        {geo1, "../geo2", geo2},       {geo1, "../../..", nullptr}};
+    for (const auto &[from, path, found] : finds)
+        EXPECT_EQ(from == root ? myDirector.findNode(path) : from->findNode(path), found) << path;
     EXPECT_EQ(myDirector.findNode("../geo2", geo1), geo2);
-    EXPECT_EQ(geo1->findNode("../../.."), nullptr);
 
     EXPECT_EQ(box->getRelativePathTo(*geo2), "../../geo2");
     EXPECT_EQ(geo1->getRelativePathTo(*box), "box1");

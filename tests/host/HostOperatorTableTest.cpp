@@ -10,33 +10,23 @@
 
 namespace
 {
-class TableLog : public HostOperatorTableSink
+/// Listens to tables and to operator types; each instance is used as one of the two.
+class SinkLog : public HostOperatorTableSink, public HostTemplatesSink
 {
 public:
-    void tableUpdated(HostOperatorTable *table) override
-    {
-        myLog.push_back("updated:" + table->getName());
-    }
+    void tableUpdated(HostOperatorTable *table) override { log("updated:" + table->getName()); }
     void tableDeleted(HostOperatorTable *table) override
     {
-        myLog.push_back("deleted:" + table->getName());
+        log("deleted:" + table->getName());
         HostOperatorTableSink::tableDeleted(table);
     }
-    std::vector<std::string> myLog;
-};
-
-class TemplatesLog : public HostTemplatesSink
-{
-public:
-    void templatesUpdated(HostOperator *op) override
-    {
-        myLog.push_back("templates:" + op->getName());
-    }
+    void templatesUpdated(HostOperator *op) override { log("templates:" + op->getName()); }
     void operatorDeleted(HostOperator *op) override
     {
-        myLog.push_back("deleted:" + op->getName());
+        log("deleted:" + op->getName());
         HostTemplatesSink::operatorDeleted(op);
     }
+    void log(const std::string &event) { myLog.push_back(event); }
     std::vector<std::string> myLog;
 };
 } // namespace
@@ -58,15 +48,13 @@ TEST(HostOperatorTableRegistry, TablesAnswerToTokenAndTypeName)
     EXPECT_EQ(HostOperatorTable::getTable("sop"), nullptr);
     EXPECT_STREQ(HostOperatorTable::getNetworkToken(7), "");
 
-    std::string table, name;
-    HostOperatorTable::splitQualifiedName("Sop/xform", table, name);
-    EXPECT_EQ(table, "Sop");
-    EXPECT_EQ(name, "xform");
-    HostOperatorTable::splitQualifiedName("xform", table, name);
-    EXPECT_EQ(table, "");
-    EXPECT_EQ(name, "xform");
-    HostOperatorTable::splitQualifiedName("Sop/a/b", table, name);
-    EXPECT_EQ(name, "a/b");
+    for (const auto &[qualified, split] :
+         {std::pair{"Sop/xform", "Sop|xform"}, {"xform", "|xform"}, {"Sop/a/b", "Sop|a/b"}})
+    {
+        std::string table, name;
+        HostOperatorTable::splitQualifiedName(qualified, table, name);
+        EXPECT_EQ(table + "|" + name, split);
+    }
 }
 
 using HostOperatorTableChanges = HostFixture;
@@ -74,8 +62,8 @@ using HostOperatorTableChanges = HostFixture;
 TEST_F(HostOperatorTableChanges, AddRenameDeleteTellTheListeners)
 {
     HostOperatorTable *sop = HostOperatorTable::getTable("Sop");
-    TableLog tables;
-    TemplatesLog templates;
+    SinkLog tables;
+    SinkLog templates;
     tables.addTableInterest(sop);
     tables.addTableInterest(sop);
     EXPECT_TRUE(sop->hasSink(&tables));
@@ -114,7 +102,7 @@ TEST_F(HostOperatorTableChanges, NewTemplatesRebuildNodesKeepingValues)
     HostOperator *geo_op = HostOperatorTable::getTable("Object")->getOperator("tgeo");
     HostNode *geo = make("tgeo", "/obj/geo1");
     geo->getParm("t")->setValue(1, 5.0);
-    TemplatesLog templates;
+    SinkLog templates;
     templates.addTemplatesInterest(geo_op);
     std::vector<int> events;
     geo->addEventCallback(&events, [](HostNode *, void *callee, HostNodeEvent e, void *)
@@ -148,8 +136,8 @@ TEST_F(HostOperatorTableChanges, DestroyingATableTellsItsSinksAndTypes)
     EXPECT_TRUE(op->isStateOptional());
     EXPECT_EQ(op->getFlags(), 0x18u);
 
-    TableLog tables;
-    TemplatesLog templates;
+    SinkLog tables;
+    SinkLog templates;
     tables.addTableInterest(table);
     templates.addTemplatesInterest(op);
     EXPECT_FALSE(HostOperatorTable::destroyTable("Sop")); // standard tables stay
@@ -164,8 +152,8 @@ TEST_F(HostOperatorTableChanges, SinksThatDieFirstLeaveNoDanglingListener)
 {
     HostOperator *op = HostOperatorTable::getTable("Sop")->getOperator("tbox");
     {
-        TableLog tables;
-        TemplatesLog templates;
+        SinkLog tables;
+        SinkLog templates;
         tables.addTableInterest(HostOperatorTable::getTable("Sop"));
         templates.addTemplatesInterest(op);
     }

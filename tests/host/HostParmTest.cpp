@@ -5,6 +5,7 @@
 #include "host/HostParmList.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace
@@ -96,23 +97,24 @@ TEST_F(HostParmLookup, FindsParametersByNameChannelAndAlias)
     HostParmList &parms = geo->getParmList();
     EXPECT_EQ(parms.getEntries(), 3);
 
-    int vec = -5;
-    HostParm *t = parms.findChannel("ty", vec);
-    ASSERT_NE(t, nullptr);
-    EXPECT_EQ(t->getName(), "t");
-    EXPECT_EQ(vec, 1);
-    EXPECT_EQ(parms.findChannel("t", vec), t); // a whole parameter name gives component 0
-    EXPECT_EQ(vec, 0);
-    EXPECT_EQ(parms.findChannel("scale", vec)->getName(), "scale");
-    EXPECT_EQ(parms.findChannel("tw", vec), nullptr);
-    EXPECT_EQ(vec, -1);
+    // (parameter found, component) by channel; a whole parameter name gives component 0.
+    const auto find = [&parms](const char *channel)
+    {
+        int vec = -5;
+        const HostParm *parm = parms.findChannel(channel, vec);
+        return std::pair(parm ? parm->getName() : "none", vec);
+    };
+    using Found = std::pair<std::string, int>;
+    EXPECT_EQ(find("ty"), Found("t", 1));
+    EXPECT_EQ(find("t"), Found("t", 0));
+    EXPECT_EQ(find("scale"), Found("scale", 0));
+    EXPECT_EQ(find("tw"), Found("none", -1));
     EXPECT_EQ(parms.getParmIndex("r"), 1);
     EXPECT_EQ(parms.getParm(1)->getChannelName(2), "rz");
 
     EXPECT_FALSE(parms.addChannelAlias("height", "nothing"));
     EXPECT_TRUE(parms.addChannelAlias("height", "ty"));
-    EXPECT_EQ(parms.findChannel("height", vec), t);
-    EXPECT_EQ(vec, 1);
+    EXPECT_EQ(find("height"), Found("t", 1));
 }
 
 TEST_F(HostParmLookup, DefaultsRevertAndFactoryDefaults)

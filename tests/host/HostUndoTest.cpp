@@ -121,20 +121,18 @@ TEST(HostUndoBlocks, MergingBlocksJoinTheLastStepOfTheSameName)
 {
     HostUndoManager mgr;
     std::vector<std::string> log;
-    for (int i = 0; i < 3; ++i)
+    const auto step = [&](const char *name)
     {
-        int id = mgr.beginUndoBlock("Drag", HOST_UNDO_BLOCK_MERGE);
-        mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, std::to_string(i)));
+        const int id = mgr.beginUndoBlock(name, HOST_UNDO_BLOCK_MERGE);
+        mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, name));
         mgr.endUndoBlock(id);
-    }
+    };
+    for (int i = 0; i < 3; ++i)
+        step("Drag");
     EXPECT_EQ(mgr.getUndoCount(), 1);
     EXPECT_EQ(mgr.getUndoRecordCount(), 3);
-    int id = mgr.beginUndoBlock("Other", HOST_UNDO_BLOCK_MERGE);
-    mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, "o"));
-    mgr.endUndoBlock(id);
-    id = mgr.beginUndoBlock("Drag", HOST_UNDO_BLOCK_MERGE);
-    mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, "d"));
-    mgr.endUndoBlock(id);
+    step("Other");
+    step("Drag");
     EXPECT_EQ(mgr.getUndoCount(), 3);
 }
 

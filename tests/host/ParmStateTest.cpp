@@ -6,6 +6,8 @@
 #include "host/HostParm.h"
 
 #include <thread>
+#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -180,69 +182,55 @@ TEST_F(ParmState, ReferencesAreFollowedToTheEndAndCyclesStop)
     t3->setExpression(0, "ch(\"/obj/geo2/tx\")");
     t3->setExpression(1, "ch(\"tx\") + 1"); // not a reference: more than a single ch()
 
-    HostNode *node = geo3;
-    HostParm *parm = t3;
-    int k = 0;
-    ASSERT_TRUE(HostParm::followChannelReferences(0.0, node, parm, k));
-    EXPECT_EQ(node, myGeo1);
-    EXPECT_EQ(parm, myT1);
-    EXPECT_EQ(k, 0);
+    using Found = std::tuple<bool, HostNode *, HostParm *, int>;
+    const auto follow = [](HostNode *node, HostParm *parm, int k) -> Found
+    {
+        const bool found = HostParm::followChannelReferences(0.0, node, parm, k);
+        return {found, node, parm, k};
+    };
+    EXPECT_EQ(follow(geo3, t3, 0), Found(true, myGeo1, myT1, 0));
+    EXPECT_EQ(follow(geo3, t3, 1), Found(true, geo3, t3, 1));
 
-    node = geo3;
-    parm = t3;
-    k = 1;
-    ASSERT_TRUE(HostParm::followChannelReferences(0.0, node, parm, k));
-    EXPECT_EQ(parm, t3);
-    EXPECT_EQ(k, 1);
-
-    // A cycle through three components stops at the last one not seen before.
+    // A cycle through three components stops at the last one not seen before:
+    // geo1 -> geo3 -> geo2, whose reference leads back to geo1.
     myT1->setExpression(0, "ch(\"../geo3/tx\")");
-    node = myGeo1;
-    parm = myT1;
-    k = 0;
-    ASSERT_TRUE(HostParm::followChannelReferences(0.0, node, parm, k));
-    EXPECT_EQ(node, myGeo2); // geo1 -> geo3 -> geo2, whose reference leads back to geo1
-    EXPECT_EQ(parm, myT2);
+    EXPECT_EQ(follow(myGeo1, myT1, 0), Found(true, myGeo2, myT2, 0));
     std::string error;
     EXPECT_EQ(myT1->evalFloat(0, 0.0, error), 0.0);
     EXPECT_EQ(error, "Expression recursion too deep");
 
     // A self reference and a reference to nothing are not followed.
     myT1->setExpression(1, "ch(\"ty\")");
-    node = myGeo1;
-    parm = myT1;
-    k = 1;
-    ASSERT_TRUE(HostParm::followChannelReferences(0.0, node, parm, k));
-    EXPECT_EQ(k, 1);
+    EXPECT_EQ(follow(myGeo1, myT1, 1), Found(true, myGeo1, myT1, 1));
     myT1->setExpression(2, "ch(\"../nothing/tx\")");
     HostNode *target = nullptr;
+    HostParm *parm = nullptr;
+    int k = 0;
     EXPECT_FALSE(myT1->getChannelReference(2, target, parm, k));
-
-    HostParm *none = nullptr;
-    EXPECT_FALSE(HostParm::followChannelReferences(0.0, node, none, k));
+    EXPECT_FALSE(std::get<0>(follow(myGeo1, nullptr, 1)));
 }
 
 TEST_F(ParmState, ChannelNamesResolveOnNodesAndPaths)
 {
-    HostNode *node = nullptr;
-    HostParm *parm = nullptr;
-    int k = -1;
-    ASSERT_TRUE(myGeo2->resolveChannel("tz", node, parm, k));
-    EXPECT_EQ(node, myGeo2);
-    EXPECT_EQ(k, 2);
-    ASSERT_TRUE(myGeo2->resolveChannel("r", node, parm, k));
-    EXPECT_EQ(parm->getName(), "r");
-    EXPECT_EQ(k, 0);
-    ASSERT_TRUE(myGeo2->resolveChannel("../geo1/ry", node, parm, k));
-    EXPECT_EQ(node, myGeo1);
-    EXPECT_EQ(k, 1);
-    ASSERT_TRUE(myGeo2->resolveChannel("/obj/geo1/scale", node, parm, k));
-    EXPECT_EQ(parm, myGeo1->getParm("scale"));
-    EXPECT_FALSE(myGeo2->resolveChannel("../geo1/", node, parm, k));
-    EXPECT_FALSE(myGeo2->resolveChannel("/obj/none/tx", node, parm, k));
-    EXPECT_FALSE(myGeo2->resolveChannel("tw", node, parm, k));
-    EXPECT_EQ(node, nullptr);
-    EXPECT_EQ(k, -1);
+    HostParm *r2 = myGeo2->getParm("r"), *scale1 = myGeo1->getParm("scale");
+    using Found = std::tuple<bool, HostNode *, HostParm *, int>;
+    const std::pair<const char *, Found> cases[] = {
+        {"tz", {true, myGeo2, myT2, 2}},
+        {"r", {true, myGeo2, r2, 0}},
+        {"../geo1/ry", {true, myGeo1, myGeo1->getParm("r"), 1}},
+        {"/obj/geo1/scale", {true, myGeo1, scale1, 0}},
+        {"../geo1/", {false, nullptr, nullptr, -1}},
+        {"/obj/none/tx", {false, nullptr, nullptr, -1}},
+        {"tw", {false, nullptr, nullptr, -1}},
+    };
+    for (const auto &[name, expected] : cases)
+    {
+        HostNode *node = myGeo1;
+        HostParm *parm = myT1;
+        int k = 7;
+        const bool found = myGeo2->resolveChannel(name, node, parm, k);
+        EXPECT_EQ(Found(found, node, parm, k), expected) << name;
+    }
 
     const int instances[] = {3, 12};
     EXPECT_EQ(HostParm::expandInstanceTokens("pt#_#_#", instances, 2), "pt3_12_#");

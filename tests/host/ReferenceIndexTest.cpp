@@ -5,6 +5,8 @@
 #include "host/HostReferenceIndex.h"
 #include "host/HostRenameRepair.h"
 
+#include <tuple>
+
 namespace
 {
 std::vector<std::string> paths(const std::string &text)
@@ -27,18 +29,14 @@ TEST(ReferenceIndexText, FindsLiteralPathsOnly)
     EXPECT_EQ(paths("zum.ch('a/b')[0] # ch(\"c\")"), (V{"a/b@8-11", "c@23-24"}));
 
     std::string node, token;
-    struct Row
+    for (const auto &[path, split] : {std::pair{"tx", "/obj/geo1|tx"},
+                                      {"../geo2/t", "/obj/geo2|t"},
+                                      {"box1//./tx", "/obj/geo1/box1|tx"},
+                                      {"/obj/x/../geo3/ty", "/obj/geo3|ty"},
+                                      {"../../tx", "/|tx"}})
     {
-        const char *from, *path, *node, *token;
-    };
-    for (const Row &r : {Row{"/obj/geo1", "tx", "/obj/geo1", "tx"},
-                         Row{"/obj/geo1", "../geo2/t", "/obj/geo2", "t"},
-                         Row{"/obj/geo1", "box1//./tx", "/obj/geo1/box1", "tx"},
-                         Row{"/obj/geo1", "/obj/x/../geo3/ty", "/obj/geo3", "ty"},
-                         Row{"/obj/geo1", "../../tx", "/", "tx"}})
-    {
-        ASSERT_TRUE(HostReferenceIndex::splitChannelPath(r.from, r.path, node, token)) << r.path;
-        EXPECT_EQ(node + "|" + token, std::string(r.node) + "|" + r.token);
+        ASSERT_TRUE(HostReferenceIndex::splitChannelPath("/obj/geo1", path, node, token)) << path;
+        EXPECT_EQ(node + "|" + token, split);
     }
     for (const char *bad : {"../../../tx", "../geo2/", ""})
         EXPECT_FALSE(HostReferenceIndex::splitChannelPath("/obj/geo1", bad, node, token)) << bad;
@@ -135,12 +133,8 @@ TEST_F(ReferenceIndex, RenameRepairRewritesPathsIntoTheNode)
     HostNode *box = make("tbox", "/obj/geo1/box1");
     HostNode *geo1 = myDirector.findNode("/obj/geo1");
     HostNode *geo2 = myDirector.findNode("/obj/geo2");
-    struct Row
-    {
-        HostNode *from;
-        const char *text, *expected;
-    };
-    for (const Row &r : {
+    using Row = std::tuple<HostNode *, const char *, const char *>; // from, text, rewritten
+    for (const auto &[from, text, rewritten] : {
              Row{geo2, "ch(\"../geo1/tx\") + ch('/obj/geo1/box1/sizex')",
                  "ch(\"../g\\\"1/tx\") + ch('/obj/g\"1/box1/sizex')"},
              Row{box, "ch(\"../tx\") + ch(\"../../geo1/ty\") + ch(\"sizex\")",
@@ -148,7 +142,7 @@ TEST_F(ReferenceIndex, RenameRepairRewritesPathsIntoTheNode)
              Row{geo2, "ch(\"../geo1x/tx\") + ch(\"../nothere/../geo1/tx\")",
                  "ch(\"../geo1x/tx\") + ch(\"../nothere/../geo1/tx\")"},
          })
-        EXPECT_EQ(HostRenameRepair::rewriteText(r.text, *r.from, *geo1, "g\"1"), r.expected);
+        EXPECT_EQ(HostRenameRepair::rewriteText(text, *from, *geo1, "g\"1"), rewritten);
 
     expr("/obj/geo2", "tx", "ch(\"../geo1/tx\")");
     expr("/obj/geo2", "ty", "ch(\"../geo1/box1/sizey\")");

@@ -8,18 +8,16 @@
 #include "host/HostTagManager.h"
 
 #include <thread>
+#include <tuple>
 
 TEST(PatternMatch, WildcardsAndAlternatives)
 {
-    struct Case
-    {
-        const char *text, *pattern;
-        bool match;
-    } cases[] = {{"render", "render", true}, {"render", "rend*", true}, {"render", "r?nder", true},
-                 {"render", "*x*", false},   {"", "*", true},           {"ab", "a", false},
-                 {"aaab", "*a*b", true},     {"abc", "a*c*", true},     {"abc", "a*d", false}};
-    for (const Case &c : cases)
-        EXPECT_EQ(HostPatternMatch::match(c.text, c.pattern), c.match) << c.pattern;
+    const std::tuple<const char *, const char *, bool> cases[] = {
+        {"render", "render", true}, {"render", "rend*", true}, {"render", "r?nder", true},
+        {"render", "*x*", false},   {"", "*", true},           {"ab", "a", false},
+        {"aaab", "*a*b", true},     {"abc", "a*c*", true},     {"abc", "a*d", false}};
+    for (const auto &[text, pattern, match] : cases)
+        EXPECT_EQ(HostPatternMatch::match(text, pattern), match) << pattern;
     EXPECT_TRUE(HostPatternMatch::matchMulti("shading", "render, shad*"));
     EXPECT_TRUE(HostPatternMatch::matchMulti("b", "a b"));
     EXPECT_FALSE(HostPatternMatch::matchMulti("c", "a,, b"));
@@ -32,23 +30,17 @@ TEST(TagExpression, ParsesEvaluatesAndReportsErrors)
     std::string errors;
     const HostTagList list("render, shading  legacy", errors);
     EXPECT_EQ(errors, "");
-    struct Case
+    // clang-format off
+    const std::tuple<const char *, bool> cases[] = {
+        {"render", true}, {"!render", false}, {"render & !legacy", false},
+        {"render !legacy | x", false}, {"(x | shad*) & render", true}, {"", true}, {"*", true},
+        {"nope", false}};
+    // clang-format on
+    for (const auto &[expr, holds] : cases)
     {
-        const char *expr;
-        bool holds;
-    } cases[] = {{"render", true},
-                 {"!render", false},
-                 {"render & !legacy", false},
-                 {"render !legacy | x", false},
-                 {"(x | shad*) & render", true},
-                 {"", true},
-                 {"*", true},
-                 {"nope", false}};
-    for (const Case &c : cases)
-    {
-        HostTagExpression e(c.expr, errors);
-        EXPECT_TRUE(e.isValid()) << c.expr;
-        EXPECT_EQ(e.evaluate(&list), c.holds) << c.expr;
+        HostTagExpression e(expr, errors);
+        EXPECT_TRUE(e.isValid()) << expr;
+        EXPECT_EQ(e.evaluate(&list), holds) << expr;
     }
     EXPECT_EQ(errors, "");
     for (const char *bad : {"(a", "a |", "a & )", "a $"})

@@ -171,8 +171,7 @@ TEST_F(LinkFixture, LockedPartsAreHidden)
 {
     HostNode *a = make("lxform", "/obj/a");
     HostNode *b = make("lxform", "/obj/b");
-    int k = -1;
-    HostParm *t = parm(a, "ty", k);
+    HostParm *t = parm(a, "ty");
     t->setLocked(1, true);
     auto link = makeLink();
     const char *bindings[] = {"tx", "ty", "{2,0,0,1,tz}", "!1"};
@@ -213,10 +212,10 @@ TEST_F(LinkFixture, LockedPartsAreHidden)
     // Binding state marks the component that is finally driven.
     link->setBindingState(true);
     EXPECT_FALSE(t->isActive(0));
-    EXPECT_TRUE(parm(b, "tx", k)->isActive(0));
+    EXPECT_TRUE(parm(b, "tx")->isActive(0));
     EXPECT_TRUE(t->isActive(1));
     link->setBindingState(false);
-    EXPECT_FALSE(parm(b, "tx", k)->isActive(0));
+    EXPECT_FALSE(parm(b, "tx")->isActive(0));
 
     link->myUnlinked.clear();
     link->isolateHandleParms(1, {"tx", "ty", "group"});
@@ -315,9 +314,8 @@ TEST_F(LinkFixture, CallbacksNeverOutliveLinksOrNodes)
 {
     HostNode *a = make("lxform", "/obj/a");
     HostNode *b = make("lxform", "/obj/b");
-    int k = -1;
-    HostParm *group_a = parm(a, "group", k);
-    HostParm *group_b = parm(b, "group", k);
+    HostParm *group_a = parm(a, "group");
+    HostParm *group_b = parm(b, "group");
     theInterestCalls = 0;
     {
         auto link = makeLink();
@@ -355,7 +353,7 @@ TEST_F(LinkFixture, CallbacksNeverOutliveLinksOrNodes)
     HostNode *c = make("lxform", "/obj/c");
     link->attach(*a);
     link->attach(*b);
-    EXPECT_EQ(parm(c, "group", k)->getNumInputInterests(), 1);
+    EXPECT_EQ(parm(c, "group")->getNumInputInterests(), 1);
     ASSERT_TRUE(myDirector.deleteNode(c));
     ASSERT_TRUE(myDirector.deleteNode(b));
     EXPECT_EQ(link->getNumOps(), 1);

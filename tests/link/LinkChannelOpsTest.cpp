@@ -8,6 +8,7 @@
 #include "host/HostUndoManager.h"
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 using gztest::LinkFixture;
@@ -34,6 +35,14 @@ public:
         EXPECT_EQ(nodes->size(), indices->size());
         EXPECT_EQ(parms->size(), indices->size());
         return indices->size();
+    }
+
+    /// The cache behaviour flags (set key, scope, append) as "010" for only scope.
+    static std::string behaviour()
+    {
+        bool flags[3] = {true, true, true};
+        getParmsCacheBehaviour(flags[0], flags[1], flags[2]);
+        return {flags[0] ? '1' : '0', flags[1] ? '1' : '0', flags[2] ? '1' : '0'};
     }
 };
 
@@ -86,18 +95,21 @@ protected:
     std::unique_ptr<TestLink> makeXyzLink(const std::vector<HostNode *> &nodes)
     {
         std::unique_ptr<TestLink> link = makeLink();
-        link->linkOpParm("lxform", 0, "tx");
-        link->linkOpParm("lxform", 1, "ty");
-        link->linkOpParm("lxform", 2, "tz");
+        link->bind("lxform", {"tx", "ty", "tz"});
         for (HostNode *node : nodes)
             link->attach(*node);
         return link;
     }
 
-    HostParm &t(HostNode *node)
+    HostParm &t(HostNode *node) { return *parm(node, "tx"); }
+
+    /// The lock flags of the three components, as "100" for only the first locked.
+    static std::string locks(const HostParm &p)
     {
-        int k = -1;
-        return *parm(node, "tx", k);
+        std::string flags;
+        for (int i = 0; i < 3; ++i)
+            flags += p.isLocked(i) ? '1' : '0';
+        return flags;
     }
 
     std::vector<std::string> myCommands;
@@ -190,17 +202,12 @@ TEST(ParmCache, OnlyTheOutermostStopClearsAndResets)
     EXPECT_EQ(CacheControl::size(), 3u);
 
     // The last behaviour set is what the host reads before the outermost stop.
-    bool set_key = true, scope = false, append = true;
-    CacheControl::getParmsCacheBehaviour(set_key, scope, append);
-    EXPECT_FALSE(set_key);
-    EXPECT_TRUE(scope);
-    EXPECT_FALSE(append);
+    EXPECT_EQ(CacheControl::behaviour(), "010");
 
     CacheControl::stopParmsCache();
     EXPECT_EQ(GZ_ResourceManager::cacheParms(), 0);
     EXPECT_EQ(CacheControl::size(), 0u);
-    CacheControl::getParmsCacheBehaviour(set_key, scope, append);
-    EXPECT_FALSE(set_key || scope || append);
+    EXPECT_EQ(CacheControl::behaviour(), "000");
 }
 
 TEST_F(ChannelOpsTest, KeysAndScopesGoToTheOpenCache)
@@ -221,17 +228,12 @@ TEST_F(ChannelOpsTest, KeysAndScopesGoToTheOpenCache)
     EXPECT_EQ(*indices, (std::vector<int>{2, 1, 0}));
     EXPECT_EQ((*nodes)[0], a);
     EXPECT_EQ((*parms)[0], &t(a));
-    bool set_key = false, scope = false, append = false;
-    CacheControl::getParmsCacheBehaviour(set_key, scope, append);
-    EXPECT_TRUE(set_key && scope && append);
+    EXPECT_EQ(CacheControl::behaviour(), "111");
 
     // Scoping states its own behaviour and appends again (duplicates are kept).
     link->editChannels(0, -1);
     EXPECT_TRUE(myCommands.empty());
-    CacheControl::getParmsCacheBehaviour(set_key, scope, append);
-    EXPECT_FALSE(set_key);
-    EXPECT_TRUE(scope);
-    EXPECT_FALSE(append);
+    EXPECT_EQ(CacheControl::behaviour(), "010");
     EXPECT_EQ(indices->size(), 6u);
 }
 
@@ -240,9 +242,7 @@ TEST_F(ChannelOpsTest, EditChannelsBuildsOnePatternPerNodeAndNamesOverrides)
     HostNode *a = make("lxform", "/obj/a");
     HostNode *b = make("lxform", "/obj/b");
     std::unique_ptr<TestLink> link = makeLink();
-    link->linkOpParm("lxform", 0, "tx");
-    link->linkOpParm("lxform", 1, "ty");
-    link->linkOpParm("lxform", 2, "!1+1"); // expressions are not channels
+    link->bind("lxform", {"tx", "ty", "!1+1"}); // expressions are not channels
     link->attach(*a);
     link->attach(*b);
 
@@ -268,19 +268,12 @@ TEST_F(ChannelOpsTest, LockTwiceRestoresEveryLock)
 
     link->lockParms(-1);
     EXPECT_EQ(HostUndoManager::current().getUndoName(), "Lock Parms");
-    EXPECT_TRUE(p.isLocked(0));
-    EXPECT_FALSE(p.isLocked(1));
-    EXPECT_FALSE(p.isLocked(2));
-
+    EXPECT_EQ(locks(p), "100");
     link->lockParms(-1);
-    EXPECT_FALSE(p.isLocked(0));
-    EXPECT_TRUE(p.isLocked(1));
-    EXPECT_FALSE(p.isLocked(2));
-
+    EXPECT_EQ(locks(p), "010");
     // The first lock is one undo step back.
     ASSERT_TRUE(HostUndoManager::current().undo());
-    EXPECT_TRUE(p.isLocked(0));
-    EXPECT_FALSE(p.isLocked(1));
+    EXPECT_EQ(locks(p), "100");
 }
 
 TEST_F(ChannelOpsTest, FindKeyMovesToTheNearestKeyOfAnyNode)
@@ -314,11 +307,9 @@ TEST_F(ChannelOpsTest, RemoveKeysAndDeleteChannelsKeepTheValue)
     HostNode *a = make("lxform", "/obj/a");
     std::unique_ptr<TestLink> link = makeXyzLink({a});
     HostParm &p = t(a);
-    p.setKey(0, 1.0, 4.0);
-    p.setKey(0, 2.0, 6.0);
-    p.setKey(1, 1.0, 7.0);
-    p.setKey(2, 1.0, 3.0);
-    p.setKey(2, 3.0, 9.0);
+    for (const auto &[index, time, v] :
+         {std::tuple{0, 1.0, 4.0}, {0, 2.0, 6.0}, {1, 1.0, 7.0}, {2, 1.0, 3.0}, {2, 3.0, 9.0}})
+        p.setKey(index, time, v);
     myDirector.setTime(1.0);
 
     link->removeKeys(-1);

@@ -57,48 +57,38 @@ void refresh(TestLink &link, HostNode *node)
 
 } // namespace
 
+using DI = std::pair<int, double>;
+using II = std::pair<int, int>;
+using SI = std::pair<int, std::string>;
+
 TEST_F(LinkFixture, ProjectionWritesAndReadsBack)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "{2,0,0,1,tx}");
-    link->linkOpParm("lxform", 1, "{1,0,1,1,ty}"); // h = p / (p + 1)
-    link->linkOpParm("lxform", 2, "tz");
-    link->linkOpParm("lxform", 3, "{2,0,0,1,count}");
-    link->attach(*a);
+    // {1,0,1,1,ty} maps h = p / (p + 1).
+    auto link = makeLink(a, {"{2,0,0,1,tx}", "{1,0,1,1,ty}", "tz", "{2,0,0,1,count}"});
 
     EXPECT_EQ(link->setParmValue(0, 4.0, false), 1);
     EXPECT_EQ(value(a, "tx"), 2.0);
-    double h = 0.0;
-    int i = 0;
-    EXPECT_EQ(link->getParmValue(0, h, -1.0), 1);
-    EXPECT_EQ(h, 4.0);
-    EXPECT_EQ(link->getParmValue(0, i, -1), 1);
-    EXPECT_EQ(i, 4);
-
+    EXPECT_EQ(link->get(0, -1.0), DI(1, 4.0));
+    EXPECT_EQ(link->get(0, -1), II(1, 4));
     EXPECT_EQ(link->setParmValue(1, 0.5, false), 1);
     EXPECT_DOUBLE_EQ(value(a, "ty"), 1.0);
-    EXPECT_EQ(link->getParmValue(1, h, -1.0), 1);
-    EXPECT_DOUBLE_EQ(h, 0.5);
+    EXPECT_DOUBLE_EQ(link->get(1, -1.0).second, 0.5);
     // At the pole of the mapping there is no value: writes are refused, reads give the default.
     EXPECT_EQ(link->setParmValue(1, 1.0, false), 0);
     link->setParmValue(2, -1.0, false);
     link->linkOpParm("lxform", 1, "{1,0,1,1,tz}");
     refresh(*link, a);
-    EXPECT_EQ(link->getParmValue(1, h, -7.0), 0);
-    EXPECT_EQ(h, -7.0);
+    EXPECT_EQ(link->get(1, -7.0), DI(0, -7.0));
 
     // Integer writes and reads truncate the mapped value toward zero.
     EXPECT_EQ(link->setParmValue(3, -7, false), 1);
     EXPECT_EQ(value(a, "count"), -3.0);
-    EXPECT_EQ(link->getParmValue(3, i, 0), 1);
-    EXPECT_EQ(i, -6);
+    EXPECT_EQ(link->get(3, 0), II(1, -6));
 
     GZ_Vector3 v;
     link->getParmVector3(2, v, 9.0); // tz, the count, then the unbound uniform
-    EXPECT_EQ(v.x, -1.0);
-    EXPECT_EQ(v.y, -6.0);
-    EXPECT_EQ(v.z, 9.0);
+    EXPECT_EQ(v, (GZ_Vector3{-1.0, -6.0, 9.0}));
     link->setParmVector3(0, GZ_Vector3{8.0, 0.0, 3.0});
     EXPECT_EQ(value(a, "tx"), 4.0);
     EXPECT_EQ(value(a, "tz"), 3.0);
@@ -107,9 +97,7 @@ TEST_F(LinkFixture, ProjectionWritesAndReadsBack)
 TEST_F(LinkFixture, WritesWithinToleranceChangeNothing)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "tx");
-    link->attach(*a);
+    auto link = makeLink(a, {"tx"});
     link->setParmValue(0, 3.0, false);
     undo().clear();
     const int changes = a->getNumParmChanges();
@@ -124,44 +112,31 @@ TEST_F(LinkFixture, WritesWithinToleranceChangeNothing)
     EXPECT_EQ(value(a, "tx"), 3.0 + 1e-5);
     EXPECT_EQ(undo().getUndoCount(), 1);
 
-    link->setParmValue(0, 1.0, false);
-    EXPECT_EQ(link->setParmValue(0, 0.000005, false), 1);
-    EXPECT_EQ(value(a, "tx"), 0.0);
-    link->setParmValue(0, 1.0, false);
-    EXPECT_EQ(link->setParmValue(0, -0.0000099, false), 1);
-    EXPECT_EQ(value(a, "tx"), 0.0);
-    EXPECT_EQ(link->setParmValue(0, -0.00001, false), 1); // just outside: no snap
-    EXPECT_EQ(value(a, "tx"), -0.00001);
+    // Near zero a write snaps to zero; just outside the tolerance it does not.
+    const double rows[][3] = {// start, write, stored
+                              {1.0, 0.000005, 0.0},
+                              {1.0, -0.0000099, 0.0},
+                              {0.0, -0.00001, -0.00001}};
+    for (const auto &row : rows)
+    {
+        link->setParmValue(0, row[0], false);
+        EXPECT_EQ(link->setParmValue(0, row[1], false), 1);
+        EXPECT_EQ(value(a, "tx"), row[2]) << row[1];
+    }
 }
 
 TEST_F(LinkFixture, ExpressionBindingsReadButRefuseWrites)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "!1+1");
-    link->linkOpParm("lxform", 1, "!-7/2");
-    link->linkOpParm("lxform", 2, "!ch(\"tx\") * 10");
-    link->linkOpParm("lxform", 3, "!1+");
-    link->linkOpParm("lxform", 4, "!\"a\" + \"b\"");
-    link->attach(*a);
+    auto link = makeLink(a, {"!1+1", "!-7/2", "!ch(\"tx\") * 10", "!1+", "!\"a\" + \"b\""});
 
-    double h = 0.0;
-    int i = 0;
-    EXPECT_EQ(link->getParmValue(0, h, -1.0), 1);
-    EXPECT_EQ(h, 2.0);
-    EXPECT_EQ(link->getParmValue(0, i, -1), 1);
-    EXPECT_EQ(i, 2);
-    EXPECT_EQ(link->getParmValue(1, i, 0), 1);
-    EXPECT_EQ(i, -3);
-    int k = -1;
-    a->setParmValue(*parm(a, "tx", k), 0, 0.5);
-    EXPECT_EQ(link->getParmValue(2, h, -1.0), 1);
-    EXPECT_EQ(h, 5.0);
-    EXPECT_EQ(link->getParmValue(3, h, -1.0), 1); // a broken expression reads as 0
-    EXPECT_EQ(h, 0.0);
-    std::string s;
-    EXPECT_EQ(link->getParmValue(4, s, std::string("dflt")), 1);
-    EXPECT_EQ(s, "ab");
+    EXPECT_EQ(link->get(0, -1.0), DI(1, 2.0));
+    EXPECT_EQ(link->get(0, -1), II(1, 2));
+    EXPECT_EQ(link->get(1, 0), II(1, -3));
+    a->setParmValue(*parm(a, "tx"), 0, 0.5);
+    EXPECT_EQ(link->get(2, -1.0), DI(1, 5.0));
+    EXPECT_EQ(link->get(3, -1.0), DI(1, 0.0)); // a broken expression reads as 0
+    EXPECT_EQ(link->get(4, std::string("dflt")), SI(1, "ab"));
 
     EXPECT_EQ(link->setParmValue(0, 5.0, true), 0);
     EXPECT_EQ(link->setParmValue(4, std::string("x")), 0);
@@ -176,16 +151,12 @@ TEST_F(LinkFixture, UnresolvableBindingsFailQuietly)
 {
     HostNode *a = make("lxform", "/obj/a");
     auto link = makeLink();
-    double h = 1.5;
-    EXPECT_EQ(link->getParmValue(0, h, 9.0), 0); // nothing attached
-    EXPECT_EQ(h, 9.0);
-    link->linkOpParm("lxform", 0, "nosuch");
-    link->linkOpParm("lxform", 1, "{1,2}");
+    EXPECT_EQ(link->get(0, 9.0), DI(0, 9.0)); // nothing attached
+    link->bind("lxform", {"nosuch", "{1,2}"});
     link->attach(*a);
-    EXPECT_EQ(link->getParmValue(0, h, 8.0), 0);
-    EXPECT_EQ(h, 8.0);
+    EXPECT_EQ(link->get(0, 8.0), DI(0, 8.0));
     EXPECT_EQ(link->setParmValue(1, 1.0, false), 0);
-    EXPECT_EQ(link->getParmValue(2, h, 7.0), 0); // bound to nothing
+    EXPECT_EQ(link->get(2, 7.0).first, 0); // bound to nothing
     EXPECT_EQ(link->setParmValue(-1, 1.0, false), 0);
     EXPECT_EQ(link->getParmState(0, 0), HOST_CHANNEL_STATE_NONE);
     EXPECT_FALSE(link->isParmEnabled(0, 0));
@@ -196,44 +167,31 @@ TEST_F(LinkFixture, UnresolvableBindingsFailQuietly)
 TEST_F(LinkFixture, KeysOnlyOnAnimatableParameters)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "tx");
-    link->linkOpParm("lxform", 1, "still");
-    link->linkOpParm("lxform", 2, "count");
-    link->attach(*a);
+    auto link = makeLink(a, {"tx", "still", "count"});
     myDirector.setTime(1.0);
-    int k = -1;
-
     EXPECT_EQ(link->setParmValue(0, 2.0, true), 1);
-    EXPECT_TRUE(parm(a, "tx", k)->isKeyAt(0, 1.0));
+    EXPECT_TRUE(parm(a, "tx")->isKeyAt(0, 1.0));
     EXPECT_EQ(link->getParmState(0, 0), HOST_CHANNEL_STATE_KEY);
     EXPECT_EQ(link->setParmValue(1, 2.0, true), 1);
-    EXPECT_FALSE(parm(a, "still", k)->hasChannel(0));
+    EXPECT_FALSE(parm(a, "still")->hasChannel(0));
     EXPECT_EQ(value(a, "still"), 2.0);
     EXPECT_EQ(link->setParmValue(2, 3, true), 1);
-    EXPECT_TRUE(parm(a, "count", k)->isKeyAt(0, 1.0));
+    EXPECT_TRUE(parm(a, "count")->isKeyAt(0, 1.0));
 
     // A time override writes and reads at its own time.
     link->setIsTimeOverride(true);
     link->setTimeOverrideTime(2.0);
     EXPECT_EQ(link->setParmValue(0, 6.0, true), 1);
-    EXPECT_TRUE(parm(a, "tx", k)->isKeyAt(0, 2.0));
+    EXPECT_TRUE(parm(a, "tx")->isKeyAt(0, 2.0));
     link->setIsTimeOverride(false);
-    double h = 0.0;
-    link->getParmValue(0, h, 0.0);
-    EXPECT_EQ(h, 2.0);
+    EXPECT_EQ(link->get(0, 0.0).second, 2.0);
 }
 
 TEST_F(LinkFixture, RefusedWritesRecordNothing)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "tx");
-    link->linkOpParm("lxform", 1, "ty");
-    link->linkOpParm("lxform", 4, "group");
-    link->attach(*a);
-    int k = -1;
-    HostParm *t = parm(a, "tx", k);
+    auto link = makeLink(a, {"tx", "ty", nullptr, nullptr, "group"});
+    HostParm *t = parm(a, "tx");
     t->setLocked(0, true);
     t->setEnabled(1, false);
     undo().clear();
@@ -243,9 +201,7 @@ TEST_F(LinkFixture, RefusedWritesRecordNothing)
     EXPECT_FALSE(link->isParmEnabled(1, 0));
 
     EXPECT_EQ(link->setParmValue(4, std::string("pts")), 1);
-    std::string s;
-    EXPECT_EQ(link->getParmValue(4, s, std::string()), 1);
-    EXPECT_EQ(s, "pts");
+    EXPECT_EQ(link->get(4, std::string()), SI(1, "pts"));
     a->setPermissions(0444);
     EXPECT_EQ(link->setParmValue(4, std::string("prims")), 0);
     EXPECT_EQ(undo().getUndoCount(), 1);
@@ -255,19 +211,13 @@ TEST_F(LinkFixture, ChannelReferencesLeadToAnotherNode)
 {
     HostNode *a = make("lxform", "/obj/a");
     HostNode *b = make("lbox", "/obj/b");
-    int k = -1;
-    parm(a, "tx", k)->setExpression(0, "ch(\"/obj/b/tx\")");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "{2,0,0,1,tx}");
-    link->linkOpParm("lxform", 1, "../b/scale"); // a channel of another node by path
-    link->attach(*a);
+    parm(a, "tx")->setExpression(0, "ch(\"/obj/b/tx\")");
+    auto link = makeLink(a, {"{2,0,0,1,tx}", "../b/scale"}); // the second by path to another node
 
     undo().clear();
     EXPECT_EQ(link->setParmValue(0, 3.0, false), 1);
     EXPECT_EQ(value(b, "tx"), 1.5);
-    double h = 0.0;
-    EXPECT_EQ(link->getParmValue(0, h, 0.0), 1);
-    EXPECT_EQ(h, 3.0);
+    EXPECT_EQ(link->get(0, 0.0), DI(1, 3.0));
     EXPECT_EQ(link->setParmValue(1, 2.5, false), 1);
     EXPECT_EQ(value(b, "scale"), 2.5);
     EXPECT_EQ(undo().getUndoCount(), 2);
@@ -303,13 +253,9 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
     multi.addChild(HostParmTemplate(HOST_PARM_XYZ, "pos#", "Position", 3));
     addType("Object", "lcurve", {multi});
     HostNode *curve = make("lcurve", "/obj/curve");
-    auto link = makeLink();
-    link->linkOpParm("lcurve", 0, "{2,0,0,1,pos#x}");
-    link->linkOpParm("lcurve", 1, "pos#y");
-    link->linkOpParm("lcurve", 2, "pos#z");
-    link->attach(*curve);
+    auto link = makeLink(curve, {"{2,0,0,1,pos#x}", "pos#y", "pos#z"});
 
-    const int second[] = {2};
+    const int first[] = {1}, second[] = {2}, missing[] = {9};
     EXPECT_EQ(link->setParmInstValue(0, second, 6.0, false, 1), 1);
     EXPECT_EQ(value(curve, "pos2x"), 3.0);
     EXPECT_EQ(value(curve, "pos1x"), 0.0);
@@ -317,7 +263,6 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
     EXPECT_EQ(link->getParmInstValue(0, second, h, -1.0, 1), 1);
     EXPECT_EQ(h, 6.0);
 
-    const int first[] = {1};
     link->setParmInstVector3(0, first, GZ_Vector3{2.0, 5.0, 7.0});
     GZ_Vector3 v;
     link->getParmInstVector3(0, first, v, 0.0);
@@ -326,7 +271,6 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
 
     // Unfilled markers or missing instances name nothing.
     EXPECT_EQ(link->getParmInstValue(0, second, h, -1.0, 0), 0);
-    const int missing[] = {9};
     EXPECT_EQ(link->setParmInstValue(0, missing, 1.0, false, 1), 0);
     EXPECT_EQ(link->getParmValue(0, h, -2.0), 0);
 }
@@ -334,21 +278,14 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
 TEST_F(LinkFixture, LateBindingTakesOverValueAccess)
 {
     HostNode *a = make("lxform", "/obj/a");
-    auto link = makeLink();
-    link->linkOpParm("lxform", 0, "tx");
-    link->attach(*a);
+    auto link = makeLink(a, {"tx"});
     FixedLateBinding late;
     link->setLateBinding(&late);
     EXPECT_TRUE(link->hasLateBinding(&late));
 
-    double h = 0.0;
-    int i = 0;
-    std::string s;
-    EXPECT_EQ(link->getParmValue(1, h, 0.0), 1);
-    EXPECT_EQ(h, 101.0);
-    EXPECT_EQ(link->getParmValue(0, i, 0), 42);
-    EXPECT_EQ(link->getParmValue(0, s, std::string()), 1);
-    EXPECT_EQ(s, "late");
+    EXPECT_EQ(link->get(1, 0.0), DI(1, 101.0));
+    EXPECT_EQ(link->get(0, 0), II(42, 42));
+    EXPECT_EQ(link->get(0, std::string()), SI(1, "late"));
     EXPECT_EQ(link->setParmValue(0, 5.0, false), 1);
     EXPECT_EQ(link->setParmValue(0, 5, false), 2);
     EXPECT_EQ(link->setParmValue(0, std::string("x")), 3);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -66,13 +67,11 @@ TEST(PythonHandleTemplate, DeclaredParametersGoInsideCollapsibleFolder)
     const HostParmTemplate *list = handle.templates();
     ASSERT_NE(list, nullptr);
     EXPECT_TRUE(list[0].getType().isSwitcher());
-    EXPECT_EQ(list[0].getToken(), "handle_parameter_group");
-    EXPECT_EQ(list[0].getLabel(), "Handle parameters");
-    EXPECT_EQ(list[0].getFolderCount(), 1);
-    EXPECT_EQ(list[0].getFolderParmCount(0), 2);
+    EXPECT_EQ(std::tuple(list[0].getToken(), list[0].getLabel(), list[0].getFolderCount(),
+                         list[0].getFolderParmCount(0)),
+              std::tuple("handle_parameter_group", "Handle parameters", 1, 2));
     EXPECT_STREQ(list[0].getTag(HostSpareData::GROUP_TYPE_TAG), HostSpareData::COLLAPSIBLE_GROUP);
-    EXPECT_EQ(list[1].getToken(), "radius");
-    EXPECT_EQ(list[2].getToken(), "snap");
+    EXPECT_EQ(std::tuple(list[1].getToken(), list[2].getToken()), std::tuple("radius", "snap"));
     EXPECT_TRUE(list[3].isTerminator());
 
     // Its own copy of the description, shared with its copies.

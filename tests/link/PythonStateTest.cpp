@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace
@@ -43,11 +44,11 @@ TEST(PythonStateTemplate, FieldsFromDescription)
     info.callbacks = GZ_PythonResource::CallbackHandler(nullptr, {"onEnter"});
 
     GZ_PythonState::Template state(info, nullptr, GZ_VIEWER_COMPOSITE, 0x06);
-    EXPECT_EQ(state.getIconName(), "MISC_python");
-    EXPECT_EQ(state.opIndependent(), 1);
-    EXPECT_TRUE(state.getSupportsSelectionChange());
-    EXPECT_FALSE(state.getSupportsMoveTool());
-    EXPECT_FALSE(state.forceStateToEnter()); // even when op-independent
+    // Not forced to enter even when op-independent.
+    EXPECT_EQ(std::tuple(state.getIconName(), state.opIndependent(),
+                         state.getSupportsSelectionChange(), state.getSupportsMoveTool(),
+                         state.forceStateToEnter()),
+              std::tuple("MISC_python", 1, true, false, false));
     EXPECT_TRUE(state.callbacks().hasCallback("onEnter"));
     ASSERT_NE(state.templates(), nullptr);
     EXPECT_EQ(state.templates()[0].getToken(), "size");
@@ -63,16 +64,18 @@ TEST(PythonStateRegistration, StatusPerViewerTypeAndNeutralDefaults)
     GZ_PythonState::Template state(makeInfo("pyreg"), nullptr, GZ_VIEWER_COMPOSITE, 0x02);
     EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_COMPOSITE, "SOP"), 0);
     ASSERT_EQ(manager.registerState(&state), 1);
-    EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_COMPOSITE, "SOP"), 1);
-    EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_SCENE, "SOP"), 0);
-    EXPECT_EQ(manager.getViewerStateRegisterStatus("pyreg", GZ_VIEWER_SCENEGRAPH, "SOP"), 0);
+    std::string status;
+    for (GZ_ViewerType viewer : {GZ_VIEWER_COMPOSITE, GZ_VIEWER_SCENE, GZ_VIEWER_SCENEGRAPH})
+        status += std::to_string(manager.getViewerStateRegisterStatus("pyreg", viewer, "SOP"));
+    EXPECT_EQ(status, "100");
 
     // Without a scripting layer nothing is a scripted resource.
     EXPECT_FALSE(manager.isRegisteredViewerState("pyreg"));
     EXPECT_EQ(manager.viewerStateTemplate("pyreg"), nullptr);
-    EXPECT_EQ(manager.unregisterViewerState("pyreg"), 12);
-    EXPECT_EQ(manager.unregisterViewerHandle("any"), 12);
-    EXPECT_EQ(manager.unbindVolatileViewerHandles("any"), 2);
+    EXPECT_EQ(std::tuple(manager.unregisterViewerState("pyreg"),
+                         manager.unregisterViewerHandle("any"),
+                         manager.unbindVolatileViewerHandles("any")),
+              std::tuple(12, 12, 2));
     EXPECT_FALSE(manager.isRegisteredViewerHandle("any"));
 }
 

@@ -10,58 +10,31 @@ TEST(SettingListGet, FindsTheFirstSettingOfNameAndType)
 {
     GZ_SettingList list;
     parseInto(list, "a(2.9) n(-2.9) h(0.5) v(1 2) w(1 2 3) x(1 2 3 4) s('geo1') e('')");
-    int i = 0;
-    list.getSetting("a", i, 7);
-    EXPECT_EQ(i, 2);
-    list.getSetting("n", i, 7);
-    EXPECT_EQ(i, -2);
-    list.getSetting("v", i, 7); // a vector is not a number
-    EXPECT_EQ(i, 7);
-    list.getSetting("missing", i, 7);
-    EXPECT_EQ(i, 7);
-
-    bool b = true;
-    list.getSetting("h", b, true); // 0.5 truncates to 0
-    EXPECT_FALSE(b);
-    list.getSetting("n", b, false);
-    EXPECT_TRUE(b);
-    list.getSetting("s", b, true);
-    EXPECT_TRUE(b);
-
-    double d = 0;
-    list.getSetting("n", d, 5.0);
-    EXPECT_EQ(d, -2.9);
-    GZ_Vector2 v2;
-    list.getSetting("v", v2, GZ_Vector2{9, 9});
-    EXPECT_EQ(v2, (GZ_Vector2{1, 2}));
-    GZ_Vector3 v3;
-    list.getSetting("v", v3, GZ_Vector3{9, 9, 9});
-    EXPECT_EQ(v3, (GZ_Vector3{9, 9, 9}));
-    list.getSetting("w", v3, GZ_Vector3{});
-    EXPECT_EQ(v3, (GZ_Vector3{1, 2, 3}));
-    GZ_Vector4 v4;
-    list.getSetting("x", v4, GZ_Vector4{});
-    EXPECT_EQ(v4, (GZ_Vector4{1, 2, 3, 4}));
-
-    std::string s = "old";
-    list.getSetting("s", s, "dflt");
-    EXPECT_EQ(s, "geo1");
-    list.getSetting("e", s, "dflt");
-    EXPECT_EQ(s, "");
-    list.getSetting("a", s, "dflt");
-    EXPECT_EQ(s, "dflt");
-    list.getSetting("a", s, nullptr);
-    EXPECT_EQ(s, "");
+    EXPECT_EQ(got<int>(list, "a", 7), 2);
+    EXPECT_EQ(got<int>(list, "n", 7), -2);
+    EXPECT_EQ(got<int>(list, "v", 7), 7); // a vector is not a number
+    EXPECT_EQ(got<int>(list, "missing", 7), 7);
+    EXPECT_FALSE(got(list, "h", true, true)); // 0.5 truncates to 0
+    EXPECT_TRUE(got(list, "n", false, false));
+    EXPECT_TRUE(got(list, "s", true, false));
+    EXPECT_EQ(got<double>(list, "n", 5.0), -2.9);
+    EXPECT_EQ(got<GZ_Vector2>(list, "v", GZ_Vector2{9, 9}), (GZ_Vector2{1, 2}));
+    EXPECT_EQ(got<GZ_Vector3>(list, "v", GZ_Vector3{9, 9, 9}), (GZ_Vector3{9, 9, 9}));
+    EXPECT_EQ(got<GZ_Vector3>(list, "w", GZ_Vector3{}), (GZ_Vector3{1, 2, 3}));
+    EXPECT_EQ(got<GZ_Vector4>(list, "x", GZ_Vector4{}), (GZ_Vector4{1, 2, 3, 4}));
+    const std::string old = "old";
+    EXPECT_EQ(got(list, "s", "dflt", old), "geo1");
+    EXPECT_EQ(got(list, "e", "dflt", old), "");
+    EXPECT_EQ(got(list, "a", "dflt", old), "dflt");
+    EXPECT_EQ(got(list, "a", static_cast<const char *>(nullptr), old), "");
 
     // Appended lists may repeat a name with another type: each getter finds its own type.
     GZ_SettingList repeated;
     repeated.appendSetting("c", 3.0);
     repeated.appendSetting("c", GZ_Vector3{4, 5, 6});
     repeated.appendSetting("c", 8.0);
-    repeated.getSetting("c", v3, GZ_Vector3{});
-    EXPECT_EQ(v3, (GZ_Vector3{4, 5, 6}));
-    repeated.getSetting("c", d, 0.0);
-    EXPECT_EQ(d, 3.0);
+    EXPECT_EQ(got<GZ_Vector3>(repeated, "c", GZ_Vector3{}), (GZ_Vector3{4, 5, 6}));
+    EXPECT_EQ(got<double>(repeated, "c", 0.0), 3.0);
 }
 
 TEST(SettingListGet, ClampsNumbersBeyondIntRange)
@@ -70,16 +43,10 @@ TEST(SettingListGet, ClampsNumbersBeyondIntRange)
     list.appendSetting("big", 1e300);
     list.appendSetting("small", -1e300);
     list.appendSetting("nan", std::numeric_limits<double>::quiet_NaN());
-    int i = 0;
-    list.getSetting("big", i, 0);
-    EXPECT_EQ(i, INT_MAX);
-    list.getSetting("small", i, 0);
-    EXPECT_EQ(i, INT_MIN);
-    list.getSetting("nan", i, 7);
-    EXPECT_EQ(i, 0);
-    bool b = true;
-    list.getSetting("nan", b, true);
-    EXPECT_FALSE(b);
+    EXPECT_EQ(got<int>(list, "big", 0), INT_MAX);
+    EXPECT_EQ(got<int>(list, "small", 0), INT_MIN);
+    EXPECT_EQ(got<int>(list, "nan", 7), 0);
+    EXPECT_FALSE(got(list, "nan", true, true));
 }
 
 TEST(SettingListGet, ReadFlagsTrackWhatGettersFound)

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <tuple>
+#include <utility>
 
 namespace
 {
@@ -24,14 +26,13 @@ const typename gz_SpecificSetting<T>::ValueType &valueOf(const gz_Setting &s)
 
 TEST(SettingListParse, EmptyNullAndBlankTextsGiveEmptyLists)
 {
-    GZ_SettingList list;
-    list.appendSetting("stale", 1);
-    EXPECT_EQ(parseInto(list, nullptr), "");
-    EXPECT_TRUE(list.isEmpty());
-    EXPECT_EQ(parseInto(list, ""), "");
-    EXPECT_TRUE(list.isEmpty());
-    EXPECT_EQ(parseInto(list, " \t\n\v\f\r "), "");
-    EXPECT_TRUE(list.isEmpty());
+    for (const char *text : {static_cast<const char *>(nullptr), "", " \t\n\v\f\r "})
+    {
+        GZ_SettingList list;
+        list.appendSetting("stale", 1);
+        EXPECT_EQ(parseInto(list, text), "");
+        EXPECT_TRUE(list.isEmpty());
+    }
 }
 
 TEST(SettingListParse, ReadsEachValueForm)
@@ -40,7 +41,6 @@ TEST(SettingListParse, ReadsEachValueForm)
     EXPECT_EQ(parseInto(list, "a(1)"), "");
     EXPECT_EQ(valueOf<GZ_SETTING_NUMBER>(only(list)), 1.0);
     EXPECT_EQ(only(list).getName(), "a");
-
     EXPECT_EQ(parseInto(list, "a( 1  2 )"), "");
     EXPECT_EQ(valueOf<GZ_SETTING_VECTOR2>(only(list)), (GZ_Vector2{1, 2}));
     EXPECT_EQ(parseInto(list, "\ta\n(\v1 2\r3\f)\n"), "");
@@ -48,15 +48,16 @@ TEST(SettingListParse, ReadsEachValueForm)
     EXPECT_EQ(parseInto(list, "a(1 2 3 4)"), "");
     EXPECT_EQ(valueOf<GZ_SETTING_VECTOR4>(only(list)), (GZ_Vector4{1, 2, 3, 4}));
 
-    EXPECT_EQ(parseInto(list, "a ( 'x y' )"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "x y");
-    EXPECT_EQ(parseInto(list, "a('it\\'s')"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "it's");
-    EXPECT_EQ(parseInto(list, "a('')"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "");
     // A backslash makes any character literal and is itself dropped.
-    EXPECT_EQ(parseInto(list, "a('\\\\\\)\\q(\"')"), "");
-    EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), "\\)q(\"");
+    const char *strings[][2] = {{"a ( 'x y' )", "x y"},
+                                {"a('it\\'s')", "it's"},
+                                {"a('')", ""},
+                                {"a('\\\\\\)\\q(\"')", "\\)q(\""}};
+    for (const auto &[text, value] : strings)
+    {
+        EXPECT_EQ(parseInto(list, text), "") << text;
+        EXPECT_EQ(valueOf<GZ_SETTING_STRING>(only(list)), value) << text;
+    }
 
     // Names run to white space or "(", so quotes and ")" belong to them; settings need no
     // blank between them; a lone "(" starts a setting with an empty name.
@@ -69,37 +70,20 @@ TEST(SettingListParse, ReadsEachValueForm)
 
 TEST(SettingListParse, ConvertsTheLongestLeadingDecimalNumber)
 {
-    struct Case
-    {
-        const char *text;
-        double value;
-    };
     const double max = std::numeric_limits<double>::max(); // overflow saturates
-    const Case cases[] = {
-        {"a(+.5e-3)", 0.0005},
-        {"a(5.)", 5.0},
-        {"a(-2.5E+2)", -250.0},
-        {"a(1e)", 1.0},
-        {"a(1e+)", 1.0},
-        {"a(1-2)", 1.0},
-        {"a(--)", 0.0},
-        {"a(e5)", 0.0},
-        {"a(.e1)", 0.0},
-        {"a(1e999)", max},
-        {"a(-1e999)", -max},
-        {"a(100000e305)", max},
-        {"a(0.001e311)", 1e308},
-        {"a(1e-999)", 0.0},
-        {"a(0.00001e-320)", 0.0},
-        {"a(1e99999999999999999999999999)", max},
-        {"a(4.9406564584124654e-324)", 4.9406564584124654e-324},
-        {"a(0.10000000000000001)", 0.1},
-    };
-    for (const Case &c : cases)
+    // clang-format off
+    const std::pair<const char *, double> cases[] = {
+        {"a(+.5e-3)", 0.0005}, {"a(5.)", 5.0}, {"a(-2.5E+2)", -250.0}, {"a(1e)", 1.0},
+        {"a(1e+)", 1.0}, {"a(1-2)", 1.0}, {"a(--)", 0.0}, {"a(e5)", 0.0}, {"a(.e1)", 0.0},
+        {"a(1e999)", max}, {"a(-1e999)", -max}, {"a(100000e305)", max}, {"a(0.001e311)", 1e308},
+        {"a(1e-999)", 0.0}, {"a(0.00001e-320)", 0.0}, {"a(1e99999999999999999999999999)", max},
+        {"a(4.9406564584124654e-324)", 4.9406564584124654e-324}, {"a(0.10000000000000001)", 0.1}};
+    // clang-format on
+    for (const auto &[text, value] : cases)
     {
         GZ_SettingList list;
-        EXPECT_EQ(parseInto(list, c.text), "") << c.text;
-        EXPECT_EQ(valueOf<GZ_SETTING_NUMBER>(only(list)), c.value) << c.text;
+        EXPECT_EQ(parseInto(list, text), "") << text;
+        EXPECT_EQ(valueOf<GZ_SETTING_NUMBER>(only(list)), value) << text;
     }
     GZ_SettingList list;
     EXPECT_EQ(parseInto(list, "a(1e-999)"), "");
@@ -110,13 +94,8 @@ TEST(SettingListParse, ConvertsTheLongestLeadingDecimalNumber)
 
 TEST(SettingListParse, ReportsEachErrorAndKeepsWhatParsed)
 {
-    struct Case
-    {
-        const char *text;
-        const char *errors; // without the trailing newline
-        const char *kept;   // the list written back
-    };
-    const Case cases[] = {
+    // Rows: the text, the message (without the trailing newline), the list written back.
+    const std::tuple<const char *, const char *, const char *> cases[] = {
         {"a(1 2 3 4 5)", "Too many vector elements in setting a", ""},
         {"a('x' 1)", "Found value after string when parsing setting a", ""},
         {"a(1 'x')", "Strings may not appear in multi-element values for setting a", ""},
@@ -147,11 +126,11 @@ TEST(SettingListParse, ReportsEachErrorAndKeepsWhatParsed)
         {"a(1'x')", "Invalid number in setting a.\n    (Enclose strings in single quotes.)",
          "a(1)"},
     };
-    for (const Case &c : cases)
+    for (const auto &[text, message, kept] : cases)
     {
         std::string errors;
-        EXPECT_EQ(reparsed(c.text, &errors), c.kept) << c.text;
-        EXPECT_EQ(errors, std::string("Handle Setting Error: ") + c.errors + "\n") << c.text;
+        EXPECT_EQ(reparsed(text, &errors), kept) << text;
+        EXPECT_EQ(errors, std::string("Handle Setting Error: ") + message + "\n") << text;
     }
 }
 

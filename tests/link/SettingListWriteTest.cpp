@@ -111,28 +111,13 @@ private:
 
     double number()
     {
-        static const double edges[] = {0.0,
-                                       -0.0,
-                                       1.0,
-                                       -1.0,
-                                       0.1,
-                                       1.0 / 3.0,
-                                       DBL_MAX,
-                                       -DBL_MAX,
-                                       DBL_MIN,
-                                       std::numeric_limits<double>::denorm_min(),
-                                       -std::numeric_limits<double>::denorm_min(),
-                                       DBL_EPSILON,
-                                       1e21,
-                                       123456789012345678.0,
-                                       0.5,
-                                       -0.0625,
-                                       -0.9375,
-                                       999999999999.9375,
-                                       1e12,
-                                       1e12 + 0.5,
-                                       1e16,
-                                       1e17};
+        // clang-format off
+        static const double edges[] = {
+            0.0, -0.0, 1.0, -1.0, 0.1, 1.0 / 3.0, DBL_MAX, -DBL_MAX, DBL_MIN,
+            std::numeric_limits<double>::denorm_min(), -std::numeric_limits<double>::denorm_min(),
+            DBL_EPSILON, 1e21, 123456789012345678.0, 0.5, -0.0625, -0.9375, 999999999999.9375,
+            1e12, 1e12 + 0.5, 1e16, 1e17};
+        // clang-format on
         switch (pick(4))
         {
         case 0:

@@ -23,6 +23,16 @@ inline std::string written(const GZ_SettingList &list)
     return text;
 }
 
+/// What a getter gives for `name`, starting from `start` so that a getter that leaves the
+/// variable alone shows.
+template <typename T, typename D>
+T got(const GZ_SettingList &list, const char *name, D dflt, T start = T{})
+{
+    T value = start;
+    list.getSetting(name, value, dflt);
+    return value;
+}
+
 /// The list parsed from text, written back; errors go to *errors when given.
 inline std::string reparsed(const char *text, std::string *errors = nullptr)
 {

@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gztest
@@ -60,6 +62,23 @@ public:
                                    : const_cast<GZ_Interest *>(myInterests.data());
     }
 
+    /// Binds handle parameters 0, 1, ... of `type` in order; a null entry skips an index.
+    void bind(const char *type, std::initializer_list<const char *> bindings)
+    {
+        int index = 0;
+        for (const char *binding : bindings)
+            if (const int i = index++; binding)
+                linkOpParm(type, i, binding);
+    }
+
+    /// A read as (result, value), so that one check covers both.
+    template <typename T> std::pair<int, T> get(int index, T dflt) const
+    {
+        T value{};
+        const int result = getParmValue(index, value, dflt);
+        return {result, value};
+    }
+
     /// Makes the link watch handle parameter `index` through `callback`.
     void watch(int index, InterestCallback callback)
     {
@@ -107,6 +126,15 @@ protected:
 
     std::unique_ptr<TestLink> makeLink() { return std::make_unique<TestLink>(*myTemplate); }
 
+    /// A link bound on the type of `node` as TestLink::bind binds, and attached to it.
+    std::unique_ptr<TestLink> makeLink(HostNode *node, std::initializer_list<const char *> bindings)
+    {
+        std::unique_ptr<TestLink> link = makeLink();
+        link->bind(node->getOperatorName().c_str(), bindings);
+        link->attach(*node);
+        return link;
+    }
+
     /// Value of a channel ("tx") of a node at the current time.
     double value(HostNode *node, const char *channel)
     {
@@ -118,6 +146,11 @@ protected:
 
     HostParm *parm(HostNode *node, const char *channel, int &k)
     {
+        return node->findChannel(channel, k);
+    }
+    HostParm *parm(HostNode *node, const char *channel)
+    {
+        int k = -1;
         return node->findChannel(channel, k);
     }
 

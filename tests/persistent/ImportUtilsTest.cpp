@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <tuple>
 
 namespace
 {
@@ -92,29 +93,20 @@ TEST_F(ImportUtilsTest, OpSourceFindsAndValidates)
     std::map<std::string, HostParm *> parms{{"gone", nullptr}};
     for (const char *name : {"amp", "pts", "fold"})
         parms[name] = src->getParm(name);
-    struct Case
-    {
-        const char *source, *token;
-        bool folder, multi, ok;
-    } cases[] = {
-        {"op:/obj/src", "amp", false, false, true},
-        {"op:/obj/src", "amp", false, true, false},
-        {"op:/obj/src", "pts", false, true, true},
-        {"op:/obj/src", "gone", false, true, true},
-        {"op:/obj/src", "nope", false, false, false},
-        {"op:/obj/other", "amp", false, false, false},
-        {"/obj/src", "amp", false, false, false},
-        {"op:/obj/src", "fold:Extra", true, false, true},
+    // clang-format off
+    const std::tuple<const char *, const char *, bool, bool, bool> cases[] = {
+        {"op:/obj/src", "amp", false, false, true}, {"op:/obj/src", "amp", false, true, false},
+        {"op:/obj/src", "pts", false, true, true}, {"op:/obj/src", "gone", false, true, true},
+        {"op:/obj/src", "nope", false, false, false}, {"op:/obj/other", "amp", false, false, false},
+        {"/obj/src", "amp", false, false, false}, {"op:/obj/src", "fold:Extra", true, false, true},
         {"op:/obj/src", "fold:Hidden", true, false, false},
         {"op:/obj/src", "fold:Nope", true, false, false},
         {"op:/obj/src", "amp:Main", true, false, false},
-        {"op:/obj/src", "fold", true, false, false},
-        {"op:/obj/src", nullptr, false, false, false},
-    };
-    for (const Case &c : cases)
-        EXPECT_EQ(IU::validateOpSource(c.source, c.token, c.folder, c.multi, "/obj/src", parms),
-                  c.ok)
-            << c.source << " " << (c.token ? c.token : "(null)");
+        {"op:/obj/src", "fold", true, false, false}, {"op:/obj/src", nullptr, false, false, false}};
+    // clang-format on
+    for (const auto &[source, token, folder, multi, ok] : cases)
+        EXPECT_EQ(IU::validateOpSource(source, token, folder, multi, "/obj/src", parms), ok)
+            << source << " " << (token ? token : "(null)");
 }
 
 TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
@@ -141,25 +133,16 @@ TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
     IU::indexFileParms(*page, storage, parms);
     EXPECT_EQ(parms.size(), 4u); // tabs, inner, pts, amp: not "pt#", not the second tab
     const char *src = "lib.ds";
-    struct Case
-    {
-        const char *token;
-        bool folder, multi, ok;
-    } cases[] = {
-        {"amp", false, false, true},
-        {"inner", false, false, true},
-        {"pts", false, true, true},
-        {"pts", false, false, false},
-        {"pt#", false, true, false},
-        {"tabs:Second", true, false, true},
-        {"tabs:First", true, false, true},
-        {"tabs:", true, false, false},
-        {"tabs_1:Second", true, false, false},
-        {"amp:First", true, false, false},
-    };
-    for (const Case &c : cases)
-        EXPECT_EQ(IU::validateFileSource(src, c.token, c.folder, c.multi, src, parms), c.ok)
-            << c.token;
+    // clang-format off
+    const std::tuple<const char *, bool, bool, bool> cases[] = {
+        {"amp", false, false, true}, {"inner", false, false, true}, {"pts", false, true, true},
+        {"pts", false, false, false}, {"pt#", false, true, false},
+        {"tabs:Second", true, false, true}, {"tabs:First", true, false, true},
+        {"tabs:", true, false, false}, {"tabs_1:Second", true, false, false},
+        {"amp:First", true, false, false}};
+    // clang-format on
+    for (const auto &[token, folder, multi, ok] : cases)
+        EXPECT_EQ(IU::validateFileSource(src, token, folder, multi, src, parms), ok) << token;
     EXPECT_FALSE(IU::validateFileSource("other.ds", "amp", false, false, src, parms));
     EXPECT_FALSE(IU::validateFileSource(nullptr, "amp", false, false, src, parms));
     std::remove(file.c_str());

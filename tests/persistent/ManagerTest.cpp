@@ -1,6 +1,8 @@
 // Tests of the persistent handle manager: naming, groups, order, listeners and undo blocks.
 #include "gz_PersistentTestEnv.h"
 
+#include <tuple>
+
 using gztest::ChangeLog;
 using gztest::PersistentFixture;
 
@@ -18,20 +20,16 @@ TEST_F(PersistentManager, AddGZNamesHandlesAndRefusesUnknownTypes)
     EXPECT_EQ(myManager->addGZ(nullptr, "ptest"), 0);
     EXPECT_EQ(myManager->addGZ(nullptr, "ptest"), 1);
     EXPECT_EQ(myManager->addGZ("Handle", "ptest"), 2);
-    EXPECT_EQ(myManager->getGZ(0)->getName(), "Handle");
-    EXPECT_EQ(myManager->getGZ(1)->getName(), "Handle1");
-    EXPECT_EQ(myManager->getGZ(2)->getName(), "Handle2");
-    EXPECT_EQ(myManager->getGZ(3), nullptr);
-    EXPECT_EQ(myManager->getGZ(-1), nullptr);
+    EXPECT_EQ(run("pomls"), "Handle\nHandle1\nHandle2\n");
+    EXPECT_TRUE(myManager->getGZ(3) == nullptr && myManager->getGZ(-1) == nullptr);
     EXPECT_EQ(undo().getUndoName(), "Create New Handle");
-    EXPECT_EQ(myManager->getGZIndex("Handle1"), 1);
-    EXPECT_EQ(myManager->getGZIndex("handle1"), -1);
-    EXPECT_EQ(myManager->getGZIndex(static_cast<const char *>(nullptr)), -1);
+    EXPECT_EQ(std::tuple(myManager->getGZIndex("Handle1"), myManager->getGZIndex("handle1"),
+                         myManager->getGZIndex(static_cast<const char *>(nullptr))),
+              std::tuple(1, -1, -1));
 
     EXPECT_EQ(myManager->addGroup(""), 0);
     EXPECT_EQ(myManager->addGroup(nullptr), 1);
-    EXPECT_EQ(myManager->getGroup(0)->getName(), "Group");
-    EXPECT_EQ(myManager->getGroup(1)->getName(), "Group1");
+    EXPECT_EQ(run("pomls -g"), "Group\nGroup1\n");
     // Handles and groups have separate names.
     EXPECT_EQ(myManager->getFreeGroupName("Handle"), "Handle");
     EXPECT_EQ(myManager->getFreeGZName("Group"), "Group");

@@ -3,6 +3,8 @@
 
 #include "host/HostCommandManager.h"
 
+#include <tuple>
+
 using gztest::PersistentFixture;
 
 using PersistentSave = PersistentFixture;
@@ -117,13 +119,8 @@ TEST_F(PersistentSave, CommandsReportBadInputAndChangeNothing)
     make("/obj/geo1");
     run("pomadd h ptest; pomadd -g g");
     const std::string before = saved();
-    struct Case
-    {
-        const char *command;
-        const char *error;
-    };
     // Each message is in the persistent_commands scenario; here: nothing changes.
-    const Case cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"pomadd x nosuchtype", "Invalid handle type: nosuchtype\n"},
         {"pomadd -g", "Usage: "},
         {"pomset -g nogroup", "Unknown group: nogroup\n"},
@@ -135,10 +132,10 @@ TEST_F(PersistentSave, CommandsReportBadInputAndChangeNothing)
         {"pomparm -g g", "Error: pomparm requires a handle group and handle settings.\n"},
         {"pomremove nobody", "Unknown handle: nobody\n"},
     };
-    for (const Case &c : cases)
+    for (const auto &[command, error] : cases)
     {
-        EXPECT_EQ(run(c.command), "") << c.command;
-        EXPECT_EQ(myErr.substr(0, std::string(c.error).size()), c.error) << c.command;
-        EXPECT_EQ(saved(), before) << c.command;
+        EXPECT_EQ(run(command), "") << command;
+        EXPECT_EQ(myErr.substr(0, std::string(error).size()), error) << command;
+        EXPECT_EQ(saved(), before) << command;
     }
 }

@@ -7,6 +7,8 @@
 #include "persistent/GZ_ScriptOperator.h"
 #include "persistent/gz_ScriptOpPage.h"
 
+#include <tuple>
+
 namespace
 {
 using gztest::PersistentFixture;
@@ -56,7 +58,8 @@ protected:
     GZ_ScriptOperator *define(const std::string &text)
     {
         std::string error;
-        GZ_ScriptOperator *op = GZ_ScriptOperator::defineFromText("Object", text, "src", "f.ds", error);
+        GZ_ScriptOperator *op =
+            GZ_ScriptOperator::defineFromText("Object", text, "src", "f.ds", error);
         myError = error;
         return op;
     }
@@ -70,15 +73,13 @@ TEST_F(ScriptOperator, AppliesEveryOperatorLevelLineAndFlagsItsTemplates)
     GZ_ScriptOperator *op = define(SCRIPT);
     ASSERT_NE(op, nullptr) << myError;
     EXPECT_EQ(capture.text(), "");
-    EXPECT_EQ(op->getLabel(), "Script Op");
-    EXPECT_EQ(op->getHelp(), "First\tline\nSecond");
-    EXPECT_EQ(op->getInputNames(), (std::vector<std::string>{"", "Source"}));
-    EXPECT_EQ(op->getInputLabels(), (std::vector<std::string>{"Main input"}));
-    EXPECT_EQ(op->getMaxInputs(), 2);
-    EXPECT_EQ(op->getInputIsReference(), (std::vector<bool>{false, true}));
-    EXPECT_EQ(op->getLegacyInputMap(), "a 'b c'");
-    EXPECT_EQ(op->getUnitLength(), 0.01);
-    EXPECT_EQ(op->getDefinitionPath(), "src");
+    using Names = std::vector<std::string>;
+    EXPECT_EQ(
+        std::tuple(op->getLabel(), op->getHelp(), op->getInputNames(), op->getInputLabels()),
+        std::tuple("Script Op", "First\tline\nSecond", Names{"", "Source"}, Names{"Main input"}));
+    EXPECT_EQ(std::tuple(op->getMaxInputs(), op->getInputIsReference(), op->getLegacyInputMap(),
+                         op->getUnitLength(), op->getDefinitionPath()),
+              std::tuple(2, std::vector<bool>{false, true}, "a 'b c'", 0.01, "src"));
     EXPECT_EQ(op->getObsoleteTemplates().size(), 1);
     const std::vector<GZ_BindingHandleInfo> *handles =
         GZgetResourceManager()->getBindingHandles(op);
@@ -123,22 +124,17 @@ TEST_F(ScriptOperator, RedefinitionReplacesBindingsAndRebuildsNodes)
 
 TEST_F(ScriptOperator, ScriptsThatNameNoTypeDefineNothing)
 {
-    struct Case
-    {
-        const char *text;
-        const char *messages;
-    };
-    const Case cases[] = {
+    const std::tuple<const char *, const char *> cases[] = {
         {"{\n label x\n}\n", "f.ds[3]: the script names no operator type\n"},
         {"{\n name scop\n parm {\n", "f.ds[3]: Missing '}' at the end of the parm block ''\n"},
         {"name scop\n", "f.ds[1]: Expected '{' at the start of a page\n"},
     };
-    for (const Case &c : cases)
+    for (const auto &[text, messages] : cases)
     {
         HostDiagnosticCapture capture;
-        EXPECT_EQ(define(c.text), nullptr) << c.text;
+        EXPECT_EQ(define(text), nullptr) << text;
         EXPECT_EQ(myError, "f.ds defines no operator type");
-        EXPECT_EQ(capture.text(), c.messages) << c.text;
+        EXPECT_EQ(capture.text(), messages) << text;
         EXPECT_EQ(table()->getOperator("scop"), nullptr);
     }
     std::string error;
@@ -151,13 +147,7 @@ TEST_F(ScriptOperator, OperatorKeywordsReportWhatTheyCannotApply)
 {
     GZ_ScriptOperator *op = define("{\n name scop\n}\n");
     ASSERT_NE(op, nullptr);
-    struct Case
-    {
-        bool with_operator;
-        const char *line;
-        const char *message;
-    };
-    const Case cases[] = {
+    const std::tuple<bool, const char *, const char *> cases[] = {
         {false, "inputlegacymap { a }", "Unable to set legacy inputs without an operator"},
         {false, "bindhandle tx ptest D tx \"\"", "unable to bind a handle without an operator"},
         {false, "bindselector a b c d e f g", "unable to bind a selector without an operator"},
@@ -167,14 +157,14 @@ TEST_F(ScriptOperator, OperatorKeywordsReportWhatTheyCannotApply)
         {true, "bindselector nosuch d p * 1 m 0", "error binding selector"},
         {true, "unitmass x", "Expected a number after 'unitmass'"},
     };
-    for (const Case &c : cases)
+    for (const auto &[with_operator, line, message] : cases)
     {
         HostDiagnosticCapture capture;
         HostDialogStream in;
-        in.openString(std::string("{\n") + c.line + "\n", "p.ds");
-        gz_ScriptOpPage page(c.with_operator ? op : nullptr, 0, 0);
+        in.openString(std::string("{\n") + line + "\n", "p.ds");
+        gz_ScriptOpPage page(with_operator ? op : nullptr, 0, 0);
         page.parsePage(in);
-        ASSERT_FALSE(capture.diagnostics().empty()) << c.line;
-        EXPECT_EQ(capture.diagnostics()[0].myText, std::string("p.ds[2]: ") + c.message);
+        ASSERT_FALSE(capture.diagnostics().empty()) << line;
+        EXPECT_EQ(capture.diagnostics()[0].myText, std::string("p.ds[2]: ") + message);
     }
 }

@@ -20,13 +20,8 @@ const char *const theScene = "pomadd first ptest\n"
                              "pomadd -g 'the grp'\n"
                              "pomattach -g 'the grp' first\n";
 
-struct UndoCase
-{
-    const char *label;
-    const char *command;
-};
-
-const UndoCase theCases[] = {
+// Rows: the undo label, the command that makes the record.
+const std::pair<const char *, const char *> theCases[] = {
     {"Create New Handle", "pomadd new ptest"},
     {"Delete Handle", "pomremove 'odd \"name\"; x'"},
     {"Attach Op To Handle", "pomattach -i 9 'odd \"name\"; x' /obj/c tz:tz"},
@@ -64,17 +59,17 @@ protected:
 
 TEST_F(PersistentUndo, UndoAndRedoOfEveryRecordRestoreTheSavedText)
 {
-    for (const UndoCase &c : theCases)
+    for (const auto &[label, command] : theCases)
     {
-        SCOPED_TRACE(c.label);
+        SCOPED_TRACE(label);
         empty();
         run(theScene);
         undo().clear();
         const std::string before = saved();
-        run(c.command);
+        run(command);
         ASSERT_EQ(myErr, "");
         ASSERT_EQ(undo().getUndoCount(), 1);
-        EXPECT_EQ(undo().getUndoName(), c.label);
+        EXPECT_EQ(undo().getUndoName(), label);
         const std::string after = saved();
         ASSERT_NE(after, before);
         ASSERT_TRUE(undo().undo());

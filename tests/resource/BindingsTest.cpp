@@ -7,6 +7,7 @@
 #include "tests/DiagnosticsRecorder.h"
 
 #include <memory>
+#include <tuple>
 
 using gztest::ScratchManager;
 
@@ -34,6 +35,13 @@ protected:
     const GZ_BindingHandleInfo &handle(HostOperator *op, int i)
     {
         return (*myManager.getBindingHandles(op))[i];
+    }
+
+    /// A selector with the usual prompt and flags: what a refusal depends on is all that varies.
+    int bindSelector(HostOperator *op, const char *selector, const char *parm, bool skip = false)
+    {
+        return myManager.bindSelector(op, selector, "d", "Select", parm, 0, 1, "", 0, "", 0, "",
+                                      skip);
     }
 
     ScratchManager myManager;
@@ -117,22 +125,12 @@ TEST_F(Bindings, RefusalCodes)
     EXPECT_EQ(myManager.bind(nullptr, "ladder", "d", "tx", "parm0", nullptr), -6);
     EXPECT_EQ(myManager.getBindingHandles(mySop), nullptr);
 
-    EXPECT_EQ(myManager.bindSelector(mySop, "nosuch", "d", "Select", "group", 0, 1, "", 0, "", 0,
-                                     "", false),
-              -2);
-    EXPECT_EQ(myManager.bindSelector(mySop, "dopsel", "d", "Select", "group", 0, 1, "", 0, "", 0,
-                                     "", false),
-              -6);
+    EXPECT_EQ(bindSelector(mySop, "nosuch", "group"), -2);
+    EXPECT_EQ(bindSelector(mySop, "dopsel", "group"), -6);
     // The selection goes into a whole parameter: neither a component nor an unknown name.
-    EXPECT_EQ(
-        myManager.bindSelector(mySop, "prims", "d", "Select", "tx", 0, 1, "", 0, "", 0, "", false),
-        -3);
-    EXPECT_EQ(
-        myManager.bindSelector(mySop, "prims", "d", "Select", "t", 0, 1, "", 0, "", 0, "", false),
-        -3);
-    EXPECT_EQ(myManager.bindSelector(mySop, "prims", "d", "Select", "tx", 0, 1, "", 0, "", 0, "",
-                                     /*skip_parm_check=*/true),
-              1);
+    EXPECT_EQ(bindSelector(mySop, "prims", "tx"), -3);
+    EXPECT_EQ(bindSelector(mySop, "prims", "t"), -3);
+    EXPECT_EQ(bindSelector(mySop, "prims", "tx", /*skip=*/true), 1);
     EXPECT_EQ(
         myManager.bindSelector(mySop, "prims", "e", "Select", "", 0, 1, "", 0, "", 0, "", false),
         1);
@@ -151,9 +149,7 @@ TEST_F(Bindings, OperatorsOutsideTheNetworkTablesCannotBeBound)
     EXPECT_EQ(myManager.bind(vop, "ladder", "d", "tx", "parm0", nullptr), -6);
     EXPECT_EQ(myManager.bind(vop, "ladder", "d", nullptr), -6);
     EXPECT_EQ(myManager.bindScriptOp(vop, "ladder", "d", "tx", "parm0", ""), -6);
-    EXPECT_EQ(
-        myManager.bindSelector(vop, "prims", "d", "Select", "group", 0, 1, "", 0, "", 0, "", false),
-        -6);
+    EXPECT_EQ(bindSelector(vop, "prims", "group"), -6);
     EXPECT_EQ(myManager.unbind(vop, nullptr, ""), -6);
     EXPECT_EQ(myManager.unbindSelector(vop, nullptr), -6);
     EXPECT_EQ(myManager.getBindingHandles(vop), nullptr);
@@ -227,15 +223,12 @@ TEST_F(Bindings, SelectorsAreReplacedByDescription)
     ASSERT_NE(selectors, nullptr);
     ASSERT_EQ(selectors->size(), 2u);
     const GZ_BindingSelectorInfo &main = (*selectors)[0];
-    EXPECT_EQ(main.getDescription(), "main");
-    EXPECT_EQ(main.getPrompt(), "Pick again");
-    EXPECT_EQ(main.getOpInput(), 2);
-    EXPECT_FALSE(main.getOpInputReq());
-    EXPECT_EQ(main.getPrimMask(), "nurbs");
-    EXPECT_TRUE(main.getAllowDrag());
-    EXPECT_EQ(main.getMenu(), "menu2");
-    EXPECT_TRUE(main.getAstSelAll());
-    EXPECT_EQ(main.getExtraInfo(), "extra");
+    EXPECT_EQ(std::tuple(main.getDescription(), main.getPrompt(), main.getOpInput(),
+                         main.getOpInputReq(), main.getPrimMask()),
+              std::tuple("main", "Pick again", 2, false, "nurbs"));
+    EXPECT_EQ(
+        std::tuple(main.getAllowDrag(), main.getMenu(), main.getAstSelAll(), main.getExtraInfo()),
+        std::tuple(true, "menu2", true, "extra"));
     EXPECT_TRUE((*selectors)[1].getOpInputReq() == false && (*selectors)[1].getAllowDrag());
 
     EXPECT_EQ(myManager.unbindSelector(mySop, "nosuch"), 1);

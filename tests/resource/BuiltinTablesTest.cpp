@@ -19,7 +19,7 @@ namespace
 // shared lists, odd columns), so a typing slip on either side shows up as a mismatch; the
 // counts guard the rest.
 
-struct Expected3D
+struct ExpectedHandle
 {
     const char *name;
     const char *english;
@@ -30,47 +30,32 @@ struct Expected3D
     const char *lastParm;
     short ethereal;
     bool displayAlways;
-};
-
-// clang-format off
-const Expected3D kExpected3D[] = {
-    {"agentedit", "Agent Edit", "Sop", "MGZ_agentedit", 16, "t#x", "mult_order#", 0, false},
-    {"angle", "Angle", "Sop Object Dop Lop", "MGZ_angle", 14, "input", "scale", 0, false},
-    {"bone", "Bone", "Sop Object Dop", "MGZ_bone", 37, "length", "capt_sz", 0, false},
-    {"camera", "Camera", "Object Lop", "OBJ_camera", 72, "px", "cropt", 0, false},
-    {"captureblend", "Capture Blend", "Object", "MGZ_captureblend", 0, "", "", 0, false},
-    {"chopxform", "ChopTransformer", "Chop", "MGZ_xform", 113, "input", "invert", 0, false},
-    {"ladder", "Ladder", "Sop Object Dop Cop2 Lop", "MGZ_ladder", 10, "parm0", "parm9", 2, false},
-    {"mousewheelbump", "Mouse Wheel Bump", "Sop Object Dop Lop", "MGZ_ladder", 1, "value", "value", 2, false},
-    {"popvector", "POP Vector", "Pop", "MGZ_popvector", 12, "input", "refpath", 0, false},
-    {"renderregion", "Render Region", "Object", "MGZ_RenderRegion", 0, "", "", 0, true},
-    {"stepladder", "Step Ladder", "Sop Object Dop Cop2 Lop", "MGZ_stepladder", 10, "parm0", "parm9", 1, false},
-    {"uvflattenpin", "UV Flatten Pin", "Sop", "MGZ_uvedit", 6, "npins", "pin#v", 0, false},
-    {"xform", "Transformer", "Sop Object Dop Lop", "MGZ_xform", 110, "input", "parent_xfo15", 0, false},
-    {"motionpath", "Motion Path", "Object", "MGZ_motionpath", 57, "input", "soffsetz", 0, false},
-    {"dynmotionpath", "Dynamic Motion Path", "Sop", "MGZ_dynmotionpath", 80, "input", "visibility", 0, false},
-    {"benddeform", "Bend Deform", "Sop Object Dop Lop", "MGZ_benddeform", 29, "input", "enabledeform", 0, false},
-};
-// clang-format on
-
-struct Expected2D
-{
-    const char *name;
-    const char *english;
-    const char *icon;
     unsigned viewerMask;
-    size_t parmCount;
-    const char *firstParm;
-    const char *lastParm;
 };
 
 // clang-format off
-const Expected2D kExpected2D[] = {
-    {"composite2d", "Composite", "IM_Composite", 1, 10, "units", "op"},
-    {"curvepoint2d", "Curve Point", "IM_Translate", 4, 3, "u", "weight"},
-    {"framerange2d", "Frame Range", "IM_FrameRange", 2, 6, "start", "postlength"},
-    {"shuffle2d", "Shuffle", "IM_Shuffle", 2, 1, "shuffle", "shuffle"},
-    {"vpos2d", "V Pos", "IM_VPos", 1, 3, "units", "onoff"},
+const ExpectedHandle kExpectedHandles[] = { // the 3D table, then the 2D one
+    {"agentedit", "Agent Edit", "Sop", "MGZ_agentedit", 16, "t#x", "mult_order#", 0, false, ~0u},
+    {"angle", "Angle", "Sop Object Dop Lop", "MGZ_angle", 14, "input", "scale", 0, false, ~0u},
+    {"bone", "Bone", "Sop Object Dop", "MGZ_bone", 37, "length", "capt_sz", 0, false, ~0u},
+    {"camera", "Camera", "Object Lop", "OBJ_camera", 72, "px", "cropt", 0, false, ~0u},
+    {"captureblend", "Capture Blend", "Object", "MGZ_captureblend", 0, "", "", 0, false, ~0u},
+    {"chopxform", "ChopTransformer", "Chop", "MGZ_xform", 113, "input", "invert", 0, false, ~0u},
+    {"ladder", "Ladder", "Sop Object Dop Cop2 Lop", "MGZ_ladder", 10, "parm0", "parm9", 2, false, ~0u},
+    {"mousewheelbump", "Mouse Wheel Bump", "Sop Object Dop Lop", "MGZ_ladder", 1, "value", "value", 2, false, ~0u},
+    {"popvector", "POP Vector", "Pop", "MGZ_popvector", 12, "input", "refpath", 0, false, ~0u},
+    {"renderregion", "Render Region", "Object", "MGZ_RenderRegion", 0, "", "", 0, true, ~0u},
+    {"stepladder", "Step Ladder", "Sop Object Dop Cop2 Lop", "MGZ_stepladder", 10, "parm0", "parm9", 1, false, ~0u},
+    {"uvflattenpin", "UV Flatten Pin", "Sop", "MGZ_uvedit", 6, "npins", "pin#v", 0, false, ~0u},
+    {"xform", "Transformer", "Sop Object Dop Lop", "MGZ_xform", 110, "input", "parent_xfo15", 0, false, ~0u},
+    {"motionpath", "Motion Path", "Object", "MGZ_motionpath", 57, "input", "soffsetz", 0, false, ~0u},
+    {"dynmotionpath", "Dynamic Motion Path", "Sop", "MGZ_dynmotionpath", 80, "input", "visibility", 0, false, ~0u},
+    {"benddeform", "Bend Deform", "Sop Object Dop Lop", "MGZ_benddeform", 29, "input", "enabledeform", 0, false, ~0u},
+    {"composite2d", "Composite", "Cop2", "IM_Composite", 10, "units", "op", 0, false, 1},
+    {"curvepoint2d", "Curve Point", "Cop2", "IM_Translate", 3, "u", "weight", 0, false, 4},
+    {"framerange2d", "Frame Range", "Cop2", "IM_FrameRange", 6, "start", "postlength", 0, false, 2},
+    {"shuffle2d", "Shuffle", "Cop2", "IM_Shuffle", 1, "shuffle", "shuffle", 0, false, 2},
+    {"vpos2d", "V Pos", "Cop2", "IM_VPos", 3, "units", "onoff", 0, false, 1},
 };
 // clang-format on
 
@@ -131,11 +116,12 @@ void expectIndexedInOrder(const GZ_GZTemplate &tmpl)
 
 } // namespace
 
-TEST(BuiltinHandleTable, Sampled3DRowsHaveTheirColumns)
+TEST(BuiltinHandleTable, SampledRowsHaveTheirColumns)
 {
     GZ_ResourceManager &mgr = manager();
     ASSERT_EQ(gz::makeBuiltin3DHandles().size(), 77u);
-    for (const Expected3D &row : kExpected3D)
+    ASSERT_EQ(gz::makeBuiltin2DHandles().size(), 20u);
+    for (const ExpectedHandle &row : kExpectedHandles)
     {
         SCOPED_TRACE(row.name);
         const GZ_GZTemplate *tmpl = mgr.getOpHandleLinkTemplate(row.name);
@@ -148,30 +134,9 @@ TEST(BuiltinHandleTable, Sampled3DRowsHaveTheirColumns)
         EXPECT_EQ(firstOf(tmpl->parmNameList()), row.firstParm);
         EXPECT_EQ(lastOf(tmpl->parmNameList()), row.lastParm);
         EXPECT_EQ(tmpl->getEthereal(), row.ethereal);
-        EXPECT_EQ(tmpl->getViewerMask(), 0xffffffffu);
+        EXPECT_EQ(tmpl->getViewerMask(), row.viewerMask);
         EXPECT_EQ(tmpl->isDisplayAlways(), row.displayAlways);
         EXPECT_EQ(tmpl->constructor(), nullptr);
-    }
-}
-
-TEST(BuiltinHandleTable, Sampled2DRowsHaveTheirColumns)
-{
-    GZ_ResourceManager &mgr = manager();
-    ASSERT_EQ(gz::makeBuiltin2DHandles().size(), 20u);
-    for (const Expected2D &row : kExpected2D)
-    {
-        SCOPED_TRACE(row.name);
-        const GZ_GZTemplate *tmpl = mgr.getOpHandleLinkTemplate(row.name);
-        ASSERT_NE(tmpl, nullptr);
-        EXPECT_EQ(tmpl->englishName(), row.english);
-        EXPECT_EQ(tmpl->getNetworkTypes(), "cop2");
-        EXPECT_EQ(tmpl->iconName(), row.icon);
-        EXPECT_EQ(tmpl->parmNameList().size(), row.parmCount);
-        EXPECT_EQ(firstOf(tmpl->parmNameList()), row.firstParm);
-        EXPECT_EQ(lastOf(tmpl->parmNameList()), row.lastParm);
-        EXPECT_EQ(tmpl->getEthereal(), 0);
-        EXPECT_EQ(tmpl->getViewerMask(), row.viewerMask);
-        EXPECT_FALSE(tmpl->isDisplayAlways());
     }
     // Nothing but the two tables is registered at start-up.
     EXPECT_EQ(mgr.getOpHandleLinks().size(), 97u);
@@ -279,9 +244,7 @@ TEST(BuiltinTables, RowsAreRegisteredInCatalogueOrder)
     // The registration functions hand these to the registry front to back, 3D before 2D: the
     // sampled rows come in the same order.
     std::vector<std::string> expected, built;
-    for (const Expected3D &row : kExpected3D)
-        expected.emplace_back(row.name);
-    for (const Expected2D &row : kExpected2D)
+    for (const ExpectedHandle &row : kExpectedHandles)
         expected.emplace_back(row.name);
     for (const auto &tmpl : gz::makeBuiltin3DHandles())
         built.push_back(tmpl->name());

@@ -9,6 +9,7 @@
 #include "tests/DiagnosticsRecorder.h"
 
 #include <sstream>
+#include <tuple>
 
 using gztest::instance;
 using gztest::ScratchManager;
@@ -270,32 +271,24 @@ TEST(ResourceManagerOperators, ParameterTemplatesAndChannels)
                              HostParmTemplate(begin_end, "rot", "Rotation", 2),
                              HostParmTemplate(HOST_PARM_FLOAT, "endrot", "Shadowed", 1)});
 
-    // Only begin/end-named vectors are searched by channel; other templates by their name.
-    int vec = 7;
-    EXPECT_EQ(manager.getTemplateAndVecId("ty", op, vec), nullptr);
-    EXPECT_EQ(vec, -1);
-    const HostParmTemplate *tmpl = manager.getTemplateAndVecId("scale", op, vec);
-    ASSERT_NE(tmpl, nullptr);
-    EXPECT_EQ(tmpl->getToken(), "scale");
-    EXPECT_EQ(vec, 0);
-    // A begin/end vector owns the channels that end in its name, and comes first here.
-    tmpl = manager.getTemplateAndVecId("endrot", op, vec);
-    ASSERT_NE(tmpl, nullptr);
-    EXPECT_EQ(tmpl->getToken(), "rot");
-    EXPECT_EQ(vec, 1);
-    // Its bare name is no channel; a matching ending without a component is none either.
-    EXPECT_EQ(manager.getTemplateAndVecId("rot", op, vec), nullptr);
-    EXPECT_EQ(vec, -1);
-    EXPECT_EQ(manager.getTemplateAndVecId("xrot", op, vec), nullptr);
-    // The whole name of a vector is not one of its channels.
-    EXPECT_EQ(manager.getTemplateAndVecId("t", op, vec), nullptr);
-    EXPECT_EQ(vec, -1);
-    vec = 3;
-    EXPECT_EQ(manager.getTemplateAndVecId("t", nullptr, vec), nullptr);
-    EXPECT_EQ(vec, -1);
+    // Only begin/end-named vectors are searched by channel; other templates by their name. A
+    // begin/end vector owns the channels that end in its name, and comes first here; its bare
+    // name is no channel, nor is a matching ending without a component, nor the whole name of
+    // a vector.
+    const std::tuple<const char *, HostOperator *, const char *, int> cases[] = {
+        {"ty", op, nullptr, -1},    {"scale", op, "scale", 0}, {"endrot", op, "rot", 1},
+        {"rot", op, nullptr, -1},   {"xrot", op, nullptr, -1}, {"t", op, nullptr, -1},
+        {"t", nullptr, nullptr, -1}};
+    for (const auto &[channel, on, token, index] : cases)
+    {
+        int vec = 7;
+        const HostParmTemplate *found = manager.getTemplateAndVecId(channel, on, vec);
+        EXPECT_EQ(found ? found->getToken() : "none", token ? token : "none") << channel;
+        EXPECT_EQ(vec, index) << channel;
+    }
 
     int index = -1;
-    tmpl = GZ_ResourceManager::findParmTemplate(*op, "t", 2, &index);
+    const HostParmTemplate *tmpl = GZ_ResourceManager::findParmTemplate(*op, "t", 2, &index);
     ASSERT_NE(tmpl, nullptr);
     EXPECT_EQ(index, 0);
     theDiagnostics.start();

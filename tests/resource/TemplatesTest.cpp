@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <tuple>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -18,11 +19,10 @@ TEST(GZTemplate, NetworksAreWholeWordsInAnyCase)
 {
     const char *const parms[] = {"input", "tx", "ty", "t#x", nullptr};
     GZ_GZTemplate gz("mover", "Mover", "Sop Object", "IC_Move", parms, 0, 4, true);
-    EXPECT_TRUE(gz.supportsType("SOP"));
-    EXPECT_TRUE(gz.supportsType("object"));
-    EXPECT_FALSE(gz.supportsType("Obj"));
-    EXPECT_FALSE(gz.supportsType("So"));
-    EXPECT_FALSE(gz.supportsType(""));
+    std::string supported;
+    for (const char *type : {"SOP", "object", "Obj", "So", ""})
+        supported += gz.supportsType(type) ? '1' : '0';
+    EXPECT_EQ(supported, "11000");
     EXPECT_EQ(gz.getNetworkTypes(), "sop object");
     EXPECT_EQ(gz.constructor(), nullptr);
 
@@ -104,11 +104,8 @@ TEST(StateTemplate, FieldsInitializeAndVolatileKeys)
     EXPECT_TRUE(copy.getSupportsMoveTool());
     copy.initialize("brush", "Brush", "IC_Brush", nullptr, nullptr, GZ_VIEWER_COMPOSITE, 0x08, 0,
                     "", /*hidden=*/true);
-    EXPECT_EQ(copy.name(), "brush");
-    EXPECT_EQ(copy.getIconName(), "IC_Brush");
-    EXPECT_EQ(copy.viewerType(), GZ_VIEWER_COMPOSITE);
-    EXPECT_EQ(copy.networkTypes(), 0x08u);
-    EXPECT_FALSE(copy.forceStateToEnter());
-    EXPECT_TRUE(copy.getHidden());
+    EXPECT_EQ(std::tuple(copy.name(), copy.getIconName(), copy.viewerType(), copy.networkTypes(),
+                         copy.forceStateToEnter(), copy.getHidden()),
+              std::tuple("brush", "IC_Brush", GZ_VIEWER_COMPOSITE, 0x08u, false, true));
     EXPECT_EQ(copy.getOperator(), op); // initialize keeps the operator
 }

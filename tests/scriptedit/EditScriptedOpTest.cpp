@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <tuple>
 
 namespace
 {
@@ -106,12 +107,10 @@ TEST_F(EditOpFixture, InputsGrowAndHandlesReportUnknownTypes)
     GZ_EditScriptedOp edit(myOp, nullptr);
     edit.setInputName(9999, "x");
     edit.setInputName(3, "Fourth");
-    EXPECT_EQ(edit.getInputName(0), "Source");
-    EXPECT_EQ(edit.getInputName(2), "");
-    EXPECT_EQ(edit.getInputName(3), "Fourth");
-    EXPECT_EQ(edit.getInputName(4), "");
-    EXPECT_FALSE(edit.getInputIsReference(0));
-    EXPECT_TRUE(edit.getInputIsReference(1));
+    EXPECT_EQ(std::tuple(edit.getInputName(0), edit.getInputName(2), edit.getInputName(3),
+                         edit.getInputName(4), edit.getInputIsReference(0),
+                         edit.getInputIsReference(1)),
+              std::tuple("Source", "", "Fourth", "", false, true));
 
     HostDiagnosticCapture capture;
     GZ_EditScriptedOpHandle unknown("nosuchhandle");

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <tuple>
 
 TEST(EditScriptedParm, TagBackedOptions)
 {
@@ -80,17 +81,12 @@ TEST(EditScriptedParm, FromTemplate)
     t.setTypeExtension(HostParmTemplate::EXT_JOIN);
     t.setCondition(HOST_COND_HIDE, "{ a == 1 }");
     GZ_EditScriptedParm p(t);
-    EXPECT_EQ(p.getType(), "Float Vector 3");
-    EXPECT_EQ(p.getSize(), 3);
-    EXPECT_EQ(p.getDefault(0), "1.5");
-    EXPECT_EQ(p.getDefault(1), "$F");
-    EXPECT_EQ(p.getDefaultMeaning(1), 1u);
-    EXPECT_EQ(p.getDefault(2), "0");
-    EXPECT_EQ(p.getRangeMin(), -5.0f);
-    EXPECT_TRUE(p.getRangeMinStrict());
-    EXPECT_EQ(p.getExportLevel(), 2);
-    EXPECT_TRUE(p.getJoinNext());
-    EXPECT_EQ(p.getCondition(1), "{ a == 1 }");
+    EXPECT_EQ(std::tuple(p.getType(), p.getSize(), p.getDefault(0), p.getDefault(1),
+                         p.getDefaultMeaning(1), p.getDefault(2)),
+              std::tuple("Float Vector 3", 3, "1.5", "$F", 1u, "0"));
+    EXPECT_EQ(std::tuple(p.getRangeMin(), p.getRangeMinStrict(), p.getExportLevel(),
+                         p.getJoinNext(), p.getCondition(1)),
+              std::tuple(-5.0f, true, 2, true, "{ a == 1 }"));
 
     HostParmTemplate m(HOST_PARM_STRING, "mode", "Mode");
     HostChoiceList list(HostChoiceList::REPLACE | HostChoiceList::USE_TOKEN);

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <tuple>
 
 using namespace gztest;
 
@@ -142,14 +143,12 @@ TEST(EditScriptedParms, Compile)
     s.compile();
     EXPECT_EQ(names(s), "page1 a b main_ box base }");
     const GZ_EditScriptedParm &menu = *s.getParm(0);
-    EXPECT_EQ(menu.getType(), "Ordered Menu");
-    EXPECT_EQ(menu.getSize(), 3);
-    EXPECT_EQ(menu.getFolderType(), GZ_FOLDER_NONE);
+    EXPECT_EQ(std::tuple(menu.getType(), menu.getSize(), menu.getFolderType()),
+              std::tuple("Ordered Menu", 3, GZ_FOLDER_NONE));
     EXPECT_EQ(s.getParm(3)->getSize(), 2); // main_ and main2 share the base name main
-    EXPECT_TRUE(s.getParm(1)->getInvisible());
-    EXPECT_EQ(s.getParm(1)->getDefault(0), "");
-    EXPECT_EQ(s.getParm(1)->getHelp(), "");
-    EXPECT_EQ(s.getParm(1)->getLabel(), "");
+    const GZ_EditScriptedParm &a = *s.getParm(1);
+    EXPECT_EQ(std::tuple(a.getInvisible(), a.getDefault(0), a.getHelp(), a.getLabel()),
+              std::tuple(true, "", "", ""));
     EXPECT_FALSE(s.getParm(5)->getInvisible()); // base parameters stay visible
 }
 
