@@ -66,6 +66,7 @@ void HostDirector::clearScene()
         if (HostNetwork *net = managers->getNode(i)->getChildNetwork())
             net->clear();
     myUndo.clear();
+    myMultiParmLinks.clear();
     HostChannelManager::get().clearScope();
     myTime = 0.0;
     myCurrentNodeId = -1;

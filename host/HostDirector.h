@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostErrorSeverity.h"
+#include "host/HostMultiParmLinks.h"
 #include "host/HostReferenceIndex.h"
 #include "host/HostUndoManager.h"
 
@@ -86,6 +87,9 @@ public:
     /// Which parameter components refer to which channels (ch() and chs() paths).
     HostReferenceIndex &getReferenceIndex() { return myReferences; }
     const HostReferenceIndex &getReferenceIndex() const { return myReferences; }
+    /// The multiparm link records of every node.
+    HostMultiParmLinks &getMultiParmLinks() { return myMultiParmLinks; }
+    const HostMultiParmLinks &getMultiParmLinks() const { return myMultiParmLinks; }
 
     // Scene save and load.
     void setSaveCallback(SaveCallback cb) { mySaveCallback = cb; }
@@ -117,6 +121,7 @@ private:
     void makeManagers();
 
     HostReferenceIndex myReferences; // before myRoot: parameters leave it as nodes go
+    HostMultiParmLinks myMultiParmLinks;
     std::unique_ptr<HostNode> myRoot;
     std::unordered_map<int, HostNode *> myById;
     int myNextId = 0;

@@ -1,6 +1,9 @@
 // HostParmList: building parameters from templates, multiparm instances, indexes.
 #include "host/HostParmList.h"
 
+#include "host/HostDirector.h"
+#include "host/HostNode.h"
+
 #include <vector>
 
 namespace
@@ -112,6 +115,8 @@ void HostParmList::addInstance(HostParm &multi)
     std::vector<HostParm *> instance;
     for (int c = 0; c < tmpl.getNumChildren(); ++c)
         instance.push_back(addParm(tmpl.getChild(c), multi.mySpare, &multi, number));
+    if (myNode && myNode->getDirector())
+        myNode->getDirector()->getMultiParmLinks().fillInstance(*myNode, instance);
     multi.myInstances.push_back(std::move(instance));
     ++multi.myInstanceCount;
 }

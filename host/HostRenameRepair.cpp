@@ -2,6 +2,7 @@
 #include "host/HostRenameRepair.h"
 
 #include "host/HostDirector.h"
+#include "host/HostMultiParmLinks.h"
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
@@ -109,6 +110,12 @@ HostRenameRepair::HostRenameRepair(HostNode &node, const std::string &newName)
                 myRewrites.push_back({parm.getNode()->getUniqueId(), parm.getName(), k,
                                       std::move(rewritten), parm.getStringMeaning(k)});
         }
+    HostDirector &director = *node.getDirector();
+    for (HostMultiParmLinks::Link &link : director.getMultiParmLinks().getAll())
+        if (const HostNode *from = director.findNodeById(link.myNodeId))
+            if (std::string text = rewritePath(link.myText, *from, node, newName);
+                text != link.myText)
+                myLinkRewrites.push_back({link.myNodeId, link.myPattern, std::move(text)});
 }
 
 void HostRenameRepair::apply(double time, std::vector<std::string> &warnings) const
@@ -130,4 +137,7 @@ void HostRenameRepair::apply(double time, std::vector<std::string> &warnings) co
         node->parmChanging(*parm);
         parm->setString(r.myComponent, time, r.myText, r.myMeaning);
     }
+    for (const LinkRewrite &r : myLinkRewrites)
+        if (HostNode *node = director.findNodeById(r.myNodeId))
+            director.getMultiParmLinks().set(*node, r.myPattern, r.myText, time);
 }

@@ -16,7 +16,8 @@ class HostNode;
 ///
 /// Only the path components that step into the renamed node by its name change: "../geo1/tx"
 /// becomes "../geo2/tx", "/obj/geo1/box1/ty" becomes "/obj/geo2/box1/ty", and a path that
-/// reaches the node without naming it ("../tx" from a child) stays as written.
+/// reaches the node without naming it ("../tx" from a child) stays as written. Multiparm
+/// link records (whose texts are such paths) are rewritten by the same rule.
 class HostRenameRepair
 {
 public:
@@ -43,7 +44,15 @@ private:
         HostStringMeaning myMeaning;
     };
 
+    struct LinkRewrite
+    {
+        int myNodeId;
+        std::string myPattern;
+        std::string myText;
+    };
+
     HostNode *myNode;
     std::string myOldPath;
     std::vector<Rewrite> myRewrites;
+    std::vector<LinkRewrite> myLinkRewrites; // multiparm link records, by the same rule
 };

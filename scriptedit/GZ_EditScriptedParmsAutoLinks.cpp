@@ -5,6 +5,7 @@
 #include "scriptedit/gz_LinkPaths.h"
 
 #include "host/HostDirector.h"
+#include "host/HostMultiParmLinks.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "host/HostParmTemplate.h"
@@ -32,6 +33,9 @@ Links expandPath(const std::string &path, bool include_invisible)
     const HostNode *node = root->findNode(node_path);
     if (!node || name.empty())
         return out;
+    const std::string prefix = node_path == "/" ? "/" : node_path + "/";
+    if (const int pk = HostMultiParmLinks::findInstancePattern(*node, name); pk >= 0)
+        return {{pk, prefix + name}};
     int k = -1;
     const HostParm *parm = node->getParm(name);
     if (!parm)
@@ -39,7 +43,6 @@ Links expandPath(const std::string &path, bool include_invisible)
     if (!parm || parm->getTemplate().getType().isSwitcher() ||
         (!parm->isVisible() && !include_invisible))
         return out;
-    const std::string prefix = node_path == "/" ? "/" : node_path + "/";
     for (int c = k < 0 ? 0 : k; c < (k < 0 ? parm->getVectorSize() : k + 1); ++c)
         out.emplace_back(c, prefix + parm->getChannelName(c));
     return out;
@@ -59,6 +62,8 @@ struct Target
     HostNode *myNode = nullptr;
     HostParm *myParm = nullptr;
     int myComponent = -1;
+    /// An instance pattern ("pt#"): the target is the node's multiparm link for it.
+    std::string myPattern;
 };
 
 bool resolveLink(HostNode &edited, const std::string &path, const GZ_EditScriptedParm &def,
@@ -73,9 +78,12 @@ bool resolveLink(HostNode &edited, const std::string &path, const GZ_EditScripte
     else if (!t.myNode->canModify())
         warning = "Couldn't modify autolink node: " + t.myNode->getFullPath();
     else if (channel.find('#') != std::string::npos)
-        // The reference host keeps no multiparm link records, so no instance pattern can be
-        // linked: every such path is reported.
-        warning = "Unable to find destination multiparm channel: " + channel;
+    {
+        if (HostMultiParmLinks::findInstancePattern(*t.myNode, channel) >= 0)
+            t.myPattern = channel;
+        else
+            warning = "Unable to find destination multiparm channel: " + channel;
+    }
     else if (!(t.myParm = t.myNode->findChannel(channel, t.myComponent)))
         warning = "Unable to find destination channel: " + channel;
     if (warning.empty())
@@ -213,6 +221,7 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
     HostParm *eparm = node.findChannel(def.getChannelNames()[k], ek);
     if (!eparm)
         return;
+    HostMultiParmLinks &links = node.getDirector()->getMultiParmLinks();
     auto record = [&](Target &t)
     {
         node_ids.push_back(t.myNode->getUniqueId());
@@ -234,6 +243,12 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
             continue;
         if (!resolve(link, t))
             return;
+        if (!t.myPattern.empty())
+        {
+            // Only a current link comes here, and the link stands for its instances.
+            links.set(*t.myNode, t.myPattern, std::string(), time);
+            continue;
+        }
         if (!refersTo(*t.myParm, t.myComponent, node, eparm, ek))
             continue;
         t.myNode->saveParmForUndo(*t.myParm);
@@ -248,6 +263,13 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
             continue;
         if (!resolve(link, t))
             return;
+        const std::string path = t.myNode->getRelativePathTo(node);
+        const std::string ref = (path == "." ? "" : path + "/") + eparm->getChannelName(ek);
+        if (!t.myPattern.empty())
+        {
+            links.set(*t.myNode, t.myPattern, ref, time);
+            continue;
+        }
         if (refersTo(*t.myParm, t.myComponent, node, eparm, ek))
             continue;
         if (t.myParm->hasChannel(t.myComponent) && t.myParm != eparm)
@@ -258,8 +280,6 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
             eparm->copyChannel(ek, *t.myParm, t.myComponent);
             node.parmChanged(*eparm);
         }
-        const std::string path = t.myNode->getRelativePathTo(node);
-        const std::string ref = (path == "." ? "" : path + "/") + eparm->getChannelName(ek);
         const bool text = t.myParm->getType().isString() || t.myParm->getType().isData();
         t.myNode->saveParmForUndo(*t.myParm);
         t.myNode->parmChanging(*t.myParm);

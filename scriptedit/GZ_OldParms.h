@@ -88,11 +88,24 @@ private:
     void resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const;
     void resolveSingleParm(const gz_OldParm &rec, const std::string &old_channel,
                            const std::string &new_channel, Context &ctx) const;
+    void resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const;
     void resolveOnNode(const gz_OldParm &rec, Context &ctx) const;
+    void addReferenceNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
+                           std::vector<std::pair<std::string, std::string>> &pairs) const;
     /// The pairs of old and new channel names of a record (the parameter name first).
     void addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
                          std::vector<std::pair<std::string, std::string>> &pairs) const;
     const GZ_EditScriptedParm *findOriginal(const std::string &name) const;
+    bool reusesFreedName() const;
+    bool applyInterim(const GZ_EditScriptedParms &parms, bool &with_interim,
+                      std::string *error) const;
+    int applyFinal(GZ_EditScriptedParms &parms, bool with_interim, std::string *error) const;
+    static void insertAfter(GZ_EditScriptedParms &parms, int at,
+                            std::unique_ptr<GZ_EditScriptedParm> parm);
+    int updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
+                                    std::vector<std::string> &warnings, std::string *error);
+    static std::string temporaryName(const HostNode &node, const GZ_EditScriptedParms &parms,
+                                     const std::string &name);
     static void addInstanceNames(const HostNode &node,
                                  std::vector<std::pair<std::string, std::string>> &pairs);
 

@@ -3,6 +3,7 @@
 
 #include "host/HostCommandManager.h"
 #include "host/HostDirector.h"
+#include "host/HostMultiParmLinks.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "host/HostReferenceIndex.h"
@@ -87,6 +88,9 @@ void GZ_OldParms::resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
             resolveOldParmChannels(rec, ctx);
     for (const gz_OldParm &rec : myRecords)
         if (rec.isChanged())
+            resolveOldMultiParmInfo(rec, ctx);
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
             resolveOnNode(rec, ctx);
 }
 
@@ -150,12 +154,13 @@ void GZ_OldParms::addChannelNames(const gz_OldParm &rec, const GZ_EditScriptedPa
         pairs.emplace_back(old_names[i], new_names[i]);
 }
 
-// The referrers are found by the old names (the parameter name, which stands for its first
-// component, and every channel name), so a deleted or renamed parameter's referrers are
-// found whether or not the node still has it.
-void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const
+// The old and new channel names under which a record's referrers are found: the parameter
+// name (it stands for the first component) and every channel name, so a deleted or renamed
+// parameter's referrers are found whether or not the node still has it. A deleted record's
+// pairs keep the old names.
+void GZ_OldParms::addReferenceNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
+                                    Pairs &pairs) const
 {
-    Pairs pairs;
     if (rec.isDeleted())
     {
         if (const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName))
@@ -165,13 +170,58 @@ void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) co
             pairs.assign(1, {rec.getOldChannel(), rec.getOldChannel()});
     }
     else
-        addChannelNames(rec, *ctx.myParms, pairs);
+        addChannelNames(rec, parms, pairs);
     if (rec.myOriginalSuffix.empty() &&
         (pairs.empty() || pairs.front().first != rec.myOriginalName))
         pairs.insert(pairs.begin(), {rec.myOriginalName, rec.myCurrentName});
+}
+
+void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const
+{
+    Pairs pairs;
+    addReferenceNames(rec, *ctx.myParms, pairs);
     addInstanceNames(*ctx.myNode, pairs);
     for (const auto &pair : pairs)
         resolveSingleParm(rec, pair.first, pair.second, ctx);
+}
+
+// Multiparm links of other nodes that lead to the record follow a rename and go (or are
+// reported, by the deletion behaviour) with a deletion; the edited node's own links of a
+// renamed or deleted instance pattern follow it too.
+void GZ_OldParms::resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const
+{
+    HostNode &edited = *ctx.myNode;
+    HostMultiParmLinks &links = edited.getDirector()->getMultiParmLinks();
+    const bool report = rec.isDeleted() && getParameterDeletionBehavior() >= 2;
+    Pairs pairs;
+    addReferenceNames(rec, *ctx.myParms, pairs);
+    for (const auto &[from, to] : pairs)
+    {
+        if (from.find('#') != std::string::npos)
+        {
+            if (rec.isDeleted())
+                links.set(edited, from, std::string(), ctx.myTime);
+            else
+                links.movePattern(edited, from, to);
+            continue;
+        }
+        for (const HostMultiParmLinks::Link &link : links.findLinksTo(edited, from))
+        {
+            HostNode *linking = edited.getDirector()->findNodeById(link.myNodeId);
+            if (report)
+            {
+                ctx.myWarnings->insert(ctx.myWarnings->end(),
+                                       {deletedLine(rec.getOldChannel()),
+                                        "        and is referenced by '" +
+                                            linking->getFullPath() + "/" + link.myPattern + "'"});
+                continue;
+            }
+            const std::string path = linking->getRelativePathTo(edited);
+            const std::string text =
+                rec.isDeleted() ? std::string() : (path == "." ? "" : path + "/") + to;
+            links.set(*linking, link.myPattern, text, ctx.myTime);
+        }
+    }
 }
 
 // References name the instances of a multiparm ("pt2"), not its pattern ("pt#"): every
@@ -296,8 +346,12 @@ void GZ_OldParms::resolveOnNode(const gz_OldParm &rec, Context &ctx) const
     }
     Pairs pairs;
     addChannelNames(rec, *ctx.myParms, pairs);
+    addInstanceNames(node, pairs);
     for (const auto &pair : pairs)
     {
+        // A pattern names no channel: its instances, added above, carry the values.
+        if (pair.first.find('#') != std::string::npos)
+            continue;
         runCommand("chrename '" + node.getFullPath() + "/" + pair.first + "' '" + pair.second +
                    "'");
         ctx.myRenamed->push_back(pair);
@@ -331,27 +385,64 @@ void GZ_OldParms::getChannelChanges(const GZ_EditScriptedParms &parms, Pairs &re
     }
 }
 
+// Two parameters of the edit must never stand under one name at a step of the repair: when a
+// rename takes a name the edit frees (a swap, or a rename onto a deleted parameter), the
+// renames go through free temporary names in two passes.
+bool GZ_OldParms::reusesFreedName() const
+{
+    std::set<std::string> freed;
+    for (const gz_OldParm &rec : myRecords)
+        if (rec.isChanged())
+            freed.insert(rec.myOriginalName);
+    for (const gz_OldParm &rec : myRecords)
+        if (!rec.isDeleted() && rec.myCurrentName != rec.myOriginalName &&
+            freed.count(rec.myCurrentName) != 0)
+            return true;
+    return false;
+}
+
 int GZ_OldParms::updateNode(GZ_EditScriptedParms &parms, std::vector<std::string> &warnings,
                             std::string *error)
 {
     HostNode *node = parms.getNode();
     if (!node)
         return parms.updateNode(error);
-    // The interim interface: the new one with every changed plain parameter beside it under
-    // its old name, so that chrename and the bakes still find the old channels.
+    if (reusesFreedName())
+        return updateThroughTemporaryNames(parms, warnings, error);
+    bool with_interim = false;
+    if (!applyInterim(parms, with_interim, error))
+        return 0;
+    resolveOldParmLinks(node->getUniqueId(), parms, warnings);
+    return applyFinal(parms, with_interim, error);
+}
+
+// The interim interface: the new one with every changed parameter beside it under its old
+// name, so that chrename and the bakes still find the old channels. A renamed instance
+// pattern goes into its multiparm next to the new one, so that both have instances.
+bool GZ_OldParms::applyInterim(const GZ_EditScriptedParms &parms, bool &with_interim,
+                               std::string *error) const
+{
     GZ_EditScriptedParms interim(parms);
     for (const gz_OldParm &rec : myRecords)
     {
         const GZ_EditScriptedParm *before = findOriginal(rec.myOriginalName);
-        if (rec.isChanged() && before && !before->getIsGroupParm() &&
-            before->getName().find('#') == std::string::npos &&
-            !interim.getParmWithName(before->getName()))
-            interim.addParm(std::make_unique<GZ_EditScriptedParm>(*before));
+        if (!rec.isChanged() || !before || before->getIsGroupParm() ||
+            interim.getParmWithName(before->getName()))
+            continue;
+        auto copy = std::make_unique<GZ_EditScriptedParm>(*before);
+        if (before->getName().find('#') == std::string::npos)
+            interim.addParm(std::move(copy));
+        else if (const int at = interim.getParmIndexWithName(rec.myCurrentName);
+                 at >= 0 && !rec.isDeleted())
+            insertAfter(interim, at, std::move(copy));
     }
-    const bool with_interim = interim.entries() != parms.entries();
-    if (with_interim && !interim.updateNode(error))
-        return 0;
-    resolveOldParmLinks(node->getUniqueId(), parms, warnings);
+    with_interim = interim.entries() != parms.entries();
+    return !with_interim || interim.updateNode(error);
+}
+
+int GZ_OldParms::applyFinal(GZ_EditScriptedParms &parms, bool with_interim,
+                            std::string *error) const
+{
     if (parms.updateNode(error))
         return 1;
     if (with_interim)
@@ -361,4 +452,98 @@ int GZ_OldParms::updateNode(GZ_EditScriptedParms &parms, std::vector<std::string
         original.updateNode();
     }
     return 0;
+}
+
+void GZ_OldParms::insertAfter(GZ_EditScriptedParms &parms, int at,
+                              std::unique_ptr<GZ_EditScriptedParm> parm)
+{
+    std::vector<std::unique_ptr<GZ_EditScriptedParm>> one;
+    one.push_back(std::move(parm));
+    parms.insertParms(at + 1, std::move(one));
+}
+
+// The first pass renames to the temporary names (and deletes), onto an interface that holds
+// the final parameters and the temporary ones; the second renames the temporary names to the
+// final ones. Warning lines name the final names, not the temporary ones.
+int GZ_OldParms::updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
+                                             std::vector<std::string> &warnings,
+                                             std::string *error)
+{
+    HostNode &node = *parms.getNode();
+    GZ_OldParms first, second;
+    first.myOriginal = myOriginal;
+    GZ_EditScriptedParms middle(parms);
+    // The node first gets the old interface with the temporary parameters beside it, so that
+    // every old value is still under its old name whatever the new sizes.
+    GZ_EditScriptedParms start(myOriginal);
+    std::vector<std::pair<std::string, std::string>> temporaries; // (temporary, final)
+    for (gz_OldParm rec : myRecords)
+    {
+        const GZ_EditScriptedParm *after = parms.getParmWithName(rec.myCurrentName);
+        if (rec.isDeleted() || rec.myCurrentName == rec.myOriginalName || !after ||
+            !findOriginal(rec.myOriginalName))
+        {
+            first.myRecords.push_back(rec);
+            continue;
+        }
+        const std::string temporary = temporaryName(node, middle, rec.myCurrentName);
+        auto copy = std::make_unique<GZ_EditScriptedParm>(*after);
+        copy->setName(temporary);
+        auto other = std::make_unique<GZ_EditScriptedParm>(*copy);
+        if (temporary.find('#') == std::string::npos)
+        {
+            middle.addParm(std::move(copy));
+            start.addParm(std::move(other));
+        }
+        else
+        {
+            insertAfter(middle, middle.getParmIndexWithName(rec.myCurrentName), std::move(copy));
+            insertAfter(start, start.getParmIndexWithName(rec.myOriginalName), std::move(other));
+        }
+        temporaries.emplace_back(temporary, rec.myCurrentName);
+        gz_OldParm to_final = rec;
+        to_final.myOriginalName = temporary;
+        rec.myCurrentName = temporary;
+        first.myRecords.push_back(rec);
+        second.myRecords.push_back(to_final);
+    }
+    if (!start.updateNode(error))
+        return 0;
+    std::vector<std::string> lines;
+    first.resolveOldParmLinks(node.getUniqueId(), middle, lines);
+    // The fields of the interface were repaired in the middle interface: the final one is
+    // that interface without the temporary parameters.
+    second.myOriginal = middle;
+    GZ_EditScriptedParms repaired(middle);
+    for (const auto &t : temporaries)
+    {
+        const int i = repaired.getParmIndexWithName(t.first);
+        repaired.removeParms(i, i, /*fix_joins=*/false);
+    }
+    for (int i = 0; i < parms.entries() && i < repaired.entries(); ++i)
+        *parms.getParm(i) = *repaired.getParm(i);
+    if (!first.applyFinal(middle, /*with_interim=*/true, error))
+        return 0;
+    for (std::string &line : lines)
+        for (const auto &t : temporaries)
+            if (const size_t at = line.find("renamed to '" + t.first + "',");
+                at != std::string::npos)
+                line.replace(at + 12, t.first.size(), t.second);
+    warnings.insert(warnings.end(), lines.begin(), lines.end());
+    return second.updateNode(parms, warnings, error);
+}
+
+// A name that neither the node nor the interface uses, made from `name` (an instance mark
+// stays in it).
+std::string GZ_OldParms::temporaryName(const HostNode &node, const GZ_EditScriptedParms &parms,
+                                       const std::string &name)
+{
+    for (int n = 1;; ++n)
+    {
+        const std::string candidate = "gzrename" + std::to_string(n) + "_" + name;
+        int k = -1;
+        if (!parms.getParmWithName(candidate) && !node.getParm(candidate) &&
+            !node.findChannel(candidate, k))
+            return candidate;
+    }
 }

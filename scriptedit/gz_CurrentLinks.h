@@ -9,7 +9,9 @@ namespace gz_CurrentLinks
 {
 /// The components of the scene whose expression is a plain channel reference to `channel`
 /// of `node`, as paths relative to `node` ("../geo2/tx"; "tx" on the node itself), joined by
-/// single blanks, ordered by referring node id, parameter and component. Found through the
-/// reverse reference index, so the cost follows the referrers, not the scene.
+/// single blanks, ordered by referring node id, parameter and component; then the multiparm
+/// links that lead to it (their instance pattern stands for the instances they drive). Found
+/// through the reverse reference index and the link records, so the cost follows the
+/// referrers and the links, not the scene.
 std::string read(const HostNode &node, const std::string &channel);
 } // namespace gz_CurrentLinks

@@ -21,6 +21,7 @@
 #include <cstdlib>
 #include <memory>
 #include <ostream>
+#include <set>
 #include <string>
 
 namespace
@@ -163,9 +164,11 @@ void cmdSpareRm(Shell &shell, HostCommandArgs &args)
     applyWithRepairs(shell, args, parms, old);
 }
 
-/// Why `name` cannot become the name of spare parameter `parm`; empty when it can.
+/// Why `name` cannot become the name of spare parameter `parm`; empty when it can. Names in
+/// `freed` are given up by the same edit.
 std::string renameProblem(HostNode &node, const GZ_EditScriptedParms &parms,
-                          const GZ_EditScriptedParm &parm, const std::string &name)
+                          const GZ_EditScriptedParm &parm, const std::string &name,
+                          const std::set<std::string> &freed)
 {
     if (!HostVariableName::isValid(name, parm.getName().find('#') != std::string::npos ? "#"
                                                                                         : nullptr))
@@ -180,37 +183,69 @@ std::string renameProblem(HostNode &node, const GZ_EditScriptedParms &parms,
         const HostParm *taken = node.findChannel(n, k);
         if (!taken)
             taken = node.getParm(n);
-        if ((taken && taken->getName() != parm.getName()) ||
-            (parms.getParmWithName(n) && parms.getParmWithName(n) != &parm))
+        const GZ_EditScriptedParm *entry = parms.getParmWithName(n);
+        if ((taken && taken->getName() != parm.getName() && !freed.count(taken->getName())) ||
+            (entry && entry != &parm && !freed.count(n)))
             return n + " is already used on " + node.getFullPath();
     }
     return std::string();
 }
 
-// sparerename NODEPATH OLD NEW
+// sparerename NODEPATH OLD NEW [OLD NEW]...: the renames are one edit, so names may be
+// exchanged ("a b b a" swaps a and b).
 void cmdSpareRename(Shell &shell, HostCommandArgs &args)
 {
     HostNode *node = spareNode(shell, args, 1);
     if (!node)
         return;
-    GZ_EditScriptedParms parms(node, spareOptions());
-    const int i = findEntry(args, parms, args.arg(2));
-    if (i < 0)
-        return;
-    const std::string &name = args.arg(3);
-    if (name == args.arg(2))
-        return;
-    GZ_EditScriptedParm &parm = *parms.getParm(i);
-    const std::string problem = renameProblem(*node, parms, parm, name);
-    if (!problem.empty())
+    if (args.argc() % 2 != 0)
     {
-        args.err() << "sparerename: " << problem << "; " << args.arg(2) << " is unchanged\n";
+        args.err() << "sparerename: every old name needs a new name\n";
         return;
     }
+    GZ_EditScriptedParms parms(node, spareOptions());
+    std::vector<GZ_EditScriptedParm *> renamed;
+    std::set<std::string> freed, taken;
+    for (int a = 2; a + 1 < args.argc(); a += 2)
+    {
+        const int i = findEntry(args, parms, args.arg(a));
+        if (i < 0)
+            return;
+        renamed.push_back(parms.getParm(i));
+        if (!freed.insert(args.arg(a)).second)
+        {
+            args.err() << "sparerename: " << args.arg(a) << " is given twice\n";
+            return;
+        }
+    }
+    for (int a = 2, r = 0; a + 1 < args.argc(); a += 2, ++r)
+    {
+        std::string problem = renameProblem(*node, parms, *renamed[r], args.arg(a + 1), freed);
+        if (problem.empty() && !taken.insert(args.arg(a + 1)).second)
+            problem = args.arg(a + 1) + " is given twice";
+        if (!problem.empty())
+        {
+            args.err() << "sparerename: " << problem << "; " << args.arg(a) << " is unchanged\n";
+            return;
+        }
+    }
+    bool changes = false;
+    for (int a = 2; a + 1 < args.argc(); a += 2)
+        changes = changes || args.arg(a) != args.arg(a + 1);
+    if (!changes)
+        return;
     GZ_OldParms old;
     old.preserveOldParms(parms);
-    parm.setName(name);
-    old.renameOldParm(args.argv(2), name.c_str());
+    // Through placeholders, so that a rename onto a name another pair gives up does not
+    // merge the two records.
+    const int pairs = static_cast<int>(renamed.size());
+    for (int r = 0; r < pairs; ++r)
+        old.renameOldParm(args.argv(2 + 2 * r), ("\x01" + std::to_string(r)).c_str());
+    for (int r = 0; r < pairs; ++r)
+    {
+        renamed[r]->setName(args.arg(3 + 2 * r));
+        old.renameOldParm(("\x01" + std::to_string(r)).c_str(), args.argv(3 + 2 * r));
+    }
     applyWithRepairs(shell, args, parms, old);
 }
 
@@ -367,10 +402,10 @@ std::vector<ShellCommand> shellSpareCommands()
          "Removes the named entries; what referred to them is baked or reported as "
          "parmdeletebehavior says.",
          "", 3, -1},
-        {"sparerename", "", "sparerename NODEPATH OLD NEW", &cmdSpareRename, true,
-         "Renames a spare parameter and its channels, and repairs the expressions, channel "
-         "references and fields that named it.",
-         "", 4, 4},
+        {"sparerename", "", "sparerename NODEPATH OLD NEW [OLD NEW]...", &cmdSpareRename, true,
+         "Renames spare parameters and their channels in one edit (names may be exchanged), "
+         "and repairs the expressions, channel references and fields that named them.",
+         "", 4, -1},
         {"parmdeletebehavior", "", "parmdeletebehavior [N]", &cmdParmDeleteBehavior, true,
          "Sets what removing a spare parameter does to references to it, or writes it.", "", 1, 2},
         {"sparelink", "", "sparelink NODEPATH PARM PATH...", &cmdSpareLink, true,

@@ -176,18 +176,23 @@ TEST(AutoLinks, ResolutionWarningsAndNodeMoves)
     GZ_EditScriptedParm *vec = parms.getParmWithName("v");
     vec->setAutolink(1, "../nowhere/tx");
     vec->setAutolinkChanged(1, 1);
+    vec->setAutolink(2, "../geo2/zz#");
+    vec->setAutolinkChanged(2, 1);
     std::vector<std::string> warnings;
     std::vector<int> ids, indices;
     parms.applyAutoLinks(warnings, ids, indices);
     EXPECT_EQ(joined(warnings), "Unable to find destination channel: nosuch\n"
                                 "Linking parameter: Amp\n"
                                 "Unable to find autolink node: ../nowhere\n"
+                                "Linking parameter: Vec\n"
+                                "Unable to find destination multiparm channel: zz#\n"
                                 "Linking parameter: Vec\n");
     EXPECT_TRUE(ids.empty()); // the failure ends its component: tx is not linked
 
     node("/obj/geo2")->setPermissions(0);
     amp->setAutolink(0, "../geo2/tx");
     vec->setAutolinkChanged(1, 0);
+    vec->setAutolinkChanged(2, 0);
     warnings.clear();
     parms.applyAutoLinks(warnings, ids, indices);
     EXPECT_EQ(joined(warnings), "Couldn't modify autolink node: /obj/geo2\n"
@@ -202,6 +207,7 @@ TEST(AutoLinks, ResolutionWarningsAndNodeMoves)
     EXPECT_EQ(joined(warnings), "/obj/geo2/tx already linked to amp\n");
     EXPECT_EQ(vec->getAutolink(0), "/obj/geo2/sx");
     EXPECT_EQ(vec->getAutolink(1), "../nowhere/tx /obj/geo2/sy");
+    vec->setAutolink(2, "");
 
     struct Move
     {
@@ -219,4 +225,115 @@ TEST(AutoLinks, ResolutionWarningsAndNodeMoves)
         EXPECT_EQ(parms.updateAutoLinksForNameChange("/obj/geo1", m.from, m.to), m.changes);
         EXPECT_EQ(amp->getAutolink(0), m.amp) << m.from;
     }
+}
+
+// Edits whose renames reuse names (instance patterns, swaps, a rename onto a deleted name):
+// values, expressions and references end up under the new names, and undo brings back the
+// old ones.
+TEST(OldParms, RenamesCarryInstancesAndExchangedNames)
+{
+    const char *const setup =
+        "scenenew; nodeadd geo /obj/geo1; nodeadd geo /obj/geo2; spareadd -s /obj/geo1 "
+        "'parm { name a label A type float default { 1 } } "
+        "parm { name b label B type float default { 2 } } "
+        "multiparm { name pts label Pts default 2 parm { name pt# label Pt type float "
+        "default { 0 } } }'; parmset /obj/geo1 a 4; parmset -e /obj/geo1 b '$F + 7'; "
+        "parmset /obj/geo1 pt1 5; parmset -e /obj/geo1 pt2 'ch(\"pt1\") * 3'; "
+        "parmset -e /obj/geo2 t 'ch(\"../geo1/a\") + 10 * ch(\"../geo1/b\")' "
+        "'ch(\"../geo1/pt2\")' 0";
+    const char *const before = "ch(\"../geo1/a\") + 10 * ch(\"../geo1/b\")\n"
+                               "ch(\"../geo1/pt2\")\n4\n$F + 7\n5\nch(\"pt1\") * 3\n";
+    const char *const show_before = "parmget -e /obj/geo2 tx; parmget -e /obj/geo2 ty; "
+                                    "parmget -e /obj/geo1 a; parmget -e /obj/geo1 b; "
+                                    "parmget -e /obj/geo1 pt1; parmget -e /obj/geo1 pt2";
+    struct Case
+    {
+        const char *edit;
+        const char *show;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"sparerename /obj/geo1 pt# point#",
+         "parmget -e /obj/geo2 ty; parmget -e /obj/geo1 point1; parmget -e /obj/geo1 point2",
+         "ch(\"../geo1/point2\")\n5\nch(\"point1\") * 3\n"},
+        {"sparerename /obj/geo1 a b b a",
+         "parmget -e /obj/geo2 tx; parmget -e /obj/geo1 a; parmget -e /obj/geo1 b",
+         "ch(\"../geo1/b\") + 10 * ch(\"../geo1/a\")\n$F + 7\n4\n"},
+    };
+    for (const Case &c : cases)
+    {
+        run(setup);
+        EXPECT_EQ(run(std::string(c.edit) + "; " + c.show), c.expected) << c.edit;
+        run("undo");
+        EXPECT_EQ(run(show_before), before) << c.edit;
+    }
+
+    // Deleting a and renaming b to a in one edit: a's referrers are baked, b's follow it.
+    run(setup);
+    run("parmset -e /obj/geo2 t 'ch(\"../geo1/a\")' 0 'ch(\"../geo1/b\")'");
+    GZ_EditScriptedParms parms = spares("/obj/geo1");
+    GZ_OldParms old;
+    old.preserveOldParms(parms);
+    parms.removeParms(parms.getParmIndexWithName("a"), parms.getParmIndexWithName("a"));
+    old.deleteOldParm("a");
+    parms.getParmWithName("b")->setName("a");
+    old.renameOldParm("b", "a");
+    std::vector<std::string> warnings;
+    ASSERT_EQ(old.updateNode(parms, warnings), 1);
+    EXPECT_EQ(run("parmget -e /obj/geo2 tx; parmget -e /obj/geo2 tz; parmget -e /obj/geo1 a"),
+              "4\nch(\"../geo1/a\")\n$F + 7\n");
+    EXPECT_TRUE(warnings.empty()) << joined(warnings);
+}
+
+// A link to an instance pattern drives every instance, those made later too; it follows
+// renames at either end and node moves, goes or stays with a deletion by the deletion behaviour, and undo
+// brings it back as it was.
+TEST(AutoLinks, MultiparmLinksFollowRenamesAndDeletions)
+{
+    const char *const setup =
+        "scenenew; nodeadd geo /obj/geo1; nodeadd geo /obj/geo2; spareadd -s /obj/geo1 "
+        "'parm { name amp label Amp type float default { 3 } }'; spareadd -s /obj/geo2 "
+        "'multiparm { name pts label Pts default 2 parm { name pt# label Pt type float "
+        "default { 0 } } }'; sparelink /obj/geo1 amp /obj/geo2/pt#";
+    // The second instance existed at the edit, the third is made after it.
+    const char *const show = "parmget -e /obj/geo2 pt2; parmset /obj/geo2 pts 3; "
+                             "parmget -e /obj/geo2 pt3";
+    const char *const amp = "ch(\"../geo1/amp\")\n";
+    struct Case
+    {
+        const char *edit;
+        std::string expected;
+        const char *show;
+    };
+    const char *const warnings = "The parameter 'amp' has been deleted,\n"
+                                 "        and is referenced by '/obj/geo2/pt1'\n"
+                                 "        in the expression 'ch(\"../geo1/amp\")'.\n"
+                                 "The parameter 'amp' has been deleted,\n"
+                                 "        and is referenced by '/obj/geo2/pt2'\n"
+                                 "        in the expression 'ch(\"../geo1/amp\")'.\n"
+                                 "The parameter 'amp' has been deleted,\n"
+                                 "        and is referenced by '/obj/geo2/pt#'\n";
+    const Case cases[] = {
+        {"sparerename /obj/geo1 amp gain", "ch(\"../geo1/gain\")\nch(\"../geo1/gain\")\n", show},
+        {"nodemv /obj/geo1 geo9", "ch(\"../geo9/amp\")\nch(\"../geo9/amp\")\n", show},
+        {"spareunlink /obj/geo1 amp /obj/geo2/pt#", "3\n0\n", show},
+        {"parmdeletebehavior 0; sparerm /obj/geo1 amp", "3\n0\n", show},
+        {"parmdeletebehavior 2; sparerm /obj/geo1 amp", std::string(amp) + amp + warnings, show},
+        {"sparerename /obj/geo2 pt# p#", std::string(amp) + amp,
+         "parmget -e /obj/geo2 p2; parmset /obj/geo2 pts 3; parmget -e /obj/geo2 p3"},
+    };
+    run(setup);
+    EXPECT_EQ(run(std::string("parmget /obj/geo2 pt1; ") + show), std::string("3\n") + amp + amp);
+    for (const Case &c : cases)
+    {
+        run(setup);
+        EXPECT_EQ(run(std::string(c.edit) + "; " + c.show), c.expected) << c.edit;
+        run("undo");
+        // Undo restores the link record too: a fresh instance follows amp again.
+        EXPECT_EQ(run("parmget -e /obj/geo2 pt1; parmset /obj/geo2 pts 5; "
+                      "parmget -e /obj/geo2 pt5"),
+                  std::string(amp) + amp)
+            << c.edit;
+    }
+    run("parmdeletebehavior 0");
 }
