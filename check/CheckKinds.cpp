@@ -59,6 +59,28 @@ void checkOperatorScript(const std::string &path, const std::string &text)
         HostDiagnostics::report(HostDiagSeverity::Error, path, 0, error, error);
 }
 
+/// Defines one definition's type as libload would; what its script reader reports is moved
+/// onto the library's own lines (the script starts at its section's first line), and what
+/// belongs to no line of the script lands on the section's (or the definition's) line.
+void checkLibraryScript(const std::string &path, const HostAssetDefinition &def)
+{
+    std::vector<HostDiagnostic> found;
+    {
+        HostDiagnosticCapture capture;
+        std::string error;
+        if (!GZ_ScriptOperator::defineFromLibrary(def, path, path, error))
+            HostDiagnostics::report(HostDiagSeverity::Error, "", 0, error, error);
+        found = capture.diagnostics();
+    }
+    const int start = def.getSectionLine("DialogScript");
+    for (HostDiagnostic d : found)
+    {
+        d.myFile = path;
+        d.myLine = start == 0 ? def.getLine() : d.myLine > 0 ? start + d.myLine - 1 : start - 1;
+        HostDiagnostics::report(d);
+    }
+}
+
 void checkLibrary(const std::string &path, const std::string &text)
 {
     std::vector<HostAssetDefinition> definitions;
@@ -66,6 +88,8 @@ void checkLibrary(const std::string &path, const std::string &text)
     int line = 0;
     if (!HostAssetLibraryFile::parse(text, definitions, error, line))
         HostDiagnostics::report(HostDiagSeverity::Error, path, line, error, error);
+    for (const HostAssetDefinition &def : definitions)
+        checkLibraryScript(path, def);
 }
 
 /// Splits the catalogue's "FILE[LINE]: message" lines about `name` (how the catalogue names

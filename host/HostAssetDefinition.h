@@ -1,6 +1,7 @@
 // HostAssetDefinition: one operator type's definition as an operator-type library file holds it.
 #pragma once
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,6 +47,18 @@ public:
         mySections.emplace_back(name, bytes);
     }
 
+    /// Where a definition read from a file stood in it: the line of its "definition" line
+    /// and the first line of each section's bytes (0 when made in memory or unknown). They
+    /// let a checker name lines of the file; they are no part of the definition itself.
+    int getLine() const { return myLine; }
+    void setLine(int line) { myLine = line; }
+    int getSectionLine(const std::string &name) const
+    {
+        const auto found = mySectionLines.find(name);
+        return found == mySectionLines.end() ? 0 : found->second;
+    }
+    void setSectionLine(const std::string &name, int line) { mySectionLines[name] = line; }
+
     bool operator==(const HostAssetDefinition &other) const
     {
         return myName == other.myName && myLabel == other.myLabel &&
@@ -59,4 +72,6 @@ private:
     int myMinInputs = 0;
     int myMaxInputs = 0;
     std::vector<Section> mySections;
+    int myLine = 0;
+    std::map<std::string, int> mySectionLines;
 };

@@ -48,6 +48,8 @@ public:
         return true;
     }
     size_t pos() const { return myPos; }
+    /// The number of the line that starts at pos().
+    int nextLine() const { return myLine + 1; }
     bool atEnd() const { return myPos == myText.size(); }
     /// The line last read or tried: where damage was found.
     int lastLine() const { return myLast; }
@@ -129,8 +131,10 @@ bool parseDefinition(Cursor &in, const std::string &first, HostAssetDefinition &
     if (!in.line(line) || !keyed(line, "inputs", rest) || !splitPair(rest, lo, hi) ||
         !parseCount(lo, theMaxInputs, min_inputs) || !parseCount(hi, theMaxInputs, max_inputs))
         return fail(error, "expected an inputs line");
+    const int first_line = in.nextLine() - 3;
     out = HostAssetDefinition(name, label, static_cast<int>(min_inputs),
                               static_cast<int>(max_inputs));
+    out.setLine(first_line);
     while (in.line(line))
     {
         if (line == "end definition")
@@ -141,9 +145,11 @@ bool parseDefinition(Cursor &in, const std::string &first, HostAssetDefinition &
             return fail(error, "expected a section or the end of the definition");
         if (out.findSection(section))
             return fail(error, "section given twice");
+        const int bytes_line = in.nextLine();
         if (!in.bytes(static_cast<size_t>(size), bytes))
             return fail(error, "section shorter than its size");
         out.setSection(section, bytes);
+        out.setSectionLine(section, bytes_line);
     }
     return fail(error, "the file ends inside a definition");
 }

@@ -4,6 +4,7 @@
 #include "host/HostCommandParser.h"
 #include "host/HostDiagnostics.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -135,13 +136,12 @@ bool HostCommandManager::installCommand(const char *name, const char *options,
     return true;
 }
 
-bool HostCommandManager::setArgumentCounts(const std::string &name, int least, int most)
+bool HostCommandManager::setArgumentCounts(const std::string &name, const HostArgCounts &counts)
 {
     auto it = myCommands.find(name);
     if (it == myCommands.end())
         return false;
-    it->second.leastArgs = least;
-    it->second.mostArgs = most;
+    it->second.counts = counts;
     return true;
 }
 
@@ -375,7 +375,14 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
     for (; i < words.size(); ++i)
         positional.push_back(words[i].text);
     if (options.checkOnly)
-        return checkCount(options, cmd.line, name, command, static_cast<int>(positional.size()));
+    {
+        const char letter = command.counts.option;
+        const bool option_given =
+            letter != 0 && std::any_of(given.begin(), given.end(),
+                                       [letter](const auto &option) { return option.first == letter; });
+        return checkCount(options, cmd.line, name, command, static_cast<int>(positional.size()),
+                          option_given);
+    }
 
     callHandler(name, command.callback, std::move(positional), options, cmd.line,
                 [&](HostCommandArgs &args)
@@ -394,9 +401,10 @@ void HostCommandManager::reportUsage(const HostExecOptions &options, const Comma
 }
 
 bool HostCommandManager::checkCount(const HostExecOptions &options, int line,
-                                    const std::string &name, const Command &command, int argc) const
+                                    const std::string &name, const Command &command, int argc,
+                                    bool count_option) const
 {
-    if (argumentCountAllowed(argc, command.leastArgs, command.mostArgs))
+    if (command.counts.allows(argc, count_option))
         return true;
     reportAt(options, line, name + ": wrong number of arguments");
     return false;

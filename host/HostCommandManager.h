@@ -1,6 +1,7 @@
 // HostCommandManager: the host's command interpreter (installation, parsing, execution).
 #pragma once
 
+#include "host/HostArgCounts.h"
 #include "host/HostCommandArgs.h"
 
 #include <functional>
@@ -91,15 +92,9 @@ public:
     bool setUsage(const std::string &name, const std::string &usage);
     /// The usage text of a command, or the empty string when it is not installed.
     std::string usage(const std::string &name) const;
-    /// The positional argument counts (command name included) a command accepts; -1 leaves
-    /// a bound open. Only a check (HostExecOptions::checkOnly) uses them: running commands
-    /// check their own counts.
-    bool setArgumentCounts(const std::string &name, int least, int most);
-    /// Whether `argc` words lie within the bounds (-1 for `least` accepts any count).
-    static bool argumentCountAllowed(int argc, int least, int most)
-    {
-        return least < 0 || (argc >= least && (most < 0 || argc <= most));
-    }
+    /// The positional argument counts (command name included) a command accepts. Only a
+    /// check (HostExecOptions::checkOnly) uses them: running commands check their own counts.
+    bool setArgumentCounts(const std::string &name, const HostArgCounts &counts);
     /// Sets what `help COMMAND` shows besides the usage: a sentence on what the command does
     /// and its option lines (see HostCommandRow).
     bool setHelp(const std::string &name, const std::string &summary,
@@ -180,8 +175,7 @@ private:
         std::string usage;
         std::string summary;
         std::string optionHelp;
-        int leastArgs = -1;
-        int mostArgs = -1;
+        HostArgCounts counts;
     };
     bool runCommand(const HostParsedCommand &cmd, const HostExecOptions &options);
     /// Runs a command's handler; its error lines are prefixed with the location when asked.
@@ -194,7 +188,7 @@ private:
     void reportUsage(const HostExecOptions &options, const Command &command) const;
     /// The end of a checked command: its argument count; true when it would run.
     bool checkCount(const HostExecOptions &options, int line, const std::string &name,
-                    const Command &command, int argc) const;
+                    const Command &command, int argc, bool count_option) const;
     static bool parseOptionString(const char *options, std::map<char, int> &counts);
     static std::string makeUsage(const std::string &name, const std::string &options);
 

@@ -1,6 +1,7 @@
 // HostCommandRow: one command as a command table declares it.
 #pragma once
 
+#include "host/HostArgCounts.h"
 #include "host/HostCommandArgs.h"
 
 /// One command of a table: what the interpreter installs and what `help` shows. `Context` is
@@ -27,4 +28,15 @@ template <typename Context> struct HostCommandRow
     /// running it cannot see a wrong count), -1 for `mostArgs` sets no limit.
     int leastArgs = -1;
     int mostArgs = -1;
+    /// Words past `leastArgs` come in groups of this many.
+    int stepArgs = 1;
+    /// When the option `countOption` is given, these counts apply instead (0: no such option).
+    char countOption = 0;
+    int optionLeastArgs = -1;
+    int optionMostArgs = -1;
+
+    HostArgCounts counts() const
+    {
+        return {leastArgs, mostArgs, stepArgs, countOption, optionLeastArgs, optionMostArgs};
+    }
 };

@@ -26,10 +26,10 @@ public:
             if (commands.isInstalled(row.name))
                 continue;
             auto handler = row.handler;
-            const int least = row.leastArgs, most = row.mostArgs;
-            auto run = [context, handler, least, most](HostCommandArgs &args)
+            const HostArgCounts counts = row.counts();
+            auto run = [context, handler, counts](HostCommandArgs &args)
             {
-                if (!countAllowed(args, least, most))
+                if (!countAllowed(args, counts))
                     return;
                 if (Context *target = context())
                     handler(*target, args);
@@ -38,7 +38,7 @@ public:
                                          row.synopsis))
                 continue;
             commands.setHelp(row.name, row.summary, row.optionHelp);
-            commands.setArgumentCounts(row.name, least, most);
+            commands.setArgumentCounts(row.name, counts);
             ++installed;
         }
         return installed;
@@ -46,9 +46,9 @@ public:
 
 private:
     /// Whether the word count is one the row allows; reports it when not.
-    static bool countAllowed(HostCommandArgs &args, int least, int most)
+    static bool countAllowed(HostCommandArgs &args, const HostArgCounts &counts)
     {
-        if (HostCommandManager::argumentCountAllowed(args.argc(), least, most))
+        if (counts.allows(args.argc(), counts.option != 0 && args.found(counts.option)))
             return true;
         args.err() << args.commandName() << ": wrong number of arguments\n";
         args.showUsage();

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 namespace
 {
@@ -273,6 +274,91 @@ void restoreParms(HostParmList &list, const std::vector<std::string> &order,
             parm->addInputInterest(i);
     }
 }
+
+/// The names a template takes on its node: its own and its channels'.
+void addNames(const HostParmTemplate &t, std::set<std::string> &names)
+{
+    names.insert(t.getName());
+    for (int k = 0; k < t.getNumChannels(); ++k)
+        names.insert(t.getChannelName(k));
+}
+
+bool takesAny(const HostParmTemplate &t, const std::set<std::string> &names)
+{
+    if (names.count(t.getName()))
+        return true;
+    for (int k = 0; k < t.getNumChannels(); ++k)
+        if (names.count(t.getChannelName(k)))
+            return true;
+    return false;
+}
+
+/// Renames `t` to its name, `separator` and the first number that frees all its names.
+void renameFree(HostParmTemplate &t, const std::string &separator, std::set<std::string> &taken)
+{
+    const std::string old_name = t.getName();
+    for (int n = 1; n == 1 || takesAny(t, taken); ++n)
+        t.setName(old_name + separator + std::to_string(n));
+    addNames(t, taken);
+}
+
+/// Forgets the saved values of the instances of `child`: their names now belong to the
+/// operator's own instances.
+void forgetInstances(const HostParmTemplate &child, const HostParmList &old_parms,
+                     std::vector<std::string> &order, std::map<std::string, SavedParm> &saved)
+{
+    for (int i = 0; i < old_parms.getEntries(); ++i)
+    {
+        const HostParm *parm = old_parms.getParm(i);
+        if (&parm->getTemplate() != &child)
+            continue;
+        saved.erase(parm->getName());
+        order.erase(std::remove(order.begin(), order.end(), parm->getName()), order.end());
+    }
+}
+
+/// A spare parameter that one of the operator's templates now takes a name or channel of is
+/// renamed as spareadd names a clashing spare ("amt1"; an instance pattern "w#_1"), keeping
+/// its value (not those of renamed instances, which start at their defaults); references to it are
+/// not repaired.
+void renameTakenSpares(const HostParmTemplate *own_templates, HostParmTemplateList &spares,
+                       const HostParmList &old_parms, std::vector<std::string> &order,
+                       std::map<std::string, SavedParm> &saved)
+{
+    std::set<std::string> own, own_instances, taken;
+    for (const HostParmTemplate *t = own_templates; t && !t->isTerminator(); ++t)
+    {
+        addNames(*t, own);
+        for (int c = 0; c < t->getNumChildren(); ++c)
+            addNames(t->getChild(c), own_instances);
+    }
+    taken = own;
+    for (int i = 0; i < spares.size(); ++i)
+        addNames(spares[i], taken);
+    for (int i = 0; i < spares.size(); ++i)
+    {
+        HostParmTemplate &t = spares[i];
+        for (int c = 0; c < t.getNumChildren(); ++c)
+            if (takesAny(t.getChild(c), own_instances))
+            {
+                forgetInstances(t.getChild(c), old_parms, order, saved);
+                renameFree(t.getChild(c), "_", own_instances);
+            }
+        if (!takesAny(t, own))
+            continue;
+        const std::string old_name = t.getName();
+        renameFree(t, "", taken);
+        // The value saved under the old name was the spare parameter's: it moves with it.
+        const HostParm *old_parm = old_parms.getParm(old_name);
+        auto found = saved.find(old_name);
+        if (old_parm && old_parm->isSpare() && found != saved.end())
+        {
+            saved.emplace(t.getName(), std::move(found->second));
+            saved.erase(found);
+            std::replace(order.begin(), order.end(), old_name, t.getName());
+        }
+    }
+}
 } // namespace
 
 void HostNode::setSpareTemplates(const HostParmTemplateList &templates)
@@ -299,6 +385,8 @@ void HostNode::rebuildParms()
     std::vector<std::string> order;
     std::map<std::string, SavedParm> saved;
     saveParms(*myParms, /*spare_only=*/false, order, saved);
+    renameTakenSpares(myOperator ? myOperator->getParmTemplates() : nullptr, mySpareTemplates,
+                      *myParms, order, saved);
     buildParms();
     restoreParms(*myParms, order, saved);
     sendEvent(HOST_NODE_TEMPLATES_CHANGED);

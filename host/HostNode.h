@@ -156,7 +156,9 @@ public:
     /// HostSpareUpdate for the undoable edit).
     void setSpareLayout(const HostSpareLayout &layout);
     /// Rebuilds every parameter after the operator's templates changed, keeping values of
-    /// parameters whose name and size survive. Sends HOST_NODE_TEMPLATES_CHANGED.
+    /// parameters whose name and size survive. A spare parameter that clashes with a name or
+    /// channel the operator now uses is renamed ("amt1", an instance pattern "w#_1"). Sends
+    /// HOST_NODE_TEMPLATES_CHANGED.
     void rebuildParms();
 
     // Flags.

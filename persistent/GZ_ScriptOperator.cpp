@@ -6,6 +6,7 @@
 #include "persistent/gz_ScriptOpPage.h"
 #include "resource/GZ_ResourceManager.h"
 
+#include "host/HostAssetDefinition.h"
 #include "host/HostDiagnostics.h"
 #include "host/HostDialogStream.h"
 #include "host/HostOperatorTable.h"
@@ -130,7 +131,9 @@ bool GZ_ScriptOperator::loadParmTemplates(HostDialogStream &in, std::string &err
     gz_ScriptOpPage page(this, getMinInputs(), getMaxInputs());
     if (!page.parsePage(in))
         return false;
-    setScriptName(page.myScriptName);
+    // Without a script line the type's script is named after it: the writer always writes a
+    // script line, and an empty one would not read back.
+    setScriptName(page.myScriptName.empty() ? page.getName() : page.myScriptName);
     setInputNames(page.myInputNames);
     setInputLabels(page.myInputLabels);
     setOutputLabels(page.myOutputLabels);
@@ -190,6 +193,22 @@ bool checkScript(const std::string &text, const std::string &file, bool report,
     return !name.empty();
 }
 } // namespace
+
+GZ_ScriptOperator *GZ_ScriptOperator::defineFromLibrary(const HostAssetDefinition &def,
+                                                        const std::string &library,
+                                                        const std::string &shown,
+                                                        std::string &error)
+{
+    const std::string *script = def.findSection("DialogScript");
+    if (!script)
+    {
+        error = def.getName() + " in " + shown + " has no DialogScript";
+        return nullptr;
+    }
+    std::string table, name;
+    HostOperatorTable::splitQualifiedName(def.getName(), table, name);
+    return defineFromText(table, *script, library, shown + "(" + def.getName() + ")", error);
+}
 
 GZ_ScriptOperator *GZ_ScriptOperator::defineFromText(const std::string &table_name,
                                                      const std::string &text,

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+class HostAssetDefinition;
 class HostDialogStream;
 class HostNode;
 class HostOperatorTable;
@@ -56,6 +57,14 @@ public:
     static GZ_ScriptOperator *defineFromText(const std::string &table_name,
                                              const std::string &text, const std::string &source,
                                              const std::string &file, std::string &error);
+
+    /// Defines the type of a library definition from its DialogScript section, as
+    /// defineFromText does; `library` is the definition's library file and `shown` how
+    /// messages name it ("LIB(Sop/nudge)[LINE]: ..."). Null with `error` set as there, or
+    /// when the definition has no DialogScript.
+    static GZ_ScriptOperator *defineFromLibrary(const HostAssetDefinition &def,
+                                                const std::string &library,
+                                                const std::string &shown, std::string &error);
 
     /// Reads the page of `in` into this type: bindings, inputs, help, then the templates.
     /// False (and the templates left alone) when the page could not be read; `errors` gets

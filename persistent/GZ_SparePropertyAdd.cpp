@@ -74,8 +74,8 @@ private:
         bool myNewFolder;
         bool myPackageMain; ///< wrap the set's entries into "Main" first
     };
-    Where survey(const std::string &label, const std::vector<std::string> &names,
-                 std::vector<bool> &hit) const;
+    Where survey(const std::string &label) const;
+    int afterLeadingFolders() const;
     void insert(Where where, const std::string &label, GZ_EditScriptedParms &incoming);
 
     GZ_EditScriptedParms &myParms;
@@ -127,53 +127,41 @@ bool Adder::addOne(const gz_SpareClass &c, const std::string &name, bool follow)
 {
     if (!myHandled.insert(name).second)
         return false;
-    const HostScriptParm *def = c.myParameters.find(name);
-    const bool collection = follow && c.myCollections && c.myCollections->has(name);
-    // Everything the set is asked about (the name, the names the property expands to, where
-    // it goes) is found in one pass over the set.
-    std::vector<std::string> names{name};
-    GZ_EditScriptedParms incoming;
-    HostSpareLayout layout;
-    bool built = false;
-    std::string label;
-    if (def && !collection)
-    {
-        built = buildTemplates(c, *def, layout);
-        incoming.createParms(layout, myParms.getNode(), plainOptions());
-        for (int i = 0; i < incoming.entries(); ++i)
-            if (!incoming.getParm(i)->getIsGroupEnd())
-                names.push_back(incoming.getParm(i)->getName());
-        const char *category = def->myParmTags.getValue("spare_category");
-        label = myDest.empty() ? str(category) : myDest;
-    }
-    std::vector<bool> hit;
-    Where where = survey(label, names, hit);
-    if (hit[0])
+    if (myParms.hasParmWithName(name))
     {
         myErrors += c.myName + ": Parameter '" + name + "' already exists\n";
         return true;
     }
-    if (collection)
+    if (follow && c.myCollections && c.myCollections->has(name))
     {
         bool ok = true;
         for (const std::string &listed : gz_SpareClass::collectionNames(*c.myCollections->find(name)))
             ok = addOne(c, listed, false) && ok;
         return ok;
     }
+    const HostScriptParm *def = c.myParameters.find(name);
     if (!def)
         return false;
-    if (!built)
+    HostSpareLayout layout;
+    if (!buildTemplates(c, *def, layout))
     {
         myErrors += c.myName + ": Unable to create definition for parameter " + name + "\n";
         return false;
     }
-    for (std::size_t k = 1; k < names.size(); ++k)
-        if (hit[k])
+    GZ_EditScriptedParms incoming;
+    incoming.createParms(layout, myParms.getNode(), plainOptions());
+    for (int i = 0; i < incoming.entries(); ++i)
+    {
+        const GZ_EditScriptedParm &parm = *incoming.getParm(i);
+        if (!parm.getIsGroupEnd() && myParms.hasParmWithName(parm.getName()))
         {
-            myErrors += c.myName + ": Parameter '" + names[k] + "' already exists\n";
+            myErrors += c.myName + ": Parameter '" + parm.getName() + "' already exists\n";
             return false;
         }
-    insert(where, label, incoming);
+    }
+    const std::string label =
+        myDest.empty() ? str(def->myParmTags.getValue("spare_category")) : myDest;
+    insert(survey(label), label, incoming);
     return true;
 }
 
@@ -219,70 +207,59 @@ bool Adder::buildTemplates(const gz_SpareClass &c, const HostScriptParm &def,
     return true;
 }
 
-/// One pass over the set: which of `names` it holds (`hit`), and where a property of the
-/// folder labelled `label` goes. That is inside the first visible folder of that label
-/// (before the first folder nested in it), else in a new folder of that label: just after
-/// the insert-after folder, else after the run of folders that starts at the first visible
-/// entry, else after everything (packaged into "Main" on request). Blocks are matched with
-/// a stack as the pass goes, so no entry is visited twice.
-Adder::Where Adder::survey(const std::string &label, const std::vector<std::string> &names,
-                           std::vector<bool> &hit) const
+/// Where a property of the folder labelled `label` goes: inside the first visible folder of
+/// that label (before the first folder nested in it), else in a new folder of that label:
+/// just after the insert-after folder, else after the run of folders that starts at the
+/// first visible entry, else after everything (packaged into "Main" on request). Asked of
+/// the set's index, so only folders and group entries are visited, not the whole set.
+Adder::Where Adder::survey(const std::string &label) const
 {
     const int n = myParms.entries();
-    hit.assign(names.size(), false);
-    std::vector<int> open;
-    int found = -1, dest = -1, remembered = -1, remembered_end = -1, run_after = -1;
-    enum { SKIPPING, IN_RUN, DONE } run = SKIPPING;
-    for (int i = 0; i < n; ++i)
+    for (int f : myParms.getOpenerIndicesWithLabel(label))
     {
-        const GZ_EditScriptedParm &parm = *myParms.getParm(i);
-        for (std::size_t k = 0; k < names.size(); ++k)
-            if (!names[k].empty() && parm.getName() == names[k])
-                hit[k] = true;
-        if (parm.getIsGroupEnd())
-        {
-            if (open.empty())
-                continue;
-            const int opener = open.back();
-            open.pop_back();
-            if (opener == found && dest < 0)
-                dest = i;
-            if (opener == remembered)
-                remembered_end = i;
-            if (open.empty() && run == IN_RUN)
-                run_after = i + 1;
+        const GZ_EditScriptedParm &parm = *myParms.getParm(f);
+        if (!isFolderOpener(parm) || parm.getInvisible())
             continue;
-        }
-        const bool folder = isFolderOpener(parm);
-        if (open.empty() && run == SKIPPING && !parm.getInvisible())
-            run = folder ? IN_RUN : DONE;
-        else if (open.empty() && run == IN_RUN && !folder)
-            run = DONE;
-        if (!parm.getIsGroupStart())
-            continue;
-        if (found >= 0 && dest < 0 && folder)
-            dest = i;
-        else if (found < 0 && folder && parm.getLabel() == label && !parm.getInvisible())
-            found = i;
-        else if (found < 0 && folder && !myAfter.empty() && parm.getLabel() == myAfter)
-        {
-            remembered = i;
-            remembered_end = -1;
-        }
-        open.push_back(i);
+        const int nested = myParms.getFirstNestedFolderIndex(f);
+        const int end = myParms.getMatchingGroupParm(f);
+        return {nested >= 0 ? nested : end < 0 ? n : end, false, false};
     }
-    if (run == IN_RUN && !open.empty())
-        run_after = n; // the run's last folder is never closed
-    if (found >= 0)
-        return {dest < 0 ? n : dest, false, false};
-    if (remembered >= 0)
-        return {remembered_end < 0 ? n : remembered_end + 1, true, false};
+    if (!myAfter.empty())
+    {
+        const std::vector<int> &after = myParms.getOpenerIndicesWithLabel(myAfter);
+        for (auto it = after.rbegin(); it != after.rend(); ++it)
+            if (isFolderOpener(*myParms.getParm(*it)))
+            {
+                const int end = myParms.getMatchingGroupParm(*it);
+                return {end < 0 ? n : end + 1, true, false};
+            }
+    }
     if (n == 0)
         return {0, true, false};
+    const int run_after = afterLeadingFolders();
     if (run_after >= 0)
         return {run_after, true, false};
     return {n, true, myPackage == GZ_SPARE_PROPERTY_PACKAGE_MAIN};
 }
+
+/// The index just after the run of folders that starts at the first visible top-level
+/// entry (invisible blocks skipped whole, stray group ends ignored); -1 when that entry is
+/// not a folder. A folder left open runs to the end.
+int Adder::afterLeadingFolders() const
+{
+    const int n = myParms.entries();
+    int i = 0;
+    while (i < n)
+    {
+        const GZ_EditScriptedParm &parm = *myParms.getParm(i);
+        if (!parm.getIsGroupEnd() && !parm.getInvisible())
+            break;
+        const int end = parm.getIsGroupStart() ? myParms.getMatchingGroupParm(i) : i;
+        i = end < 0 ? n : end + 1;
+    }
+    return i < n ? myParms.getFolderRunEnd(i) : -1;
+}
+
 } // namespace
 
 bool GZ_SpareProperty::addProperty(GZ_EditScriptedParms &parms, const char *insertAfterFolder,

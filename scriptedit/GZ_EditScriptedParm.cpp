@@ -2,6 +2,7 @@
 #include "scriptedit/GZ_EditScriptedParm.h"
 
 #include "scriptedit/gz_CurrentLinks.h"
+#include "scriptedit/gz_ParmIndex.h"
 #include "scriptedit/gz_ScriptHost.h"
 
 #include "host/HostChoiceList.h"
@@ -59,8 +60,15 @@ GZ_EditScriptedParm::GZ_EditScriptedParm(const GZ_EditScriptedParm &o)
 
 GZ_EditScriptedParm::~GZ_EditScriptedParm() = default;
 
+void GZ_EditScriptedParm::markIndexStale()
+{
+    if (std::shared_ptr<gz_ParmIndex> index = myIndex.lock())
+        index->markStale();
+}
+
 void GZ_EditScriptedParm::defaultInit()
 {
+    indexedFieldChanged();
     myName.clear();
     myLabel.clear();
     myShowLabel = 1;
@@ -109,6 +117,7 @@ GZ_EditScriptedParm &GZ_EditScriptedParm::operator=(const GZ_EditScriptedParm &o
 {
     if (this == &o)
         return *this;
+    indexedFieldChanged();
     myName = o.myName;
     myLabel = o.myLabel;
     myShowLabel = o.myShowLabel;

@@ -27,6 +27,7 @@ struct HostParmRange;
 /// owned tag set, created on first write. Copying is deep (tags, menu) but leaves the
 /// channel-name cache and the current links behind.
 class GZ_EditScriptedParms;
+class gz_ParmIndex;
 
 class GZ_EditScriptedParm
 {
@@ -78,13 +79,25 @@ public:
     GZ_EditScriptedParm &operator=(const GZ_EditScriptedParm &other);
     ~GZ_EditScriptedParm();
 
+    /// Ties the entry to the index of the set that holds it: changing its name, label or kind
+    /// then marks that index stale. Copies are not tied.
+    void linkIndex(const std::shared_ptr<gz_ParmIndex> &index) { myIndex = index; }
+
     void defaultInit();
 
     // Identity.
     const std::string &getName() const { return myName; }
-    void setName(const std::string &name) { myName = name; }
+    void setName(const std::string &name)
+    {
+        myName = name;
+        indexedFieldChanged();
+    }
     const std::string &getLabel() const { return myLabel; }
-    void setLabel(const std::string &label) { myLabel = label; }
+    void setLabel(const std::string &label)
+    {
+        myLabel = label;
+        indexedFieldChanged();
+    }
     int32_t getShowLabel() const { return myShowLabel; }
     void setShowLabel(int32_t show) { myShowLabel = show; }
     const std::string &getSpareClass() const { return mySpareClass; }
@@ -145,7 +158,11 @@ public:
 
     // Structure.
     GZ_EditScriptedParmFolderType getFolderType() const { return myFolderType; }
-    void setFolderType(GZ_EditScriptedParmFolderType type) { myFolderType = type; }
+    void setFolderType(GZ_EditScriptedParmFolderType type)
+    {
+        myFolderType = type;
+        indexedFieldChanged();
+    }
     bool getIsGroupStart() const { return myFolderType <= GZ_FOLDER_MULTI_SWITCH; }
     bool getIsGroupEnd() const { return myFolderType == GZ_FOLDER_END; }
     bool getIsGroupParm() const { return myFolderType != GZ_FOLDER_NONE; }
@@ -330,6 +347,13 @@ public:
     void dump(std::ostream &os) const;
 
 private:
+    void indexedFieldChanged()
+    {
+        if (!myIndex.expired())
+            markIndexStale();
+    }
+    void markIndexStale();
+
     bool getTagBool(const std::string &tag) const;
     void setTagBool(const std::string &tag, bool on);
     void rebuildChannelCache() const;
@@ -382,4 +406,6 @@ private:
     mutable std::string myCachedName;
     mutable int32_t myCachedTypeIdx;
     mutable int32_t myCachedSize;
+
+    std::weak_ptr<gz_ParmIndex> myIndex;
 };

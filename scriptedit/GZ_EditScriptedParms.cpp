@@ -73,7 +73,7 @@ int GZ_EditScriptedParms::getFolderIndexWithName(const std::string &name) const
 int GZ_EditScriptedParms::findNamedEntry(const std::string &name, bool openers_only) const
 {
     // An empty name would match every unnamed folder; it names nothing.
-    if (name.empty())
+    if (name.empty() || (myParms.indexIsFresh() && !myParms.index().hasName(name)))
         return -1;
     return findEntry([&name](const GZ_EditScriptedParm &p) { return p.getName() == name; },
                      openers_only);
@@ -86,8 +86,39 @@ GZ_EditScriptedParm *GZ_EditScriptedParms::getFolderWithLabel(const std::string 
 
 int GZ_EditScriptedParms::getFolderIndexWithLabel(const std::string &label) const
 {
+    if (myParms.indexIsFresh())
+    {
+        const std::vector<int> &openers = myParms.index().openersWithLabel(label);
+        return openers.empty() ? -1 : openers.front();
+    }
     return findEntry([&label](const GZ_EditScriptedParm &p) { return p.getLabel() == label; },
                      /*openers_only=*/true);
+}
+
+bool GZ_EditScriptedParms::hasParmWithName(const std::string &name) const
+{
+    return myParms.index().hasName(name);
+}
+
+const std::vector<int> &GZ_EditScriptedParms::getOpenerIndicesWithLabel(
+    const std::string &label) const
+{
+    return myParms.index().openersWithLabel(label);
+}
+
+int GZ_EditScriptedParms::getFirstNestedFolderIndex(int i) const
+{
+    const GZ_EditScriptedParm *p = getParm(i);
+    if (!p || !p->getIsGroupStart())
+        return -1;
+    const gz_ParmIndex &index = myParms.index();
+    const int end = index.match(i);
+    return index.firstFolderBetween(i, end < 0 ? entries() : end);
+}
+
+int GZ_EditScriptedParms::getFolderRunEnd(int i) const
+{
+    return myParms.index().folderRunEnd(i, entries());
 }
 
 int GZ_EditScriptedParms::findEntry(const std::function<bool(const GZ_EditScriptedParm &)> &match,
@@ -209,6 +240,10 @@ int GZ_EditScriptedParms::getMatchingGroupParm(int i) const
     const GZ_EditScriptedParm *p = getParm(i);
     if (!p || !p->getIsGroupParm())
         return -1;
+    // The index is used only as it stands: rebuilding it here would make loops that edit
+    // and then look up quadratic.
+    if (myParms.indexIsFresh())
+        return myParms.index().match(i);
     int nest = 0;
     if (p->getIsGroupStart())
     {
@@ -487,8 +522,7 @@ bool GZ_EditScriptedParms::moveParms(const std::vector<int> &indices, int target
             moving.push_back(std::move(myParms[i]));
     removeMarked(taken);
     int at = std::max(0, std::min(target - before_target, entries()));
-    myParms.insert(myParms.begin() + at, std::make_move_iterator(moving.begin()),
-                   std::make_move_iterator(moving.end()));
+    myParms.insert(at, std::move(moving));
     if (fix_groups)
         removeInvalidGroups(at);
     return true;
@@ -585,15 +619,14 @@ void GZ_EditScriptedParms::fixParmNamesForInstanceLevel()
 
 std::vector<std::unique_ptr<GZ_EditScriptedParm>> GZ_EditScriptedParms::releaseParms()
 {
-    return std::move(myParms);
+    return myParms.release();
 }
 
 void GZ_EditScriptedParms::insertParms(int index,
                                        std::vector<std::unique_ptr<GZ_EditScriptedParm>> parms)
 {
     index = std::max(0, std::min(index, entries()));
-    myParms.insert(myParms.begin() + index, std::make_move_iterator(parms.begin()),
-                   std::make_move_iterator(parms.end()));
+    myParms.insert(index, std::move(parms));
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "scriptedit/GZ_EditScriptedParm.h"
+#include "scriptedit/gz_ParmList.h"
 
 #include <functional>
 #include <iosfwd>
@@ -25,7 +26,10 @@ struct HostImportRecord;
 /// an operator type, a node or dialog-script text; edited in place; written as dialog-script
 /// text (`save`) or reduced to the bare interface (`compile`).
 ///
-/// Lookups by name are linear, first match, as documented; batch operations that must check
+/// The set keeps an index of its names, folder labels and blocks (see gz_ParmIndex): the
+/// queries below marked "indexed" take time independent of the number of ordinary
+/// parameters. Lookups by name are linear, first match, as documented (a name the index
+/// does not hold is answered at once); batch operations that must check
 /// many names (`mergeParms`, building from templates, `save`) index names and channel names
 /// once, so that they stay linear in the size of the list.
 class GZ_EditScriptedParms
@@ -67,6 +71,17 @@ public:
     int getFolderIndexWithName(const std::string &name) const;
     GZ_EditScriptedParm *getFolderWithLabel(const std::string &label) const;
     int getFolderIndexWithLabel(const std::string &label) const;
+    /// Whether an entry (of any kind) is called `name`; false for an empty name. Indexed.
+    bool hasParmWithName(const std::string &name) const;
+    /// Indices of the openers (of any kind) labelled `label`, in order. Indexed.
+    const std::vector<int> &getOpenerIndicesWithLabel(const std::string &label) const;
+    /// The first folder opener (not a multiparm or import group) inside the block that
+    /// opener i starts; -1 when none. Indexed.
+    int getFirstNestedFolderIndex(int i) const;
+    /// The index just after the run of folder blocks that starts at entry i, each block
+    /// right after the previous one; the number of entries when the run's last folder is
+    /// never closed; -1 when entry i is not a folder opener. Indexed.
+    int getFolderRunEnd(int i) const;
     /// The opener reached by a path of folder labels, outermost first; -1 when none.
     int getNestedFolderIndex(const std::vector<std::string> &labels) const;
     /// The definition (searched from the last, components from the last) whose auto-links
@@ -220,7 +235,7 @@ private:
     int findEntry(const std::function<bool(const GZ_EditScriptedParm &)> &match,
                   bool openers_only) const;
 
-    std::vector<std::unique_ptr<GZ_EditScriptedParm>> myParms;
+    gz_ParmList myParms;
     std::unordered_set<std::string> myReservedNames;
     HostOperator *myOperator = nullptr;
     int myNodeId = -1;

@@ -142,21 +142,11 @@ bool parseMoves(const HostCommandArgs &args, gz_Target &target, std::vector<gz_M
     return true;
 }
 
-bool checkDragCount(const HostCommandArgs &args)
-{
-    if (args.found('P'))
-        return shellCheckCount(args, 3, -1);
-    // NODEPATH DESCRIPTION and whole HANDLEPARM VALUE pairs.
-    if (args.argc() >= 5 && (args.argc() - 3) % 2 == 0)
-        return true;
-    return shellReportCount(args);
-}
-
 void cmdHandleDrag(Shell &shell, HostCommandArgs &args)
 {
     gz_Target target;
     std::vector<gz_Move> moves;
-    if (!checkDragCount(args) || !target.find(shell, args) || !parseMoves(args, target, moves))
+    if (!target.find(shell, args) || !parseMoves(args, target, moves))
         return;
     ShellHandle &link = target.link();
     // The whole drag is one undo step, however many values and parameters it moves.
@@ -178,7 +168,7 @@ void cmdHandleGet(Shell &shell, HostCommandArgs &args)
 {
     const int count = args.found('P') ? 2 : 4;
     gz_Target target;
-    if (!shellCheckCount(args, count, count) || !target.find(shell, args))
+    if (!target.find(shell, args))
         return;
     const std::string &parm = args.arg(count - 1);
     const int index = target.parmIndex(args, parm);
@@ -206,10 +196,12 @@ std::vector<ShellCommand> shellHandleCommands()
          "Drags the handle that the node's operator type binds under DESCRIPTION (see ombindinfo), "
          "as a viewer tool would.",
          "-k  set a key at the current time on animatable parameters\n-P NAME  drag the persistent "
-         "handle NAME instead"},
+         "handle NAME instead",
+         // NODEPATH DESCRIPTION and whole HANDLEPARM VALUE pairs; with -P, HANDLEPARM VALUE...
+         5, -1, 2, 'P', 3, -1},
         {"handleget",
          "P:", "handleget NODEPATH DESCRIPTION HANDLEPARM | handleget -P NAME HANDLEPARM",
          &cmdHandleGet, true, "Writes the value of a handle parameter as the handle reads it.",
-         "-P NAME  read the persistent handle NAME instead"},
+         "-P NAME  read the persistent handle NAME instead", 4, 4, 1, 'P', 2, 2},
     };
 }

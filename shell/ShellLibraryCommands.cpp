@@ -6,7 +6,6 @@
 #include "persistent/GZ_ScriptOperator.h"
 
 #include "host/HostAssetLibraryManager.h"
-#include "host/HostOperatorTable.h"
 #include "host/HostReader.h"
 
 #include <filesystem>
@@ -14,24 +13,6 @@
 
 namespace
 {
-/// Defines the scripted operator type of one definition; its read errors name the library
-/// and the definition ("LIB(Sop/nudge)[LINE]: ...").
-void defineType(const std::string &path, const std::string &shown_name,
-                const HostAssetDefinition &def, std::ostream &err)
-{
-    const std::string *script = def.findSection("DialogScript");
-    if (!script)
-    {
-        err << "libload: " << def.getName() << " in " << shown_name << " has no DialogScript\n";
-        return;
-    }
-    std::string table, name, error;
-    HostOperatorTable::splitQualifiedName(def.getName(), table, name);
-    if (!GZ_ScriptOperator::defineFromText(table, *script, path,
-                                           shown_name + "(" + def.getName() + ")", error))
-        err << "libload: " << error << "\n";
-}
-
 /// The library file an argument names: as given, else found on the search path.
 std::string libraryPath(const std::string &arg)
 {
@@ -52,8 +33,13 @@ void cmdLibLoad(Shell &, HostCommandArgs &args)
         return;
     // Copied: defining a type does not touch the library list, but keep the loop safe.
     const std::vector<HostAssetDefinition> definitions = libraries.findLibrary(path)->myDefinitions;
+    // Read errors of a script name the library and the definition ("LIB(Sop/nudge)[LINE]").
     for (const HostAssetDefinition &def : definitions)
-        defineType(path, args.arg(1), def, args.err());
+    {
+        std::string error;
+        if (!GZ_ScriptOperator::defineFromLibrary(def, path, args.arg(1), error))
+            args.err() << "libload: " << error << "\n";
+    }
 }
 
 // libls [LIBRARY]

@@ -133,6 +133,10 @@ void cmdParmPress(Shell &shell, HostCommandArgs &args)
 
 void shellRunSetCallback(Shell &shell, HostNode &node, const std::string &name)
 {
+    // A loading scene restores values whose callbacks ran when they were first set; running
+    // them again would change what was saved (a callback that sets another parameter).
+    if (shell.director().isLoading())
+        return;
     int first = 0, count = 0;
     HostParm *parm = ShellParmAccess::resolve(node, name, first, count);
     if (parm && parm->getTemplate().getCallback())

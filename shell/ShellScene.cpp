@@ -19,6 +19,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <ostream>
 #include <set>
 #include <sstream>
@@ -120,11 +121,15 @@ void ShellScene::writeOperatorTypes(std::ostream &os)
 {
     // A type comes from the library file it was loaded from, or else from the plain dialog
     // script it was read from: one libload line per library in loading order, then one
-    // optypeload line per type read from a plain file.
+    // optypeload line per type read from a plain file, by table and type name. Not in table
+    // order: the loaded scene adds the types in another order when a library defined one
+    // first that a plain file then redefined, and its save must write the same lines.
     const HostAssetLibraryManager &libraries = HostAssetLibraryManager::get();
     std::set<std::string> used;
     std::ostringstream plain;
     for (const HostOperatorTable *table : HostOperatorTable::getTables())
+    {
+        std::map<std::string, std::string> by_name;
         for (int i = 0; i < table->getNumOperators(); ++i)
         {
             const auto *op = dynamic_cast<const GZ_ScriptOperator *>(table->getOperator(i));
@@ -133,9 +138,12 @@ void ShellScene::writeOperatorTypes(std::ostream &os)
             if (libraries.isLoaded(op->getDefinitionPath()))
                 used.insert(op->getDefinitionPath());
             else
-                plain << "optypeload -t " << HostCommandManager::protectString(table->getName())
-                      << " " << HostCommandManager::protectString(op->getDefinitionPath()) << "\n";
+                by_name[op->getName()] = op->getDefinitionPath();
         }
+        for (const auto &[name, path] : by_name)
+            plain << "optypeload -t " << HostCommandManager::protectString(table->getName()) << " "
+                  << HostCommandManager::protectString(path) << "\n";
+    }
     for (const HostAssetLibraryManager::Library &library : libraries.getLibraries())
         if (used.count(library.myPath))
             os << "libload " << HostCommandManager::protectString(library.myPath) << "\n";

@@ -1,8 +1,12 @@
 // ModelShell: the process-wide gzsh of the randomized model tests, run in-process.
 #include "ModelShell.h"
 
+#include "host/HostAssetLibraryManager.h"
 #include "host/HostCommandManager.h"
+#include "host/HostDiagnostics.h"
 #include "host/HostDirector.h"
+#include "host/HostOperatorTable.h"
+#include "persistent/GZ_ScriptOperator.h"
 #include "shell/Shell.h"
 #include "shell/ShellScene.h"
 
@@ -16,6 +20,8 @@ ModelShell::ModelShell() : myShell(new Shell)
 {
     myShell->startup({});
     myShell->commands().setStreams(&myOut, &myErr);
+    // Readers report through the diagnostics channel: their problems are errors too.
+    HostDiagnostics::setSink([this](const HostDiagnostic &d) { myErr << d.myText << "\n"; });
 }
 
 std::string ModelShell::run(const std::string &text)
@@ -35,6 +41,12 @@ std::string ModelShell::takeErrors()
 void ModelShell::reset()
 {
     run("scenenew");
+    // Scripted types and libraries belong to the process: a seed must not see another's.
+    for (HostOperatorTable *table : HostOperatorTable::getTables())
+        for (int i = table->getNumOperators() - 1; i >= 0; --i)
+            if (dynamic_cast<const GZ_ScriptOperator *>(table->getOperator(i)))
+                table->deleteOperator(table->getOperator(i)->getName());
+    HostAssetLibraryManager::get().clear();
     takeErrors();
 }
 

@@ -20,7 +20,8 @@ public:
     /// What the commands run since the last call wrote to standard error; clears it.
     std::string takeErrors();
 
-    /// Empties the scene, its persistent handles and the undo history.
+    /// Empties the scene, its persistent handles and the undo history, and forgets every
+    /// scripted operator type and loaded library.
     void reset();
     /// The scene as scenesave writes it.
     std::string saved() const;

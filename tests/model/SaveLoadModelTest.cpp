@@ -26,8 +26,11 @@ public:
         ModelShell &shell = ModelShell::get();
         shell.reset();
         myLines.clear();
-        // Settings are part of the saved scene, so this test makes them too.
-        SceneGenerator generate(seed(), shell.director(), /*with_settings=*/true);
+        // Settings are part of the saved scene, so this test makes them too; so are the
+        // scripted types and libraries, defined, saved and loaded among the other changes.
+        SceneGenerator generate(seed(), shell.director(), /*with_settings=*/true,
+                                myDir.freshFolder("types"));
+        generate.setTypesInSequence(true);
         for (int i = 0; i < steps; ++i)
         {
             myLines.push_back(generate.next());

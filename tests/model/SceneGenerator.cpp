@@ -5,11 +5,17 @@
 #include "host/HostDirector.h"
 #include "host/HostNetwork.h"
 #include "host/HostNode.h"
+#include "host/HostOperatorTable.h"
+#include "host/HostParm.h"
+#include "host/HostParmList.h"
 #include "persistent/GZ_Manager.h"
 #include "persistent/GZ_OHLGroup.h"
 #include "persistent/GZ_OHLPersistent.h"
+#include "persistent/GZ_ScriptOperator.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 
 namespace
 {
@@ -27,8 +33,9 @@ void collectNodes(const HostNode &node, std::vector<std::string> &paths)
 }
 } // namespace
 
-SceneGenerator::SceneGenerator(unsigned seed, const HostDirector &director, bool with_settings)
-    : myRng(seed), myDirector(director), myWithSettings(with_settings)
+SceneGenerator::SceneGenerator(unsigned seed, const HostDirector &director, bool with_settings,
+                               const std::string &types_dir)
+    : myRng(seed), myDirector(director), myWithSettings(with_settings), myTypesDir(types_dir)
 {
 }
 
@@ -42,7 +49,7 @@ std::string SceneGenerator::next()
         {12, &SceneGenerator::channelCommand}, {24, &SceneGenerator::handleCommand},
         {12, &SceneGenerator::groupCommand},   {12, &SceneGenerator::dragCommand},
         {5, &SceneGenerator::settingsCommand}, {7, &SceneGenerator::readCommand},
-        {12, &SceneGenerator::spareCommand}};
+        {14, &SceneGenerator::spareCommand},   {6, &SceneGenerator::sequenceTypeCommand}};
     static const int theTotal = []
     {
         int total = 0;
@@ -77,11 +84,12 @@ std::string SceneGenerator::nodeCommand()
         for (const std::string &path : nodePaths())
             if (path.rfind("/obj/", 0) == 0 && path.find('/', 5) == std::string::npos)
                 geos.push_back(path);
+        // Scripted types once they are defined, half of the time.
         if (!geos.empty() && chance(40))
-            return std::string("nodeadd ") + pick({"xform", "box", "sphere", "null"}) + " " +
+            return "nodeadd " + typeFrom("Sop", {"xform", "box", "sphere", "null"}) + " " +
                    geos[below(static_cast<int>(geos.size()))] + "/" +
                    (chance(50) ? "" : pick({"xform1", "n-2", "sop.a"}));
-        return std::string("nodeadd ") + pick({"geo", "geo", "null", "cam"}) + " /obj/" +
+        return "nodeadd " + typeFrom("Object", {"geo", "geo", "null", "cam"}) + " /obj/" +
                (chance(30) ? "" : pick({"geo1", "geo2", "a", "b_1", "n.3"}));
     }
     if (kind < 8)
@@ -239,30 +247,27 @@ std::string SceneGenerator::readCommand()
 
 std::string SceneGenerator::spareCommand()
 {
-    const std::string path = nodePath();
-    // Names the sections below give, and the ones a second copy is renamed to.
-    const char *name = pick({"amt", "on", "word", "f", "v", "pts", "w1", "q", "amt1", "nosuch"});
-    switch (below(8))
+    const int kind = below(14) - 1;
+    // Sections are added anywhere; the other edits go mostly to nodes that have spare
+    // parameters, and name them.
+    std::vector<std::string> with_spares;
+    for (const std::string &live : nodePaths())
+        if (spareCount(live) > 0)
+            with_spares.push_back(live);
+    const std::string path =
+        kind < 2 || with_spares.empty() || chance(10)
+            ? nodePath()
+            : ::quoted(with_spares[below(static_cast<int>(with_spares.size()))]);
+    // Else names the sections below give, and the ones a second copy is renamed to.
+    const std::string name =
+        nameFrom(spareNames(path, /*channels=*/false),
+                 {"amt", "on", "word", "f", "v", "pts", "w1", "q", "amt1", "nosuch"});
+    switch (kind)
     {
+    case -1:
     case 0:
     case 1:
-    {
-        std::string section;
-        for (int n = 1 + below(2); n > 0; --n)
-            section +=
-                pick({"parm { name \"amt\" label \"Amount\" type float default { \"0.5\" } range { "
-                      "0! 2 } }",
-                      "parm { name \"on\" label \"On\" type toggle default { \"1\" } }",
-                      "parm { name \"word\" label \"Word\" type string default { \"a b\" } "
-                      "menu { \"a\" \"A\" \"b\" \"B\" } }",
-                      "group { name \"f\" label \"Tab\" parm { name \"v\" label \"V\" type vector "
-                      "default { \"1\" \"2\" \"3\" } } }",
-                      "multiparm { name \"pts\" label \"Points\" default 1 "
-                      "parm { name \"w#\" label \"W\" type float default { \"1\" } } }",
-                      "parm { name \"q\" label \"it's \\\"q\\\" $V\" type string default { \"x;y "
-                      "#z\" } }"});
-        return "spareadd -s " + path + " " + quoted(section);
-    }
+        return "spareadd -s " + path + " " + quoted(spareSection(2, /*distinct=*/false));
     case 2:
         return "sparerm " + path + " " + name +
                (chance(30) ? std::string(" ") + pick({"on", "f"}) : "");
@@ -278,12 +283,141 @@ std::string SceneGenerator::spareCommand()
             return "";
         return "sparecopy " + path + " " + source;
     }
+    case 8:
+        return "sparerename " + path + " " + name + " " +
+               quoted(pick({"amt2", "gain", "on1", "w", "t", "it's", "word"}));
+    case 9:
+    {
+        std::string line =
+            std::string(chance(25) ? "spareunlink " : "sparelink ") + path + " " + name;
+        const std::vector<std::string> live = nodePaths();
+        for (int n = 1 + below(2); n > 0; --n)
+            line += " " + quoted((live.empty() || chance(10)
+                                      ? std::string("/obj/nosuch")
+                                      : live[below(static_cast<int>(live.size()))]) +
+                                 "/" + pick({"tx", "t", "r", "amt", "word", "ty", "v"}));
+        return line;
+    }
+    case 10:
+    {
+        const std::vector<std::string> live = nodePaths();
+        if (live.empty())
+            return "";
+        const std::string &from = live[below(static_cast<int>(live.size()))];
+        return "parmset -e " + quoted(from) + " " + pick({"tx", "ty", "amt", "word", "vx", "w1"}) +
+               " " + quoted(spareReference(from));
+    }
+    case 11:
+    {
+        // The callback of a scripted type's toggle, inside its own undo block.
+        const std::vector<std::string> scripted = scriptedNodePaths();
+        if (scripted.empty())
+            return "";
+        return "parmset " + quoted(scripted[below(static_cast<int>(scripted.size()))]) + " go " +
+               pick({"0", "1"});
+    }
     default:
         // The multiparm keeps its one instance: an entry moved into it without "#" in its
         // name would be named alike in every instance, and no by-name record tells them apart.
         return "parmset " + path + " " + pick({"amt", "on", "word", "v", "w1", "q"}) + " " +
                (chance(50) ? number() : quoted(pick({"b", "x y", "it's"})));
     }
+}
+
+std::string SceneGenerator::spareSection(int most, bool distinct)
+{
+    static const char *const thePieces[] = {
+        "parm { name \"amt\" label \"Amount\" type float default { \"0.5\" } range { 0! 2 } }",
+        "parm { name \"on\" label \"On\" type toggle default { \"1\" } }",
+        "parm { name \"word\" label \"Word\" type string default { \"a b\" } "
+        "menu { \"a\" \"A\" \"b\" \"B\" } }",
+        "group { name \"f\" label \"Tab\" parm { name \"v\" label \"V\" type vector "
+        "default { \"1\" \"2\" \"3\" } } }",
+        "multiparm { name \"pts\" label \"Points\" default 1 "
+        "parm { name \"w#\" label \"W\" type float default { \"1\" } } }",
+        "parm { name \"q\" label \"it's \\\"q\\\" $V\" type string default { \"x;y #z\" } }"};
+    constexpr int theCount = sizeof(thePieces) / sizeof(thePieces[0]);
+    std::string section;
+    int used = 0;
+    for (int n = 1 + below(most); n > 0; --n)
+    {
+        int i = below(theCount);
+        // A spare section may repeat a piece (the copy is renamed); an operator's own
+        // parameters must have distinct names.
+        while (distinct && (used & (1 << i)))
+            i = (i + 1) % theCount;
+        used |= 1 << i;
+        section += thePieces[i];
+    }
+    return section;
+}
+
+std::string SceneGenerator::spareReference(const std::string &from)
+{
+    const std::vector<std::string> live = nodePaths();
+    std::string path = live.empty() || chance(10) ? std::string("/obj/nosuch")
+                                                  : live[below(static_cast<int>(live.size()))];
+    const std::vector<std::string> channels = spareNames(path, /*channels=*/true);
+    const std::string channel = !channels.empty() && chance(80)
+                                    ? channels[below(static_cast<int>(channels.size()))]
+                                    : pick({"amt", "on", "word", "vx", "vz", "w1", "q"});
+    // Relative to a sibling ("../geo1/amt") where it is one.
+    const size_t slash = path.rfind('/');
+    if (chance(40) && path.substr(0, slash) == from.substr(0, from.rfind('/')))
+        path = "../" + path.substr(slash + 1);
+    const std::string function = channel == "word" || channel == "q" ? "chs" : "ch";
+    if (chance(15))
+        return function + "(\"" + channel + "\")";
+    return function + "(\"" + path + "/" + channel + "\")" + (chance(50) ? "*2" : "");
+}
+
+std::string SceneGenerator::typeScript(const std::string &name)
+{
+    std::string text = "{\n    name\t" + name + "\n    label\t\"" + name + " " +
+                       std::to_string(myScripts) + "\"\n";
+    if (chance(50))
+        text += std::string("    bindhandle amt xform \"Drag\" ") + pick({"tx", "ty", "sx"}) +
+                " \"\"\n";
+    text += "    " + spareSection(3, /*distinct=*/true) + "\n";
+    // A callback that sets another parameter of its node, inside its own undo block.
+    if (chance(40))
+        text += "    parm { name \"go\" label \"Go\" type toggle default { \"0\" } "
+                "parmtag { script_callback \"parmset . amt 1.5\" } "
+                "parmtag { script_callback_language command } }\n";
+    return text + "}\n";
+}
+
+std::string SceneGenerator::typeCommand()
+{
+    if (myTypesDir.empty())
+        return "";
+    std::vector<std::string> defined, libraries;
+    for (const char *table : {"Object", "Sop"})
+        for (const std::string &name : scriptedTypes(table))
+            defined.push_back(std::string(table) + "/" + name);
+    for (const char *name : {"a.oplib", "b.oplib"})
+        if (std::filesystem::exists(myTypesDir + "/" + name))
+            libraries.push_back(myTypesDir + "/" + name);
+    const int kind = below(5);
+    if (defined.empty() || kind < 2)
+    {
+        // A new definition or a redefinition. Every script gets a file of its own: a saved
+        // scene names the file it came from.
+        const bool object = chance(30);
+        const std::string name = object ? "omop" : pick({"mop", "mop2"});
+        const std::string file = myTypesDir + "/t" + std::to_string(++myScripts) + ".ds";
+        std::ofstream(file, std::ios::binary) << typeScript(name);
+        return std::string("optypeload -t ") + (object ? "Object " : "Sop ") + quoted(file);
+    }
+    if (libraries.empty() || kind < 4)
+        return "optypesave " + nameFrom(defined, {"Sop/nosuch"}) + " " +
+               quoted(myTypesDir + "/" + pick({"a.oplib", "b.oplib"}));
+    return "libload " + nameFrom(libraries, {"nosuch.oplib"});
+}
+
+std::string SceneGenerator::sequenceTypeCommand()
+{
+    return myTypesInSequence ? typeCommand() : "";
 }
 
 std::string SceneGenerator::bindingCommand()
@@ -321,6 +455,42 @@ std::string SceneGenerator::bindingCommand()
     }
 }
 
+std::vector<std::string> SceneGenerator::scriptedTypes(const char *table) const
+{
+    std::vector<std::string> names;
+    if (const HostOperatorTable *ops = HostOperatorTable::getTable(table))
+        for (int i = 0; i < ops->getNumOperators(); ++i)
+            if (dynamic_cast<const GZ_ScriptOperator *>(ops->getOperator(i)))
+                names.push_back(ops->getOperator(i)->getName());
+    return names;
+}
+
+std::vector<std::string> SceneGenerator::scriptedNodePaths() const
+{
+    std::vector<std::string> paths;
+    for (const std::string &path : nodePaths())
+        if (dynamic_cast<const GZ_ScriptOperator *>(myDirector.findNode(path)->getOperator()))
+            paths.push_back(path);
+    return paths;
+}
+
+std::vector<std::string> SceneGenerator::spareNames(const std::string &path, bool channels) const
+{
+    std::vector<std::string> names;
+    const HostNode *node = myDirector.findNode(path);
+    for (int i = 0; node && i < node->getParmList().getEntries(); ++i)
+    {
+        const HostParm *parm = node->getParmList().getParm(i);
+        if (!parm->isSpare())
+            continue;
+        if (!channels)
+            names.push_back(parm->getName());
+        for (int k = 0; channels && k < parm->getVectorSize(); ++k)
+            names.push_back(parm->getChannelName(k));
+    }
+    return names;
+}
+
 std::vector<std::string> SceneGenerator::nodePaths() const
 {
     std::vector<std::string> paths;
@@ -353,6 +523,15 @@ std::vector<std::string> SceneGenerator::groupNames() const
     for (int i = 0; i < manager->getNumGroups(); ++i)
         names.push_back(manager->getGroup(i)->getName());
     return names;
+}
+
+std::string SceneGenerator::typeFrom(const char *table,
+                                     std::initializer_list<const char *> built_in)
+{
+    const std::vector<std::string> scripted = scriptedTypes(table);
+    if (!scripted.empty() && chance(50))
+        return scripted[below(static_cast<int>(scripted.size()))];
+    return pick(built_in);
 }
 
 std::string SceneGenerator::nodePath()

@@ -16,14 +16,22 @@ class SceneGenerator
 {
 public:
     /// With `with_settings` the lines also set handle settings (pomparm, omparm), which are
-    /// saved with the scene but have no undo.
-    SceneGenerator(unsigned seed, const HostDirector &director, bool with_settings);
+    /// saved with the scene but have no undo. With a `types_dir`, nodes are also made of the
+    /// scripted types typeCommand() defines, whose scripts and libraries go into that folder.
+    SceneGenerator(unsigned seed, const HostDirector &director, bool with_settings,
+                   const std::string &types_dir = "");
 
     /// The next command line.
     std::string next();
     /// A random binding command (ombind, omunbind, omsbind, omsunbind) on the gzsh operator
     /// types. Bindings belong to the process, not the scene, so next() makes none.
     std::string bindingCommand();
+    /// A random line that defines scripted operator types (optypeload of a new random
+    /// script written to the types folder; always while none is defined), saves one into a
+    /// library there (optypesave) or loads a library saved there (libload). Types belong to the
+    /// process and have no undo; next() makes these lines only when `types_in_sequence` is set.
+    std::string typeCommand();
+    void setTypesInSequence(bool on) { myTypesInSequence = on; }
 
 private:
     std::string nodeCommand();
@@ -37,13 +45,28 @@ private:
     /// Spare parameters: add (from text), remove, move, compile (a listing that must not
     /// change the node), copy, and values set on them.
     std::string spareCommand();
+    std::string sequenceTypeCommand();
+    /// One to `most` random pieces of a parameter section, each at most once if `distinct`.
+    std::string spareSection(int most, bool distinct);
+    /// A whole operator dialog script for the type `name`.
+    std::string typeScript(const std::string &name);
+    /// An expression that refers to a spare channel of a live node, by absolute or relative
+    /// path, so that renames and removals have referrers to repair.
+    std::string spareReference(const std::string &from);
 
     std::vector<std::string> nodePaths() const;
     std::vector<std::string> handleNames() const;
     std::vector<std::string> groupNames() const;
+    /// Names of the scripted operator types in `table` ("Sop", "Object").
+    std::vector<std::string> scriptedTypes(const char *table) const;
+    std::vector<std::string> scriptedNodePaths() const;
+    /// The names of the spare parameters of the node at `path`, or of their channels.
+    std::vector<std::string> spareNames(const std::string &path, bool channels) const;
     /// How many spare templates the node at `path` has (0 when there is no such node).
     size_t spareCount(const std::string &path) const;
 
+    /// A scripted type of `table` half of the time when there is one, else a built-in one.
+    std::string typeFrom(const char *table, std::initializer_list<const char *> built_in);
     std::string nodePath();
     std::string handleName();
     std::string groupName();
@@ -65,4 +88,7 @@ private:
     std::mt19937 myRng;
     const HostDirector &myDirector;
     bool myWithSettings;
+    std::string myTypesDir;
+    bool myTypesInSequence = false;
+    int myScripts = 0;
 };

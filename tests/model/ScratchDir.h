@@ -24,6 +24,13 @@ public:
 
     const std::filesystem::path &path() const { return myPath; }
     std::string file(const char *name) const { return (myPath / name).string(); }
+    /// The subfolder `name`, emptied: a run starts without what an earlier one left there.
+    std::string freshFolder(const char *name) const
+    {
+        std::filesystem::remove_all(myPath / name);
+        std::filesystem::create_directories(myPath / name);
+        return file(name);
+    }
 
     /// Runs a new gzsh with `options` and the command text (no single quotes in either);
     /// returns what it wrote to standard error, or a message when it did not run.

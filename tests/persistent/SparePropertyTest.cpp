@@ -19,9 +19,13 @@ protected:
     static void SetUpTestSuite()
     {
         HostReader::setSearchPath({GZ_SOURCE_DIR "/data"});
-        std::string ignored;
         HostDiagnosticCapture capture; // the parser's own report of the unterminated block
-        GZ_SpareProperty::initialize(ignored);
+        // The shipped catalogue alone, loaded twice: clean, and listed the same each time.
+        for (std::string &listing : theShippedLists)
+        {
+            GZ_SpareProperty::initialize(theShippedErrors);
+            GZ_SpareProperty::list(theShippedErrors, listing, "*", "*", false);
+        }
         const std::string path = GZ_TEST_DATA_DIR "/props_bad.ds";
         GZ_SpareProperty::addClassFile(theErrors, path.c_str(), 0);
         // Messages name the file as found; compare them without the directory.
@@ -37,9 +41,17 @@ protected:
                                                                  : parms.getParm(i)->getName() + " ");
         return out;
     }
-    static std::string theErrors;
+    static std::string theErrors, theShippedErrors, theShippedLists[2];
 };
-std::string SparePropertyTest::theErrors;
+std::string SparePropertyTest::theErrors, SparePropertyTest::theShippedErrors,
+    SparePropertyTest::theShippedLists[2];
+
+TEST_F(SparePropertyTest, ShippedCatalogueLoadsCleanAndListsTheSameEachTime)
+{
+    EXPECT_EQ(theShippedErrors, "");
+    EXPECT_NE(theShippedLists[0].find("Spare Class render"), std::string::npos);
+    EXPECT_EQ(theShippedLists[0], theShippedLists[1]);
+}
 
 TEST_F(SparePropertyTest, DamagedFileReportsEachProblemAndLoadingGoesOn)
 {

@@ -7,9 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 using namespace gztest;
 
@@ -205,5 +208,52 @@ TEST(NameCounts, MatchesAMultisetThroughGrowthAndCountsToZero)
     {
         const std::string name = "p" + std::to_string(i);
         ASSERT_EQ(counts.has(name), model[name] > 0) << name;
+    }
+}
+
+TEST(EditScriptedParms, IndexFollowsEveryEdit)
+{
+    // After each edit the set's indexed answers must equal those of a copy indexed afresh.
+    auto s = set(parm("a"), open(GZ_FOLDER_TABS, "f1", "One"), parm("b"),
+                 open(GZ_FOLDER_SIMPLE, "g", "Inner"), parm("c"), end(), end(),
+                 open(GZ_FOLDER_TABS, "f2", "Two"), parm("d"), end(), parm("e"));
+    const std::vector<std::pair<const char *, std::function<void()>>> edits = {
+        {"insert", [&] {
+             std::vector<std::unique_ptr<GZ_EditScriptedParm>> v;
+             v.push_back(open(GZ_FOLDER_RADIO, "r", "One"));
+             v.push_back(parm("x"));
+             v.push_back(end());
+             s.insertParms(2, std::move(v));
+         }},
+        {"remove", [&] { s.removeParms(s.getParmIndexWithName("x"), s.getParmIndexWithName("x")); }},
+        {"move", [&] { s.moveParms(s.entries() - 1, s.entries() - 1, 1 - s.entries()); }},
+        {"rename", [&] { s.getParm(s.getParmIndexWithName("b"))->setName("bb"); }},
+        {"relabel", [&] { s.getFolderWithName("f2")->setLabel("One"); }},
+        {"retype", [&] { s.getFolderWithName("g")->setFolderType(GZ_FOLDER_MULTI_LIST); }},
+        {"append after stale", [&] {
+             s.getParm(0)->setName("e2");
+             s.addParm(open(GZ_FOLDER_TABS, "f3", "Two"));
+             s.addParm(end());
+         }},
+        {"merge", [&] { s.mergeParms(set(parm("a"), open(GZ_FOLDER_TABS, "f4", "Inner"), end())); }},
+        {"clear", [&] { s.clearParms(); s.addParm(parm("z")); }},
+    };
+    const char *names_seen[] = {"a", "b", "bb", "c", "e", "e2", "x", "r", "g", "f3", "f4", "z"};
+    for (const auto &edit : edits)
+    {
+        edit.second();
+        const GZ_EditScriptedParms fresh(s);
+        for (const char *name : names_seen)
+            EXPECT_EQ(s.hasParmWithName(name), fresh.hasParmWithName(name)) << edit.first << name;
+        for (const char *label : {"One", "Two", "Inner"})
+            EXPECT_EQ(s.getOpenerIndicesWithLabel(label), fresh.getOpenerIndicesWithLabel(label))
+                << edit.first << label;
+        for (int i = 0; i < s.entries(); ++i)
+        {
+            EXPECT_EQ(s.getFolderRunEnd(i), fresh.getFolderRunEnd(i)) << edit.first << i;
+            EXPECT_EQ(s.getFirstNestedFolderIndex(i), fresh.getFirstNestedFolderIndex(i))
+                << edit.first << i;
+            EXPECT_EQ(s.getMatchingGroupParm(i), fresh.getMatchingGroupParm(i)) << edit.first << i;
+        }
     }
 }
