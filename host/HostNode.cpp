@@ -180,7 +180,7 @@ bool HostNode::setParmValue(HostParm &parm, int k, double value)
     parmChanging(parm);
     // At the current time: an animated component changes its key there or holds the value.
     parm.setValue(k, myDirector->getTime(), value, /*setKey=*/false, /*propagate=*/false);
-    if (parm.isMultiParm())
+    if (parm.hasInstances())
         myParms->setInstanceCount(parm, parm.getInt(0));
     parmChanged(parm);
     return true;

@@ -5,6 +5,7 @@
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostParmList.h"
+#include "host/HostRampNaming.h"
 
 #include <algorithm>
 #include <cmath>
@@ -337,7 +338,7 @@ void HostParm::restoreState(const HostParmState &state)
         referencesChanged(static_cast<int>(k));
     }
     myHidden = state.myHidden;
-    if (isMultiParm() && myList && state.myInstanceCount != myInstanceCount)
+    if (hasInstances() && myList && state.myInstanceCount != myInstanceCount)
         myList->setInstanceCount(*this, state.myInstanceCount);
 }
 
@@ -371,4 +372,16 @@ void HostParm::notifyInputInterests(void *data) const
 const std::vector<HostParm *> &HostParm::getInstanceParms(int i) const
 {
     return (i >= 0 && i < static_cast<int>(myInstances.size())) ? myInstances[i] : theNoInstance;
+}
+
+bool HostParm::hasInstances() const
+{
+    return isMultiParm() || HostRampNaming::isRamp(getTemplate());
+}
+
+const HostParmTemplate *HostParm::getInstanceTemplates() const
+{
+    if (HostRampNaming::isRamp(getTemplate()))
+        return HostRampNaming::pointTemplates(getName(), HostRampNaming::isColor(getTemplate()));
+    return getTemplate().getChildList();
 }

@@ -224,6 +224,11 @@ public:
 
     // Multiparms.
     bool isMultiParm() const { return getType().isMultiparm(); }
+    /// Whether the value is an instance count: multiparms and ramps (whose instances are
+    /// their points).
+    bool hasInstances() const;
+    /// The terminated templates one instance is made of (a ramp's point templates).
+    const HostParmTemplate *getInstanceTemplates() const;
     /// Number of instances (the multiparm's value).
     int getInstanceCount() const { return myInstanceCount; }
     /// The parameters of instance i (in child template order), or empty.

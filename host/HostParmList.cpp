@@ -84,8 +84,9 @@ HostParm *HostParmList::addParm(const HostParmTemplate &tmpl, bool spare, HostPa
         p->myInstanceNumber = instance;
         // Fill one "#" per level, outermost first: the numbers of the enclosing instances,
         // then this one.
+        // A ramp's point names are built on the ramp's own (already numbered) name.
         std::vector<int> numbers{instance};
-        for (const HostParm *o = owner; o && o->myOwner; o = o->myOwner)
+        for (const HostParm *o = owner; o && o->myOwner && o->isMultiParm(); o = o->myOwner)
             numbers.insert(numbers.begin(), o->myInstanceNumber);
         p->myName = tmpl.getToken();
         for (int number : numbers)
@@ -98,7 +99,7 @@ HostParm *HostParmList::addParm(const HostParmTemplate &tmpl, bool spare, HostPa
     }
     myParms.push_back(std::move(parm));
     indexParm(*p);
-    if (tmpl.getType().isMultiparm())
+    if (p->hasInstances())
     {
         const int count = static_cast<int>(tmpl.getDefault(0).myNumber);
         for (int i = 0; i < count; ++i)
@@ -113,8 +114,8 @@ void HostParmList::addInstance(HostParm &multi)
     const HostParmTemplate &tmpl = multi.getTemplate();
     const int number = tmpl.getMultiStartOffset() + multi.myInstanceCount;
     std::vector<HostParm *> instance;
-    for (int c = 0; c < tmpl.getNumChildren(); ++c)
-        instance.push_back(addParm(tmpl.getChild(c), multi.mySpare, &multi, number));
+    for (const HostParmTemplate *c = multi.getInstanceTemplates(); c && !c->isTerminator(); ++c)
+        instance.push_back(addParm(*c, multi.mySpare, &multi, number));
     if (myNode && myNode->getDirector())
         myNode->getDirector()->getMultiParmLinks().fillInstance(*myNode, instance);
     multi.myInstances.push_back(std::move(instance));
@@ -182,7 +183,7 @@ void HostParmList::removeSpareParms()
 
 bool HostParmList::setInstanceCount(HostParm &parm, int count)
 {
-    if (!parm.isMultiParm() || parm.myList != this)
+    if (!parm.hasInstances() || parm.myList != this)
         return false;
     if (count < 0)
         count = 0;

@@ -158,10 +158,10 @@ void cmdParmSet(Shell &shell, HostCommandArgs &args)
     }
     HostParm *multi = node->getParm(args.arg(2));
     double count = 0;
-    if (multi && multi->isMultiParm() && values.size() == 1 &&
+    if (multi && multi->hasInstances() && values.size() == 1 &&
         ShellParmAccess::parseNumber(values[0], count))
     {
-        // A multiparm's value is its number of instances.
+        // A multiparm's (or ramp's) value is its number of instances.
         if (!node->getParmList().setInstanceCount(*multi, static_cast<int>(count)))
             args.err() << "parmset: cannot give " << args.arg(2) << " " << values[0]
                        << " instances\n";
