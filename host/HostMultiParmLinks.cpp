@@ -5,6 +5,7 @@
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "host/HostParmTemplate.h"
+#include "host/HostRampNaming.h"
 #include "host/HostUndo.h"
 #include "host/HostUndoManager.h"
 
@@ -234,8 +235,19 @@ int HostMultiParmLinks::findInstancePattern(const HostNode &node, const std::str
     for (int i = 0; i < list.getEntries(); ++i)
     {
         const HostParm &parm = *list.getParm(i);
-        if (!parm.isMultiParm() || parm.getMultiParmOwner())
+        if (!parm.hasInstances() || parm.getMultiParmOwner())
             continue;
+        if (HostRampNaming::isRamp(parm.getTemplate()))
+        {
+            // A colour point's three channels are components of one parameter.
+            const bool color = HostRampNaming::isColor(parm.getTemplate());
+            const std::vector<std::string> patterns =
+                HostRampNaming::pointPatterns(parm.getName(), color);
+            for (size_t p = 0; p < patterns.size(); ++p)
+                if (patterns[p] == channel)
+                    return color && p >= 1 && p <= 3 ? static_cast<int>(p) - 1 : 0;
+            continue;
+        }
         if (const int k = patternComponent(parm.getTemplate(), channel); k >= 0)
             return k;
     }

@@ -153,6 +153,16 @@ public:
     /// argument is empty.
     bool updateAutoLinksForNameChange(const std::string &base, const std::string &old_path,
                                       const std::string &new_path);
+    /// Links every channel of every point of ramp `target` on `node` to the same point
+    /// channel of ramp `source`, reached by `prefix` (a path from `node` and "/", or empty
+    /// for `node` itself), through the node's multiparm link records, so points made later
+    /// follow too.
+    static void addRampAutoLinks(HostNode &node, const std::string &target, bool color,
+                                 const std::string &prefix, const std::string &source,
+                                 double time);
+    /// Clears the point links `addRampAutoLinks` set on ramp `target` of `node`.
+    static void deleteRampAutoLinks(HostNode &node, const std::string &target, bool color,
+                                    double time);
     /// Tells the changed nodes that the parameters `applyAutoLinks` changed have changed.
     static void updateNodesFromApplyAutoLinks(const std::vector<int> &node_ids,
                                               const std::vector<int> &parm_indices);

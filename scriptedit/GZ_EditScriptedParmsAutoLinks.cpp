@@ -9,6 +9,7 @@
 #include "host/HostNode.h"
 #include "host/HostParm.h"
 #include "host/HostParmTemplate.h"
+#include "host/HostRampNaming.h"
 
 #include <algorithm>
 #include <set>
@@ -254,6 +255,9 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
         t.myNode->saveParmForUndo(*t.myParm);
         t.myNode->parmChanging(*t.myParm);
         t.myParm->bakeValue(t.myComponent, time);
+        if (HostRampNaming::isRamp(t.myParm->getTemplate()))
+            deleteRampAutoLinks(*t.myNode, t.myParm->getName(),
+                                HostRampNaming::isColor(t.myParm->getTemplate()), time);
         record(t);
     }
     for (const std::string &link : desired_list)
@@ -285,8 +289,36 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
         t.myNode->parmChanging(*t.myParm);
         t.myParm->setString(t.myComponent, time, (text ? "chs(\"" : "ch(\"") + ref + "\")",
                             HOST_STRING_EXPRESSION);
+        // A multiparm (or ramp) target gets the instances its new count calls for.
+        if (t.myParm->hasInstances())
+            t.myNode->getParmList().setInstanceCount(
+                *t.myParm, static_cast<int>(t.myParm->evalFloat(0, time)));
+        // Points follow only a ramp of the same kind: other sources have no point channels.
+        const bool color = HostRampNaming::isColor(t.myParm->getTemplate());
+        if (HostRampNaming::isRamp(t.myParm->getTemplate()) &&
+            HostRampNaming::isRamp(eparm->getTemplate()) &&
+            HostRampNaming::isColor(eparm->getTemplate()) == color)
+            addRampAutoLinks(*t.myNode, t.myParm->getName(), color,
+                             path == "." ? "" : path + "/", eparm->getName(), time);
         record(t);
     }
+}
+
+void GZ_EditScriptedParms::addRampAutoLinks(HostNode &node, const std::string &target,
+                                            bool color, const std::string &prefix,
+                                            const std::string &source, double time)
+{
+    const std::vector<std::string> to = HostRampNaming::pointPatterns(target, color);
+    const std::vector<std::string> from = HostRampNaming::pointPatterns(source, color);
+    for (size_t i = 0; i < to.size(); ++i)
+        node.getDirector()->getMultiParmLinks().set(node, to[i], prefix + from[i], time);
+}
+
+void GZ_EditScriptedParms::deleteRampAutoLinks(HostNode &node, const std::string &target,
+                                               bool color, double time)
+{
+    for (const std::string &pattern : HostRampNaming::pointPatterns(target, color))
+        node.getDirector()->getMultiParmLinks().set(node, pattern, std::string(), time);
 }
 
 bool GZ_EditScriptedParms::updateAutoLinksForNameChange(const std::string &base,
