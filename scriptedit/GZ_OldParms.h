@@ -89,6 +89,12 @@ private:
     void resolveSingleParm(const gz_OldParm &rec, const std::string &old_channel,
                            const std::string &new_channel, Context &ctx) const;
     void resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const;
+    /// The edited node's own multiparm link of pattern `from` moves to `to` (or goes).
+    static void resolveOwnPattern(const gz_OldParm &rec, const std::string &from,
+                                  const std::string &to, Context &ctx);
+    /// Other nodes' multiparm links to channel `from` of the edited node follow it to `to`.
+    void resolveLinksTo(const gz_OldParm &rec, const std::string &from, const std::string &to,
+                        Context &ctx) const;
     void resolveOnNode(const gz_OldParm &rec, Context &ctx) const;
     void addReferenceNames(const gz_OldParm &rec, const GZ_EditScriptedParms &parms,
                            std::vector<std::pair<std::string, std::string>> &pairs) const;

@@ -6,6 +6,7 @@
 #include "host/HostMultiParmLinks.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
+#include "host/HostRampNaming.h"
 #include "host/HostReferenceIndex.h"
 #include "host/HostSpareData.h"
 
@@ -187,40 +188,63 @@ void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) co
 
 // Multiparm links of other nodes that lead to the record follow a rename and go (or are
 // reported, by the deletion behaviour) with a deletion; the edited node's own links of a
-// renamed or deleted instance pattern follow it too.
+// renamed or deleted instance pattern follow it too. A ramp's point patterns are both: the
+// edited node may link them, and other nodes may link theirs to them.
 void GZ_OldParms::resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const
 {
-    HostNode &edited = *ctx.myNode;
-    HostMultiParmLinks &links = edited.getDirector()->getMultiParmLinks();
-    const bool report = rec.isDeleted() && getParameterDeletionBehavior() >= 2;
     Pairs pairs;
     addReferenceNames(rec, *ctx.myParms, pairs);
     for (const auto &[from, to] : pairs)
     {
         if (from.find('#') != std::string::npos)
+            resolveOwnPattern(rec, from, to, ctx);
+        else
+            resolveLinksTo(rec, from, to, ctx);
+    }
+    if (!rec.isRamp())
+        return;
+    const std::vector<std::string> from =
+        HostRampNaming::pointPatterns(rec.myOriginalName, rec.myRampColor != 0);
+    const std::vector<std::string> to =
+        HostRampNaming::pointPatterns(rec.myCurrentName, rec.myRampColor != 0);
+    for (size_t i = 0; i < from.size(); ++i)
+    {
+        resolveOwnPattern(rec, from[i], to[i], ctx);
+        resolveLinksTo(rec, from[i], to[i], ctx);
+    }
+}
+
+void GZ_OldParms::resolveOwnPattern(const gz_OldParm &rec, const std::string &from,
+                                    const std::string &to, Context &ctx)
+{
+    HostMultiParmLinks &links = ctx.myNode->getDirector()->getMultiParmLinks();
+    if (rec.isDeleted())
+        links.set(*ctx.myNode, from, std::string(), ctx.myTime);
+    else
+        links.movePattern(*ctx.myNode, from, to);
+}
+
+void GZ_OldParms::resolveLinksTo(const gz_OldParm &rec, const std::string &from,
+                                 const std::string &to, Context &ctx) const
+{
+    HostNode &edited = *ctx.myNode;
+    HostMultiParmLinks &links = edited.getDirector()->getMultiParmLinks();
+    const bool report = rec.isDeleted() && getParameterDeletionBehavior() >= 2;
+    for (const HostMultiParmLinks::Link &link : links.findLinksTo(edited, from))
+    {
+        HostNode *linking = edited.getDirector()->findNodeById(link.myNodeId);
+        if (report)
         {
-            if (rec.isDeleted())
-                links.set(edited, from, std::string(), ctx.myTime);
-            else
-                links.movePattern(edited, from, to);
+            ctx.myWarnings->insert(ctx.myWarnings->end(),
+                                   {deletedLine(rec.getOldChannel()),
+                                    "        and is referenced by '" + linking->getFullPath() +
+                                        "/" + link.myPattern + "'"});
             continue;
         }
-        for (const HostMultiParmLinks::Link &link : links.findLinksTo(edited, from))
-        {
-            HostNode *linking = edited.getDirector()->findNodeById(link.myNodeId);
-            if (report)
-            {
-                ctx.myWarnings->insert(ctx.myWarnings->end(),
-                                       {deletedLine(rec.getOldChannel()),
-                                        "        and is referenced by '" +
-                                            linking->getFullPath() + "/" + link.myPattern + "'"});
-                continue;
-            }
-            const std::string path = linking->getRelativePathTo(edited);
-            const std::string text =
-                rec.isDeleted() ? std::string() : (path == "." ? "" : path + "/") + to;
-            links.set(*linking, link.myPattern, text, ctx.myTime);
-        }
+        const std::string path = linking->getRelativePathTo(edited);
+        const std::string text =
+            rec.isDeleted() ? std::string() : (path == "." ? "" : path + "/") + to;
+        links.set(*linking, link.myPattern, text, ctx.myTime);
     }
 }
 
