@@ -114,6 +114,8 @@ private:
                                      const std::string &name);
     static void addInstanceNames(const HostNode &node,
                                  std::vector<std::pair<std::string, std::string>> &pairs);
+    static void addRampPointNames(const gz_OldParm &rec, const HostNode &node,
+                                  std::vector<std::pair<std::string, std::string>> &pairs);
 
     std::vector<gz_OldParm> myRecords;
     GZ_EditScriptedParms myOriginal;

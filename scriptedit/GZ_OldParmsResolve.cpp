@@ -248,6 +248,25 @@ void GZ_OldParms::resolveLinksTo(const gz_OldParm &rec, const std::string &from,
     }
 }
 
+// A renamed ramp's points carry their values too: one pair per channel of every point the
+// ramp has under its old name.
+void GZ_OldParms::addRampPointNames(const gz_OldParm &rec, const HostNode &node, Pairs &pairs)
+{
+    const HostParm *ramp = node.getParm(rec.myOriginalName);
+    if (!rec.isRamp() || !ramp)
+        return;
+    const bool color = rec.myRampColor != 0;
+    for (int i = 1; i <= ramp->getInstanceCount(); ++i)
+    {
+        const std::vector<std::string> from =
+            HostRampNaming::pointChannels(rec.myOriginalName, color, i);
+        const std::vector<std::string> to =
+            HostRampNaming::pointChannels(rec.myCurrentName, color, i);
+        for (size_t c = 0; c < from.size(); ++c)
+            pairs.emplace_back(from[c], to[c]);
+    }
+}
+
 // References name the instances of a multiparm ("pt2"), not its pattern ("pt#"): every
 // instance the node has gets its own pair. One level of instance marks only.
 void GZ_OldParms::addInstanceNames(const HostNode &node, Pairs &pairs)
@@ -371,6 +390,12 @@ void GZ_OldParms::resolveOnNode(const gz_OldParm &rec, Context &ctx) const
     Pairs pairs;
     addChannelNames(rec, *ctx.myParms, pairs);
     addInstanceNames(node, pairs);
+    addRampPointNames(rec, node, pairs);
+    // The renamed ramp needs its points before chrename can move their values.
+    HostParm *from = node.getParm(rec.myOriginalName);
+    HostParm *to = node.getParm(rec.myCurrentName);
+    if (rec.isRamp() && from && to)
+        node.getParmList().setInstanceCount(*to, from->getInstanceCount());
     for (const auto &pair : pairs)
     {
         // A pattern names no channel: its instances, added above, carry the values.
