@@ -158,8 +158,7 @@ public:
     /// for `node` itself), through the node's multiparm link records, so points made later
     /// follow too.
     static void addRampAutoLinks(HostNode &node, const std::string &target, bool color,
-                                 const std::string &prefix, const std::string &source,
-                                 double time);
+                                 const std::string &prefix, const std::string &source, double time);
     /// Clears the point links `addRampAutoLinks` set on ramp `target` of `node`.
     static void deleteRampAutoLinks(HostNode &node, const std::string &target, bool color,
                                     double time);

@@ -298,15 +298,15 @@ void GZ_EditScriptedParms::applyComponent(HostNode &node, GZ_EditScriptedParm &d
         if (HostRampNaming::isRamp(t.myParm->getTemplate()) &&
             HostRampNaming::isRamp(eparm->getTemplate()) &&
             HostRampNaming::isColor(eparm->getTemplate()) == color)
-            addRampAutoLinks(*t.myNode, t.myParm->getName(), color,
-                             path == "." ? "" : path + "/", eparm->getName(), time);
+            addRampAutoLinks(*t.myNode, t.myParm->getName(), color, path == "." ? "" : path + "/",
+                             eparm->getName(), time);
         record(t);
     }
 }
 
-void GZ_EditScriptedParms::addRampAutoLinks(HostNode &node, const std::string &target,
-                                            bool color, const std::string &prefix,
-                                            const std::string &source, double time)
+void GZ_EditScriptedParms::addRampAutoLinks(HostNode &node, const std::string &target, bool color,
+                                            const std::string &prefix, const std::string &source,
+                                            double time)
 {
     const std::vector<std::string> to = HostRampNaming::pointPatterns(target, color);
     const std::vector<std::string> from = HostRampNaming::pointPatterns(source, color);
