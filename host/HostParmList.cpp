@@ -3,6 +3,7 @@
 
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
+#include "host/HostStringHash.h"
 
 #include <vector>
 
@@ -22,6 +23,12 @@ std::string instanceName(const std::string &name, int number)
 
 HostParmList::HostParmList(HostNode *node, const HostParmTemplate *templates) : myNode(node)
 {
+    std::size_t parms = 0, channels = 0;
+    for (const HostParmTemplate *t = templates; t && !t->isTerminator(); ++t, ++parms)
+        channels += static_cast<std::size_t>(t->getVectorSize());
+    myParms.reserve(parms);
+    myByName.reserve(parms);
+    myByChannel.reserve(channels);
     for (const HostParmTemplate *t = templates; t && !t->isTerminator(); ++t)
         addParm(*t, /*spare=*/false, nullptr, -1);
 }
@@ -35,8 +42,8 @@ HostParm *HostParmList::getParm(int i) const
 
 HostParm *HostParmList::getParm(const std::string &name) const
 {
-    auto it = myByName.find(name);
-    return it == myByName.end() ? nullptr : it->second;
+    const ChannelRef *ref = myByName.find(name);
+    return ref ? ref->myParm : nullptr;
 }
 
 int HostParmList::getParmIndex(const std::string &name) const
@@ -47,11 +54,10 @@ int HostParmList::getParmIndex(const std::string &name) const
 
 HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) const
 {
-    auto it = myByChannel.find(channel);
-    if (it != myByChannel.end())
+    if (const ChannelRef *ref = myByChannel.find(channel))
     {
-        vec_index = it->second.myComponent;
-        return it->second.myParm;
+        vec_index = ref->myComponent;
+        return ref->myParm;
     }
     if (HostParm *parm = getParm(channel))
     {
@@ -61,11 +67,10 @@ HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) 
     auto alias = myAliases.find(channel);
     if (alias != myAliases.end())
     {
-        auto target = myByChannel.find(alias->second);
-        if (target != myByChannel.end())
+        if (const ChannelRef *target = myByChannel.find(alias->second))
         {
-            vec_index = target->second.myComponent;
-            return target->second.myParm;
+            vec_index = target->myComponent;
+            return target->myParm;
         }
     }
     vec_index = -1;
@@ -125,9 +130,9 @@ void HostParmList::addInstance(HostParm &multi)
 void HostParmList::indexParm(HostParm &parm)
 {
     // First registration wins, so lookups keep the result of a front-to-back search.
-    myByName.emplace(parm.getName(), &parm);
+    myByName.add(&parm, 0);
     for (int k = 0; k < parm.getVectorSize(); ++k)
-        myByChannel.emplace(parm.getChannelName(k), ChannelRef{&parm, k});
+        myByChannel.add(&parm, k);
 }
 
 void HostParmList::rebuildIndexes()
@@ -205,7 +210,7 @@ bool HostParmList::setInstanceCount(HostParm &parm, int count)
 
 bool HostParmList::addChannelAlias(const std::string &alias, const std::string &channel)
 {
-    if (myByChannel.find(channel) == myByChannel.end())
+    if (!myByChannel.find(channel))
         return false;
     myAliases[alias] = channel;
     return true;
@@ -215,4 +220,70 @@ const std::string *HostParmList::getChannelAlias(const std::string &alias) const
 {
     auto it = myAliases.find(alias);
     return it == myAliases.end() ? nullptr : &it->second;
+}
+
+// ---------------------------------------------------------------------------------------
+// Index
+
+void HostParmList::Index::clear()
+{
+    for (Slot &slot : mySlots)
+        slot = Slot();
+    myCount = 0;
+}
+
+void HostParmList::Index::reserve(std::size_t count)
+{
+    std::size_t capacity = 8;
+    while (capacity < 2 * count)
+        capacity *= 2;
+    if (capacity > mySlots.size())
+        rehash(capacity);
+}
+
+void HostParmList::Index::add(HostParm *parm, int component)
+{
+    if (2 * (myCount + 1) > mySlots.size())
+        rehash(mySlots.empty() ? 8 : 2 * mySlots.size());
+    const ChannelRef ref{parm, component};
+    const std::uint64_t hash = HostStringHash(keyOf(ref));
+    Slot &slot = mySlots[slotOf(keyOf(ref), hash)];
+    if (slot.myRef.myParm)
+        return;
+    slot.myRef = ref;
+    slot.myHash = hash;
+    ++myCount;
+}
+
+const HostParmList::ChannelRef *HostParmList::Index::find(std::string_view name) const
+{
+    if (mySlots.empty())
+        return nullptr;
+    const Slot &slot = mySlots[slotOf(name, HostStringHash(name))];
+    return slot.myRef.myParm ? &slot.myRef : nullptr;
+}
+
+const std::string &HostParmList::Index::keyOf(const ChannelRef &ref) const
+{
+    return myChannels ? ref.myParm->getChannelName(ref.myComponent) : ref.myParm->getName();
+}
+
+std::size_t HostParmList::Index::slotOf(std::string_view name, std::uint64_t hash) const
+{
+    const std::size_t mask = mySlots.size() - 1;
+    for (std::size_t i = hash & mask;; i = (i + 1) & mask)
+    {
+        const Slot &slot = mySlots[i];
+        if (!slot.myRef.myParm || (slot.myHash == hash && keyOf(slot.myRef) == name))
+            return i;
+    }
+}
+
+void HostParmList::Index::rehash(std::size_t capacity)
+{
+    std::vector<Slot> old(capacity);
+    old.swap(mySlots);
+    for (const Slot &slot : old)
+        if (slot.myRef.myParm)
+            mySlots[slotOf(keyOf(slot.myRef), slot.myHash)] = slot;
 }

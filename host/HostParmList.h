@@ -3,8 +3,11 @@
 
 #include "host/HostParm.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -63,9 +66,41 @@ private:
         int myComponent;
     };
 
+    /// Parameters by name (or by channel name) in one open-addressed array, linear probing,
+    /// at most half full. The names stay in the parameters; a slot keeps the parameter, the
+    /// component and the hash. Every node built fills two of these, and a node-based map
+    /// allocated a node per name: after a mass deletion the allocator's search for those
+    /// small blocks cost more than the rest of building the node.
+    class Index
+    {
+    public:
+        explicit Index(bool channels) : myChannels(channels) {}
+        void clear();
+        void reserve(std::size_t count);
+        /// Adds the entry unless its name is taken: the first registration wins.
+        void add(HostParm *parm, int component);
+        /// The entry of that name, or null.
+        const ChannelRef *find(std::string_view name) const;
+
+    private:
+        struct Slot
+        {
+            ChannelRef myRef{nullptr, 0}; // no parameter: an empty slot
+            std::uint64_t myHash = 0;
+        };
+        const std::string &keyOf(const ChannelRef &ref) const;
+        /// The slot holding `name`, or the empty slot where it would go (slots not empty).
+        std::size_t slotOf(std::string_view name, std::uint64_t hash) const;
+        void rehash(std::size_t capacity);
+
+        std::vector<Slot> mySlots;
+        std::size_t myCount = 0;
+        bool myChannels;
+    };
+
     HostNode *myNode;
     std::vector<std::unique_ptr<HostParm>> myParms;
-    std::unordered_map<std::string, HostParm *> myByName;
-    std::unordered_map<std::string, ChannelRef> myByChannel;
+    Index myByName{false};
+    Index myByChannel{true};
     std::unordered_map<std::string, std::string> myAliases;
 };
