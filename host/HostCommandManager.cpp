@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <streambuf>
 
@@ -125,13 +126,13 @@ bool HostCommandManager::installCommand(const char *name, const char *options,
 {
     if (!name || !*name || !callback || myCommands.count(name))
         return false;
-    Command command;
-    if (!parseOptionString(options, command.valueCounts))
+    auto command = std::make_shared<Command>();
+    if (!parseOptionString(options, command->valueCounts))
         return false;
-    command.options = options ? options : "";
-    command.callback = std::move(callback);
-    command.allowedWhileLoading = allowed_while_loading;
-    command.usage = usage ? usage : makeUsage(name, command.options);
+    command->options = options ? options : "";
+    command->callback = std::move(callback);
+    command->allowedWhileLoading = allowed_while_loading;
+    command->usage = usage ? usage : makeUsage(name, command->options);
     myCommands.emplace(name, std::move(command));
     return true;
 }
@@ -141,7 +142,7 @@ bool HostCommandManager::setArgumentCounts(const std::string &name, const HostAr
     auto it = myCommands.find(name);
     if (it == myCommands.end())
         return false;
-    it->second.counts = counts;
+    it->second->counts = counts;
     return true;
 }
 
@@ -160,14 +161,14 @@ bool HostCommandManager::setUsage(const std::string &name, const std::string &us
     auto it = myCommands.find(name);
     if (it == myCommands.end())
         return false;
-    it->second.usage = usage;
+    it->second->usage = usage;
     return true;
 }
 
 std::string HostCommandManager::usage(const std::string &name) const
 {
     auto it = myCommands.find(name);
-    return it == myCommands.end() ? std::string() : it->second.usage;
+    return it == myCommands.end() ? std::string() : it->second->usage;
 }
 
 bool HostCommandManager::setHelp(const std::string &name, const std::string &summary,
@@ -176,39 +177,39 @@ bool HostCommandManager::setHelp(const std::string &name, const std::string &sum
     auto it = myCommands.find(name);
     if (it == myCommands.end())
         return false;
-    it->second.summary = summary;
-    it->second.optionHelp = option_help;
+    it->second->summary = summary;
+    it->second->optionHelp = option_help;
     return true;
 }
 
 std::string HostCommandManager::summary(const std::string &name) const
 {
     auto it = myCommands.find(name);
-    return it == myCommands.end() ? std::string() : it->second.summary;
+    return it == myCommands.end() ? std::string() : it->second->summary;
 }
 
 std::string HostCommandManager::optionHelp(const std::string &name) const
 {
     auto it = myCommands.find(name);
-    return it == myCommands.end() ? std::string() : it->second.optionHelp;
+    return it == myCommands.end() ? std::string() : it->second->optionHelp;
 }
 
 std::string HostCommandManager::optionString(const std::string &name) const
 {
     auto it = myCommands.find(name);
-    return it == myCommands.end() ? std::string() : it->second.options;
+    return it == myCommands.end() ? std::string() : it->second->options;
 }
 
 bool HostCommandManager::allowedWhileLoading(const std::string &name) const
 {
     auto it = myCommands.find(name);
-    return it != myCommands.end() && it->second.allowedWhileLoading;
+    return it != myCommands.end() && it->second->allowedWhileLoading;
 }
 
 HostCommandCallback HostCommandManager::handler(const std::string &name) const
 {
     auto it = myCommands.find(name);
-    return it == myCommands.end() ? HostCommandCallback() : it->second.callback;
+    return it == myCommands.end() ? HostCommandCallback() : it->second->callback;
 }
 
 std::vector<std::string> HostCommandManager::commandNames() const
@@ -316,8 +317,10 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
         reportAt(options, cmd.line, "Unknown command: " + HostCommandParser::protect(name));
         return false;
     }
-    // Copied so that a handler may uninstall or replace its own command.
-    const Command command = it->second;
+    // Held so that a handler may uninstall or replace its own command (a copy of the whole
+    // entry, help texts and all, cost more than most commands).
+    const std::shared_ptr<const Command> held = it->second;
+    const Command &command = *held;
     if (myLoading && !command.allowedWhileLoading)
     {
         reportAt(options, cmd.line, name + ": not allowed while a scene is loading");
@@ -417,9 +420,12 @@ void HostCommandManager::callHandler(const std::string &name, const HostCommandC
 {
     const bool locate = options.locateCommandErrors && !options.source.empty() &&
                         myCurrentErr != myNullStream.get();
-    std::ostringstream located;
+    // Made only when needed: a string stream costs more to make than many commands take.
+    std::optional<std::ostringstream> located;
+    if (locate)
+        located.emplace();
     HostCommandArgs args(std::move(positional), *myCurrentOut,
-                         locate ? static_cast<std::ostream &>(located) : *myCurrentErr);
+                         locate ? static_cast<std::ostream &>(*located) : *myCurrentErr);
     prepare(args);
     try
     {
@@ -432,7 +438,7 @@ void HostCommandManager::callHandler(const std::string &name, const HostCommandC
     }
     if (!locate)
         return;
-    const std::string text = located.str();
+    const std::string text = located->str();
     for (size_t start = 0; start < text.size();)
     {
         size_t end = text.find('\n', start);

@@ -192,7 +192,7 @@ private:
     static bool parseOptionString(const char *options, std::map<char, int> &counts);
     static std::string makeUsage(const std::string &name, const std::string &options);
 
-    std::map<std::string, Command> myCommands;
+    std::map<std::string, std::shared_ptr<Command>> myCommands;
     std::map<std::string, std::string> myVariables;
     std::vector<std::string> myHistory;
     std::ostream *myDefaultOut;

@@ -91,17 +91,50 @@ bool HostOperator::hasTemplatesSink(const HostTemplatesSink *sink) const
 
 void HostOperator::getRefreshGZCommands(HostNode * /*node*/, std::ostream & /*os*/) {}
 
+const std::vector<HostNode *> &HostOperator::getActiveNodes() const
+{
+    if (myNodes.size() != myNodeCount)
+    {
+        myNodes.erase(std::remove(myNodes.begin(), myNodes.end(), nullptr), myNodes.end());
+        myFirstNode = 0;
+    }
+    return myNodes;
+}
+
+void HostOperator::addActiveNode(HostNode *node)
+{
+    myNodes.push_back(node);
+    ++myNodeCount;
+}
+
 void HostOperator::removeActiveNode(HostNode *node)
 {
     // From both ends: a scene is cleared last node first, scripts often delete first node
     // first, and both stay linear.
-    for (size_t front = 0, back = myNodes.size(); front < back; ++front)
+    for (size_t front = myFirstNode, back = myNodes.size(); front < back; ++front)
     {
         if (myNodes[front] == node)
-            return void(myNodes.erase(myNodes.begin() + static_cast<std::ptrdiff_t>(front)));
+            return dropActiveNode(front);
         if (myNodes[--back] == node)
-            return void(myNodes.erase(myNodes.begin() + static_cast<std::ptrdiff_t>(back)));
+            return dropActiveNode(back);
     }
+}
+
+void HostOperator::dropActiveNode(std::size_t index)
+{
+    myNodes[index] = nullptr;
+    if (--myNodeCount == 0)
+    {
+        myNodes.clear();
+        myFirstNode = 0;
+        return;
+    }
+    while (!myNodes.back())
+        myNodes.pop_back();
+    while (!myNodes[myFirstNode])
+        ++myFirstNode;
+    if (myNodes.size() > 2 * myNodeCount + 16)
+        getActiveNodes();
 }
 
 void HostOperator::notifyTemplatesUpdated()

@@ -3,6 +3,7 @@
 
 #include "host/HostParmTemplate.h"
 
+#include <cstddef>
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -104,8 +105,8 @@ public:
     std::string getQualifiedName() const;
 
     // Active nodes, in creation order.
-    const std::vector<HostNode *> &getActiveNodes() const { return myNodes; }
-    int getNumActiveNodes() const { return static_cast<int>(myNodes.size()); }
+    const std::vector<HostNode *> &getActiveNodes() const;
+    int getNumActiveNodes() const { return static_cast<int>(myNodeCount); }
 
     // Listeners of template changes and deletion.
     /// Registers a sink; a sink registered twice is told once.
@@ -132,8 +133,9 @@ private:
 
     /// Replaces the templates; only the table does this, so listeners are told.
     void replaceTemplates(const HostParmTemplateList &templates) { myTemplates = templates; }
-    void addActiveNode(HostNode *node) { myNodes.push_back(node); }
+    void addActiveNode(HostNode *node);
     void removeActiveNode(HostNode *node);
+    void dropActiveNode(std::size_t index);
     void notifyTemplatesUpdated();
     void notifyDeleted();
 
@@ -152,6 +154,12 @@ private:
     std::string myHelp;
     std::string myDefinitionPath;
     HostOperatorTable *myTable = nullptr;
-    std::vector<HostNode *> myNodes;
+    // The active nodes in order. A removal leaves a hole (null) instead of moving the rest,
+    // which made deleting many nodes first to last quadratic. Searches start at myFirstNode
+    // (the holes before it are skipped), holes at the end are dropped at once, and the list
+    // is closed up when the holes outnumber the nodes or when it is read.
+    mutable std::vector<HostNode *> myNodes;
+    mutable std::size_t myFirstNode = 0;
+    std::size_t myNodeCount = 0;
     std::vector<HostTemplatesSink *> mySinks;
 };
