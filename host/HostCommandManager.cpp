@@ -380,9 +380,9 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
     if (options.checkOnly)
     {
         const char letter = command.counts.option;
-        const bool option_given =
-            letter != 0 && std::any_of(given.begin(), given.end(),
-                                       [letter](const auto &option) { return option.first == letter; });
+        const bool option_given = letter != 0 && std::any_of(given.begin(), given.end(),
+                                                             [letter](const auto &option)
+                                                             { return option.first == letter; });
         return checkCount(options, cmd.line, name, command, static_cast<int>(positional.size()),
                           option_given);
     }

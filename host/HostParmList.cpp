@@ -42,8 +42,7 @@ HostParm *HostParmList::getParm(int i) const
 
 HostParm *HostParmList::getParm(const std::string &name) const
 {
-    const ChannelRef *ref = myByName.find(name);
-    return ref ? ref->myParm : nullptr;
+    return myByName.find(name).myParm;
 }
 
 int HostParmList::getParmIndex(const std::string &name) const
@@ -54,10 +53,10 @@ int HostParmList::getParmIndex(const std::string &name) const
 
 HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) const
 {
-    if (const ChannelRef *ref = myByChannel.find(channel))
+    if (const ChannelRef ref = myByChannel.find(channel); ref.myParm)
     {
-        vec_index = ref->myComponent;
-        return ref->myParm;
+        vec_index = ref.myComponent;
+        return ref.myParm;
     }
     if (HostParm *parm = getParm(channel))
     {
@@ -67,10 +66,10 @@ HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) 
     auto alias = myAliases.find(channel);
     if (alias != myAliases.end())
     {
-        if (const ChannelRef *target = myByChannel.find(alias->second))
+        if (const ChannelRef target = myByChannel.find(alias->second); target.myParm)
         {
-            vec_index = target->myComponent;
-            return target->myParm;
+            vec_index = target.myComponent;
+            return target.myParm;
         }
     }
     vec_index = -1;
@@ -210,7 +209,7 @@ bool HostParmList::setInstanceCount(HostParm &parm, int count)
 
 bool HostParmList::addChannelAlias(const std::string &alias, const std::string &channel)
 {
-    if (!myByChannel.find(channel))
+    if (!myByChannel.find(channel).myParm)
         return false;
     myAliases[alias] = channel;
     return true;
@@ -235,7 +234,7 @@ void HostParmList::Index::clear()
 void HostParmList::Index::reserve(std::size_t count)
 {
     std::size_t capacity = 8;
-    while (capacity < 2 * count)
+    while (4 * count > 3 * capacity)
         capacity *= 2;
     if (capacity > mySlots.size())
         rehash(capacity);
@@ -243,38 +242,37 @@ void HostParmList::Index::reserve(std::size_t count)
 
 void HostParmList::Index::add(HostParm *parm, int component)
 {
-    if (2 * (myCount + 1) > mySlots.size())
+    if (4 * (myCount + 1) > 3 * mySlots.size())
         rehash(mySlots.empty() ? 8 : 2 * mySlots.size());
-    const ChannelRef ref{parm, component};
-    const std::uint64_t hash = HostStringHash(keyOf(ref));
-    Slot &slot = mySlots[slotOf(keyOf(ref), hash)];
-    if (slot.myRef.myParm)
+    const Slot entry{parm, component,
+                     static_cast<std::uint32_t>(HostStringHash(keyOf({parm, component, 0})))};
+    Slot &slot = mySlots[slotOf(keyOf(entry), entry.myHash)];
+    if (slot.myParm)
         return;
-    slot.myRef = ref;
-    slot.myHash = hash;
+    slot = entry;
     ++myCount;
 }
 
-const HostParmList::ChannelRef *HostParmList::Index::find(std::string_view name) const
+HostParmList::ChannelRef HostParmList::Index::find(std::string_view name) const
 {
     if (mySlots.empty())
-        return nullptr;
-    const Slot &slot = mySlots[slotOf(name, HostStringHash(name))];
-    return slot.myRef.myParm ? &slot.myRef : nullptr;
+        return {nullptr, -1};
+    const Slot &slot = mySlots[slotOf(name, static_cast<std::uint32_t>(HostStringHash(name)))];
+    return {slot.myParm, slot.myComponent};
 }
 
-const std::string &HostParmList::Index::keyOf(const ChannelRef &ref) const
+const std::string &HostParmList::Index::keyOf(const Slot &slot) const
 {
-    return myChannels ? ref.myParm->getChannelName(ref.myComponent) : ref.myParm->getName();
+    return myChannels ? slot.myParm->getChannelName(slot.myComponent) : slot.myParm->getName();
 }
 
-std::size_t HostParmList::Index::slotOf(std::string_view name, std::uint64_t hash) const
+std::size_t HostParmList::Index::slotOf(std::string_view name, std::uint32_t hash) const
 {
     const std::size_t mask = mySlots.size() - 1;
     for (std::size_t i = hash & mask;; i = (i + 1) & mask)
     {
         const Slot &slot = mySlots[i];
-        if (!slot.myRef.myParm || (slot.myHash == hash && keyOf(slot.myRef) == name))
+        if (!slot.myParm || (slot.myHash == hash && keyOf(slot) == name))
             return i;
     }
 }
@@ -284,6 +282,6 @@ void HostParmList::Index::rehash(std::size_t capacity)
     std::vector<Slot> old(capacity);
     old.swap(mySlots);
     for (const Slot &slot : old)
-        if (slot.myRef.myParm)
-            mySlots[slotOf(keyOf(slot.myRef), slot.myHash)] = slot;
+        if (slot.myParm)
+            mySlots[slotOf(keyOf(slot), slot.myHash)] = slot;
 }

@@ -67,8 +67,8 @@ private:
     };
 
     /// Parameters by name (or by channel name) in one open-addressed array, linear probing,
-    /// at most half full. The names stay in the parameters; a slot keeps the parameter, the
-    /// component and the hash. Every node built fills two of these, and a node-based map
+    /// at most three quarters full. The names stay in the parameters; a slot keeps the parameter,
+    /// the component and the hash. Every node built fills two of these, and a node-based map
     /// allocated a node per name: after a mass deletion the allocator's search for those
     /// small blocks cost more than the rest of building the node.
     class Index
@@ -79,18 +79,19 @@ private:
         void reserve(std::size_t count);
         /// Adds the entry unless its name is taken: the first registration wins.
         void add(HostParm *parm, int component);
-        /// The entry of that name, or null.
-        const ChannelRef *find(std::string_view name) const;
+        /// The entry of that name; a null parameter when there is none.
+        ChannelRef find(std::string_view name) const;
 
     private:
         struct Slot
         {
-            ChannelRef myRef{nullptr, 0}; // no parameter: an empty slot
-            std::uint64_t myHash = 0;
+            HostParm *myParm = nullptr; // null: an empty slot
+            std::int32_t myComponent = 0;
+            std::uint32_t myHash = 0;
         };
-        const std::string &keyOf(const ChannelRef &ref) const;
+        const std::string &keyOf(const Slot &slot) const;
         /// The slot holding `name`, or the empty slot where it would go (slots not empty).
-        std::size_t slotOf(std::string_view name, std::uint64_t hash) const;
+        std::size_t slotOf(std::string_view name, std::uint32_t hash) const;
         void rehash(std::size_t capacity);
 
         std::vector<Slot> mySlots;
