@@ -22,7 +22,7 @@ int HostUndoManager::beginUndoBlock(const char *name, HostUndoBlockType type)
 {
     const int id = myNextId++;
     ++myBlocksOpened;
-    const std::string block_name = name ? name : "";
+    const std::string *block_name = intern(name);
     if (myOpen.empty())
     {
         myPending = std::make_unique<Step>();
@@ -88,7 +88,7 @@ bool HostUndoManager::addToUndoBlock(std::unique_ptr<HostUndo> undo)
         return true;
     }
     auto step = std::make_unique<Step>();
-    step->myName = theUnnamedStep;
+    step->myName = intern(theUnnamedStep);
     step->myRecords.push_back(std::move(undo));
     myUndo.push_back(std::move(step));
     myRedo.clear();
@@ -149,14 +149,14 @@ std::string HostUndoManager::getUndoName(int i) const
 {
     if (i < 0 || i >= getUndoCount())
         return std::string();
-    return myUndo[myUndo.size() - 1 - i]->myName;
+    return *myUndo[myUndo.size() - 1 - i]->myName;
 }
 
 std::string HostUndoManager::getRedoName(int i) const
 {
     if (i < 0 || i >= getRedoCount())
         return std::string();
-    return myRedo[myRedo.size() - 1 - i]->myName;
+    return *myRedo[myRedo.size() - 1 - i]->myName;
 }
 
 int HostUndoManager::getUndoRecordCount(int i) const
@@ -170,7 +170,15 @@ std::vector<HostUndoManager::BlockInfo> HostUndoManager::getUndoBlocks(int i) co
 {
     if (i < 0 || i >= getUndoCount())
         return {};
-    return myUndo[myUndo.size() - 1 - i]->myBlocks;
+    std::vector<BlockInfo> blocks;
+    for (const StepBlock &block : myUndo[myUndo.size() - 1 - i]->myBlocks)
+        blocks.push_back({block.myDepth, *block.myName});
+    return blocks;
+}
+
+const std::string *HostUndoManager::intern(const char *name)
+{
+    return &*myNames.insert(name ? name : "").first;
 }
 
 std::size_t HostUndoManager::getMemoryUsage() const

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 /// Kinds of undo block. A normal block is one step of its own when outermost; a merging
@@ -85,25 +86,37 @@ public:
     void clear();
 
 private:
+    // Block names are kept once each (see intern): a block is opened for every change, and
+    // copying its name into the step, the block list and the open list took several
+    // allocations per change that the history then kept.
+    struct StepBlock
+    {
+        int myDepth;
+        const std::string *myName;
+    };
     struct Step
     {
-        std::string myName;
+        const std::string *myName = nullptr;
         HostUndoBlockType myType = HOST_UNDO_BLOCK_NORMAL;
         std::vector<std::unique_ptr<HostUndo>> myRecords;
-        std::vector<BlockInfo> myBlocks;
+        std::vector<StepBlock> myBlocks;
     };
     struct OpenBlock
     {
         int myId;
-        std::string myName;
+        const std::string *myName;
     };
+
+    /// The one copy of a block name; equal names give the same pointer.
+    const std::string *intern(const char *name);
 
     void closeStep();
     void playBack(Step &step, bool undo);
 
     std::vector<std::unique_ptr<Step>> myUndo;
     std::vector<std::unique_ptr<Step>> myRedo;
-    std::unique_ptr<Step> myPending; ///< the step collected by the open blocks
+    std::unique_ptr<Step> myPending;         ///< the step collected by the open blocks
+    std::unordered_set<std::string> myNames; ///< every block name used so far
     std::vector<OpenBlock> myOpen;
     int myNextId = 0;
     int myBlocksOpened = 0;
