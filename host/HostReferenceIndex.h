@@ -109,9 +109,22 @@ private:
         const std::string *myToken;
     };
     static bool refersTo(const HostParm &parm, const std::vector<Filed> &filed, const Match &m);
-    void collect(const std::set<Slot> &slots, const Match &m, std::set<Slot> &seen,
-                 std::vector<HostReferrer> &out) const;
-    static void sortReferrers(std::vector<HostReferrer> &refs);
+    /// A referrer found, with the keys it is sorted by (node id, parameter index,
+    /// component), read while the parameter is at hand.
+    struct Found
+    {
+        int myNodeId;
+        int myParmIndex;
+        int myComponent;
+        HostParm *myParm;
+        bool operator<(const Found &o) const
+        {
+            return myNodeId != o.myNodeId       ? myNodeId < o.myNodeId
+                   : myParmIndex != o.myParmIndex ? myParmIndex < o.myParmIndex
+                                                  : myComponent < o.myComponent;
+        }
+    };
+    void collect(const std::set<Slot> &slots, const Match &m, std::vector<Found> &out) const;
     /// The referrers filed under `node` for the tokens taken that match `m`, sorted.
     std::vector<HostReferrer> find(const HostNode &node, const Match &m,
                                    const std::function<bool(const std::string &)> &takeToken) const;
