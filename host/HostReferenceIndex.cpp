@@ -187,7 +187,7 @@ void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
         if (!splitChannelPath(nodePath, literal.myPath, f.myTarget, f.myToken))
             continue;
         f.myPath = std::move(literal.myPath);
-        if (myByTarget[f.myTarget][f.myToken].insert(Slot(&parm, k)).second)
+        if (myByTarget[f.myTarget][f.myToken].insert(Slot(&parm, k)))
             ++myNumEntries;
         filed.push_back(std::move(f));
     }
@@ -250,19 +250,20 @@ bool HostReferenceIndex::refersTo(const HostParm &parm, const std::vector<Filed>
     return false;
 }
 
-void HostReferenceIndex::collect(const std::set<Slot> &slots, const Match &m,
+void HostReferenceIndex::collect(const HostReferrerSet &slots, const Match &m,
                                  std::vector<Found> &out) const
 {
-    for (const Slot &slot : slots)
-    {
-        auto it = myByParm.find(slot.first);
-        if (it == myByParm.end())
-            continue;
-        const HostParm &parm = *slot.first;
-        if (refersTo(parm, it->second[slot.second].myFiled, m))
-            out.push_back(
-                {parm.getNode()->getUniqueId(), parm.getIndex(), slot.second, slot.first});
-    }
+    slots.forEach(
+        [&](const Slot &slot)
+        {
+            auto it = myByParm.find(slot.first);
+            if (it == myByParm.end())
+                return;
+            const HostParm &parm = *slot.first;
+            if (refersTo(parm, it->second[slot.second].myFiled, m))
+                out.push_back(
+                    {parm.getNode()->getUniqueId(), parm.getIndex(), slot.second, slot.first});
+        });
 }
 
 std::vector<HostReferrer>
