@@ -43,8 +43,8 @@ HostNode *HostNetwork::getNode(int i) const
 
 HostNode *HostNetwork::findNode(const std::string &name) const
 {
-    auto it = myByName.find(name);
-    return it == myByName.end() ? nullptr : it->second;
+    HostNode *const *found = myByName.find(name);
+    return found ? *found : nullptr;
 }
 
 namespace
@@ -63,7 +63,7 @@ std::string wrongNetworkHint(const HostOperatorTable *mine, const std::string &t
 HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node, int position)
 {
     HostNode *n = node.get();
-    myByName.emplace(n->getName(), n);
+    addName(n->getName(), n);
     if (position >= 0 && position < getNumNodes())
         insertAt(static_cast<size_t>(position), std::move(node));
     else
@@ -218,7 +218,7 @@ bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::s
     myByName.erase(old_name);
     releaseName(old_name);
     node->myName = new_name;
-    myByName.emplace(new_name, node);
+    addName(new_name, node);
     if (!HostChannelManager::get().getScopedChannels().empty())
         HostChannelManager::get().renameScopedNode(old_path, node->getFullPath());
     myDirector->getReferenceIndex().nodeRenamed(*node);

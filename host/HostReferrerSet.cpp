@@ -1,6 +1,8 @@
 // HostReferrerSet: an open-addressed set of referring components.
 #include "host/HostReferrerSet.h"
 
+#include "host/HostProbeErase.h"
+
 #include <cstdint>
 
 std::size_t HostReferrerSet::homeOf(const Slot &slot) const
@@ -40,16 +42,9 @@ bool HostReferrerSet::erase(const Slot &slot)
     std::size_t i = find(slot);
     if (!mySlots[i].first)
         return false;
-    // Each later entry of the run moves into the hole unless its home lies between the hole
-    // and it, so that no search stops early at the emptied slot.
-    const std::size_t mask = mySlots.size() - 1;
-    for (std::size_t j = (i + 1) & mask; mySlots[j].first; j = (j + 1) & mask)
-        if (((j - homeOf(mySlots[j])) & mask) >= ((j - i) & mask))
-        {
-            mySlots[i] = mySlots[j];
-            i = j;
-        }
-    mySlots[i] = Slot(nullptr, 0);
+    HostProbeErase(
+        mySlots, i, [](const Slot &s) { return s.first != nullptr; },
+        [this](const Slot &s) { return homeOf(s); });
     --myCount;
     return true;
 }
