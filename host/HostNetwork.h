@@ -1,7 +1,8 @@
 // HostNetwork: the children of a node, all of one network type.
 #pragma once
 
-#include "host/HostNameTable.h"
+#include "host/HostNameIndex.h"
+#include "host/HostNode.h"
 
 #include <memory>
 #include <string>
@@ -66,13 +67,6 @@ public:
 private:
     /// Keeps the free-name marks true when a child's name is given up.
     void releaseName(const std::string &name);
-    /// Files `node` under `name`, unless a node is filed there already.
-    void addName(const std::string &name, HostNode *node)
-    {
-        auto added = myByName.tryEmplace(name);
-        if (added.second)
-            *added.first = node;
-    }
     HostNode *adopt(std::unique_ptr<HostNode> node, int position = -1);
     /// Index (from 0) of a child, or -1; searched from both ends at once.
     int indexOf(const HostNode *node) const;
@@ -87,7 +81,7 @@ private:
     /// deleting from the front cost O(1) amortised instead of moving every sibling.
     std::vector<std::unique_ptr<HostNode>> myNodes;
     size_t myFirst = 0;
-    HostNameTable<HostNode *> myByName;
+    HostNameIndex<HostNode, &HostNode::getName> myByName;
     /// Per name stem, a number below which every stem + number (from 1) is a child's name:
     /// where the free-name search starts. Lowered when such a name is released.
     mutable std::unordered_map<std::string, long long> myTakenBelow;
