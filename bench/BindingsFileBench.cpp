@@ -7,6 +7,8 @@
 #include "resource/GZ_ResourceManager.h"
 #include "resource/GZ_SelectorTemplate.h"
 
+#include "CacheEviction.h"
+
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -50,18 +52,6 @@ HostParmTemplateList transformTemplates()
 bool coldRuns(const benchmark::State &state)
 {
     return state.range(1) != 0;
-}
-
-/// Walks a buffer larger than the processor's caches, outside the timed part.
-void evictCaches(benchmark::State &state)
-{
-    static std::vector<char> theBuffer(256u << 20, 1);
-    state.PauseTiming();
-    long sum = 0;
-    for (size_t i = 0; i < theBuffer.size(); i += 64)
-        sum += ++theBuffer[i];
-    benchmark::DoNotOptimize(sum);
-    state.ResumeTiming();
 }
 
 /// Operator types "<prefix><i>" for i below `count` in a standard table.

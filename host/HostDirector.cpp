@@ -86,8 +86,8 @@ HostNode *HostDirector::findNode(const std::string &path, const HostNode *relati
 
 HostNode *HostDirector::findNodeById(int unique_id) const
 {
-    auto it = myById.find(unique_id);
-    return it == myById.end() ? nullptr : it->second;
+    return unique_id >= 0 && unique_id < static_cast<int>(myById.size()) ? myById[unique_id]
+                                                                          : nullptr;
 }
 
 HostNode *HostDirector::createNode(const std::string &type, const std::string &full_path,
@@ -188,12 +188,23 @@ void *HostDirector::getProxy(int index) const
 
 void HostDirector::registerNode(HostNode *node)
 {
-    myById[node->getUniqueId()] = node;
+    const int id = node->getUniqueId();
+    if (id < 0)
+        return; // ids are handed out from 0: never the case
+    if (id >= static_cast<int>(myById.size()))
+        myById.resize(static_cast<size_t>(id) + 1, nullptr);
+    myNumNodes += myById[id] ? 0 : 1;
+    myById[id] = node;
 }
 
 void HostDirector::unregisterNode(HostNode *node)
 {
-    myById.erase(node->getUniqueId());
+    const int id = node->getUniqueId();
+    if (id >= 0 && id < static_cast<int>(myById.size()) && myById[id])
+    {
+        myById[id] = nullptr;
+        --myNumNodes;
+    }
     if (myCurrentNodeId == node->getUniqueId())
         myCurrentNodeId = -1;
 }

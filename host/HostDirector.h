@@ -59,7 +59,7 @@ public:
     bool deleteNode(HostNode *node);
     bool renameNode(HostNode *node, const std::string &new_name, std::string *error = nullptr);
     /// Number of live nodes, managers included.
-    int getNumNodes() const { return static_cast<int>(myById.size()); }
+    int getNumNodes() const { return myNumNodes; }
 
     /// The current node (cleared when it is deleted).
     HostNode *getCurrentNode() const;
@@ -115,7 +115,7 @@ private:
     friend class HostNode;
     int allocateId() { return myNextId++; }
     /// Whether an id was handed out before and no live node holds it.
-    bool isReusableId(int id) const { return id >= 0 && id < myNextId && !myById.count(id); }
+    bool isReusableId(int id) const { return id >= 0 && id < myNextId && !findNodeById(id); }
     void registerNode(HostNode *node);
     void unregisterNode(HostNode *node);
     void makeManagers();
@@ -123,7 +123,9 @@ private:
     HostReferenceIndex myReferences; // before myRoot: parameters leave it as nodes go
     HostMultiParmLinks myMultiParmLinks;
     std::unique_ptr<HostNode> myRoot;
-    std::unordered_map<int, HostNode *> myById;
+    /// Nodes by unique id (ids are handed out in order from 0); null for a freed id.
+    std::vector<HostNode *> myById;
+    int myNumNodes = 0;
     int myNextId = 0;
     int myCurrentNodeId = -1;
     double myTime = 0.0;

@@ -43,8 +43,7 @@ HostNode *HostNetwork::getNode(int i) const
 
 HostNode *HostNetwork::findNode(const std::string &name) const
 {
-    auto it = myByName.find(name);
-    return it == myByName.end() ? nullptr : it->second;
+    return myByName.find(name);
 }
 
 namespace
@@ -63,7 +62,7 @@ std::string wrongNetworkHint(const HostOperatorTable *mine, const std::string &t
 HostNode *HostNetwork::adopt(std::unique_ptr<HostNode> node, int position)
 {
     HostNode *n = node.get();
-    myByName.emplace(n->getName(), n);
+    myByName.insert(n);
     if (position >= 0 && position < getNumNodes())
         insertAt(static_cast<size_t>(position), std::move(node));
     else
@@ -218,7 +217,7 @@ bool HostNetwork::renameNode(HostNode *node, const std::string &new_name, std::s
     myByName.erase(old_name);
     releaseName(old_name);
     node->myName = new_name;
-    myByName.emplace(new_name, node);
+    myByName.insert(node);
     if (!HostChannelManager::get().getScopedChannels().empty())
         HostChannelManager::get().renameScopedNode(old_path, node->getFullPath());
     myDirector->getReferenceIndex().nodeRenamed(*node);

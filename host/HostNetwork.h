@@ -1,6 +1,9 @@
 // HostNetwork: the children of a node, all of one network type.
 #pragma once
 
+#include "host/HostNameIndex.h"
+#include "host/HostNode.h"
+
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -78,7 +81,7 @@ private:
     /// deleting from the front cost O(1) amortised instead of moving every sibling.
     std::vector<std::unique_ptr<HostNode>> myNodes;
     size_t myFirst = 0;
-    std::unordered_map<std::string, HostNode *> myByName;
+    HostNameIndex<HostNode, &HostNode::getName> myByName;
     /// Per name stem, a number below which every stem + number (from 1) is a child's name:
     /// where the free-name search starts. Lowered when such a name is released.
     mutable std::unordered_map<std::string, long long> myTakenBelow;

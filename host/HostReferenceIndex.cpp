@@ -187,7 +187,7 @@ void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
         if (!splitChannelPath(nodePath, literal.myPath, f.myTarget, f.myToken))
             continue;
         f.myPath = std::move(literal.myPath);
-        if (myByTarget[f.myTarget][f.myToken].insert(Slot(&parm, k)).second)
+        if (myByTarget[f.myTarget][f.myToken].insert(Slot(&parm, k)))
             ++myNumEntries;
         filed.push_back(std::move(f));
     }
@@ -250,37 +250,20 @@ bool HostReferenceIndex::refersTo(const HostParm &parm, const std::vector<Filed>
     return false;
 }
 
-void HostReferenceIndex::collect(const std::set<Slot> &slots, const Match &m, std::set<Slot> &seen,
-                                 std::vector<HostReferrer> &out) const
+void HostReferenceIndex::collect(const HostReferrerSet &slots, const Match &m,
+                                 std::vector<Found> &out) const
 {
-    for (const Slot &slot : slots)
-    {
-        if (!seen.insert(slot).second)
-            continue;
-        auto it = myByParm.find(slot.first);
-        if (it == myByParm.end())
-            continue;
-        if (refersTo(*slot.first, it->second[slot.second].myFiled, m))
-            out.push_back({slot.first, slot.second});
-    }
-}
-
-void HostReferenceIndex::sortReferrers(std::vector<HostReferrer> &refs)
-{
-    // The keys are read once per referrer: comparing through the parameters would visit
-    // scattered nodes O(n log n) times, which dominates once there are thousands.
-    using Key = std::tuple<int, int, int, size_t>;
-    std::vector<Key> keys;
-    keys.reserve(refs.size());
-    for (size_t i = 0; i < refs.size(); ++i)
-        keys.emplace_back(refs[i].myParm->getNode()->getUniqueId(), refs[i].myParm->getIndex(),
-                          refs[i].myComponent, i);
-    std::sort(keys.begin(), keys.end());
-    std::vector<HostReferrer> sorted;
-    sorted.reserve(refs.size());
-    for (const Key &key : keys)
-        sorted.push_back(refs[std::get<3>(key)]);
-    refs.swap(sorted);
+    slots.forEach(
+        [&](const Slot &slot)
+        {
+            auto it = myByParm.find(slot.first);
+            if (it == myByParm.end())
+                return;
+            const HostParm &parm = *slot.first;
+            if (refersTo(parm, it->second[slot.second].myFiled, m))
+                out.push_back(
+                    {parm.getNode()->getUniqueId(), parm.getIndex(), slot.second, slot.first});
+        });
 }
 
 std::vector<HostReferrer>
@@ -291,11 +274,19 @@ HostReferenceIndex::find(const HostNode &node, const Match &m,
     auto target = myByTarget.find(node.getFullPath());
     if (target == myByTarget.end())
         return out;
-    std::set<Slot> seen;
+    // The sort keys are read with the check, while each parameter is in the cache: a pass
+    // of their own (or comparing through the parameters) would visit every scattered
+    // referrer again. A component filed under two tokens is found twice, next to itself.
+    std::vector<Found> found;
     for (const auto &token : target->second)
         if (takeToken(token.first))
-            collect(token.second, m, seen, out);
-    sortReferrers(out);
+            collect(token.second, m, found);
+    std::sort(found.begin(), found.end());
+    out.reserve(found.size());
+    for (size_t i = 0; i < found.size(); ++i)
+        if (i == 0 || found[i].myParm != found[i - 1].myParm ||
+            found[i].myComponent != found[i - 1].myComponent)
+            out.push_back({found[i].myParm, found[i].myComponent});
     return out;
 }
 

@@ -1,9 +1,10 @@
 // HostReferenceIndex: which parameter components refer to a node's channels.
 #pragma once
 
+#include "host/HostReferrerSet.h"
+
 #include <cstddef>
 #include <functional>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -109,9 +110,22 @@ private:
         const std::string *myToken;
     };
     static bool refersTo(const HostParm &parm, const std::vector<Filed> &filed, const Match &m);
-    void collect(const std::set<Slot> &slots, const Match &m, std::set<Slot> &seen,
-                 std::vector<HostReferrer> &out) const;
-    static void sortReferrers(std::vector<HostReferrer> &refs);
+    /// A referrer found, with the keys it is sorted by (node id, parameter index,
+    /// component), read while the parameter is at hand.
+    struct Found
+    {
+        int myNodeId;
+        int myParmIndex;
+        int myComponent;
+        HostParm *myParm;
+        bool operator<(const Found &o) const
+        {
+            return myNodeId != o.myNodeId       ? myNodeId < o.myNodeId
+                   : myParmIndex != o.myParmIndex ? myParmIndex < o.myParmIndex
+                                                  : myComponent < o.myComponent;
+        }
+    };
+    void collect(const HostReferrerSet &slots, const Match &m, std::vector<Found> &out) const;
     /// The referrers filed under `node` for the tokens taken that match `m`, sorted.
     std::vector<HostReferrer> find(const HostNode &node, const Match &m,
                                    const std::function<bool(const std::string &)> &takeToken) const;
@@ -119,6 +133,6 @@ private:
     /// Referring components by parameter; each vector is indexed by component.
     std::unordered_map<const HostParm *, std::vector<ComponentRefs>> myByParm;
     /// Absolute node path -> channel token -> referring components.
-    std::unordered_map<std::string, std::unordered_map<std::string, std::set<Slot>>> myByTarget;
+    std::unordered_map<std::string, std::unordered_map<std::string, HostReferrerSet>> myByTarget;
     size_t myNumEntries = 0;
 };

@@ -355,10 +355,32 @@ void GZ_EditScriptedParms::removeMarked(const std::vector<bool> &marked)
     myParms.resize(out);
 }
 
+bool GZ_EditScriptedParms::isClosedTail(int first) const
+{
+    int depth = 0;
+    for (int i = first; i < entries(); ++i)
+    {
+        const GZ_EditScriptedParm &p = *myParms[i];
+        if (p.getIsGroupStart())
+            ++depth;
+        else if (p.getIsGroupEnd() && --depth < 0)
+            return false;
+    }
+    return depth == 0;
+}
+
 int GZ_EditScriptedParms::removeParms(int first, int last, bool fix_joins)
 {
     if (first < 0 || last >= entries() || first > last)
         return 0;
+    if (last + 1 == entries() && isClosedTail(first))
+    {
+        // Nothing outside the tail is tied to it: it goes without a pass over the whole set.
+        myParms.truncate(first);
+        if (fix_joins)
+            removeInvalidJoins();
+        return last - first + 1;
+    }
     const std::vector<int> match = computeMatches();
     std::vector<bool> marked(myParms.size(), false);
     int count = 0;

@@ -235,6 +235,9 @@ private:
     void createOne(const HostParmTemplate *&t, BuildState &state);
     void createImportGroups(BuildState &state, int switcher, int folder, int after);
     void removeMarked(const std::vector<bool> &marked);
+    /// Whether the entries from `first` on open and close their own blocks (every end in
+    /// them closes an opener in them), so that removing them touches nothing before.
+    bool isClosedTail(int first) const;
     void applyComponent(HostNode &node, GZ_EditScriptedParm &def, int k, double time,
                         std::vector<std::string> &warnings, std::vector<int> &node_ids,
                         std::vector<int> &parm_indices);

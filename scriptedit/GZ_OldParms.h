@@ -85,10 +85,14 @@ private:
     struct Context;
     void resolveInInterface(const gz_OldParm &rec, GZ_EditScriptedParms &parms,
                             const HostNode &node, std::vector<std::string> &warnings) const;
-    void resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const;
+    void resolveOldParmChannels(const gz_OldParm &rec,
+                                std::vector<std::pair<std::string, std::string>> pairs,
+                                Context &ctx) const;
     void resolveSingleParm(const gz_OldParm &rec, const std::string &old_channel,
                            const std::string &new_channel, Context &ctx) const;
-    void resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const;
+    void resolveOldMultiParmInfo(const gz_OldParm &rec,
+                                 const std::vector<std::pair<std::string, std::string>> &pairs,
+                                 Context &ctx) const;
     /// The edited node's own multiparm link of pattern `from` moves to `to` (or goes).
     static void resolveOwnPattern(const gz_OldParm &rec, const std::string &from,
                                   const std::string &to, Context &ctx);

@@ -84,12 +84,17 @@ void GZ_OldParms::resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
     for (const gz_OldParm &rec : myRecords)
         if (rec.isChanged())
             resolveInInterface(rec, parms, *node, warnings);
-    for (const gz_OldParm &rec : myRecords)
-        if (rec.isChanged())
-            resolveOldParmChannels(rec, ctx);
-    for (const gz_OldParm &rec : myRecords)
-        if (rec.isChanged())
-            resolveOldMultiParmInfo(rec, ctx);
+    // The names each record's referrers are found under, worked out once for both passes.
+    std::vector<Pairs> names(myRecords.size());
+    for (size_t r = 0; r < myRecords.size(); ++r)
+        if (myRecords[r].isChanged())
+            addReferenceNames(myRecords[r], parms, names[r]);
+    for (size_t r = 0; r < myRecords.size(); ++r)
+        if (myRecords[r].isChanged())
+            resolveOldParmChannels(myRecords[r], names[r], ctx);
+    for (size_t r = 0; r < myRecords.size(); ++r)
+        if (myRecords[r].isChanged())
+            resolveOldMultiParmInfo(myRecords[r], names[r], ctx);
     for (const gz_OldParm &rec : myRecords)
         if (rec.isChanged())
             resolveOnNode(rec, ctx);
@@ -177,10 +182,8 @@ void GZ_OldParms::addReferenceNames(const gz_OldParm &rec, const GZ_EditScripted
         pairs.insert(pairs.begin(), {rec.myOriginalName, rec.myCurrentName});
 }
 
-void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) const
+void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Pairs pairs, Context &ctx) const
 {
-    Pairs pairs;
-    addReferenceNames(rec, *ctx.myParms, pairs);
     addInstanceNames(*ctx.myNode, pairs);
     for (const auto &pair : pairs)
         resolveSingleParm(rec, pair.first, pair.second, ctx);
@@ -190,10 +193,9 @@ void GZ_OldParms::resolveOldParmChannels(const gz_OldParm &rec, Context &ctx) co
 // reported, by the deletion behaviour) with a deletion; the edited node's own links of a
 // renamed or deleted instance pattern follow it too. A ramp's point patterns are both: the
 // edited node may link them, and other nodes may link theirs to them.
-void GZ_OldParms::resolveOldMultiParmInfo(const gz_OldParm &rec, Context &ctx) const
+void GZ_OldParms::resolveOldMultiParmInfo(const gz_OldParm &rec, const Pairs &pairs,
+                                          Context &ctx) const
 {
-    Pairs pairs;
-    addReferenceNames(rec, *ctx.myParms, pairs);
     for (const auto &[from, to] : pairs)
     {
         if (from.find('#') != std::string::npos)

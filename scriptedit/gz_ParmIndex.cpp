@@ -70,6 +70,32 @@ void gz_ParmIndex::inserted(const List &parms, int at, int count,
     rematch();
 }
 
+void gz_ParmIndex::erasingTail(const List &parms, int from)
+{
+    if (myStale)
+        return;
+    for (int i = from; i < static_cast<int>(parms.size()); ++i)
+    {
+        auto it = myNames.find(parms[i]->getName());
+        if (it != myNames.end() && --it->second == 0)
+            myNames.erase(it);
+    }
+    while (!myMarks.empty() && myMarks.back().myPos >= from)
+    {
+        if (myMarks.back().isOpener())
+        {
+            // The opener is the last of its label: positions are kept in list order.
+            auto it = myLabels.find(parms[myMarks.back().myPos]->getLabel());
+            if (it != myLabels.end() && !it->second.empty())
+                it->second.pop_back();
+            if (it != myLabels.end() && it->second.empty())
+                myLabels.erase(it);
+        }
+        myMarks.pop_back();
+    }
+    rematch();
+}
+
 void gz_ParmIndex::add(const GZ_EditScriptedParm &parm, int pos)
 {
     if (!parm.getName().empty())

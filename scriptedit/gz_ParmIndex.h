@@ -13,8 +13,8 @@ class GZ_EditScriptedParm;
 
 /// What a parameter set is asked about while properties are added to it: whether a name is
 /// taken, where the openers of a label are, where a block ends, which folder comes first
-/// inside a block and where a run of folders ends. Appending and inserting update it in time proportional to the entries added and
-/// the set's group entries (never its ordinary parameters); any other change marks it stale,
+/// inside a block and where a run of folders ends. Appending, inserting and removing the tail
+/// update it in time proportional to the entries added or removed and the set's group entries (never its ordinary parameters); any other change marks it stale,
 /// and it is rebuilt from the list on the next query. Entries are linked to it, so that a
 /// change of name, label or kind made through an entry marks it stale too.
 class gz_ParmIndex
@@ -29,6 +29,9 @@ public:
     /// Takes note of `count` entries just inserted before entry `at` (one append when `at` is
     /// where the list ended).
     void inserted(const List &parms, int at, int count, const std::shared_ptr<gz_ParmIndex> &self);
+
+    /// Takes note of the entries from `from` to the end being removed (called before they go).
+    void erasingTail(const List &parms, int from);
 
     bool hasName(const std::string &name) const;
     /// Indices of the openers labelled `label`, in list order.

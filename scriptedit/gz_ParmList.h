@@ -51,6 +51,12 @@ public:
                        std::make_move_iterator(parms.end()));
         myIndex->inserted(myParms, at, static_cast<int>(parms.size()), myIndex);
     }
+    /// Removes the entries from `from` (a valid position) to the end, index kept.
+    void truncate(int from)
+    {
+        myIndex->erasingTail(myParms, from);
+        myParms.erase(myParms.begin() + from, myParms.end());
+    }
     void reserve(std::size_t n) { myParms.reserve(n); }
     void resize(std::size_t n) { edit().resize(n); }
     void clear()

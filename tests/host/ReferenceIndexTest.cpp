@@ -3,9 +3,12 @@
 
 #include "host/HostParm.h"
 #include "host/HostReferenceIndex.h"
+#include "host/HostReferrerSet.h"
 #include "host/HostRenameRepair.h"
 
+#include <set>
 #include <tuple>
+#include <vector>
 
 namespace
 {
@@ -193,4 +196,26 @@ TEST_F(ReferenceIndex, BakeKeepsTheValueDropsTheReferenceAndUndoes)
     EXPECT_FALSE(geo2->canModify());
     EXPECT_FALSE(geo2->bakeParmValue(t, 0, 0.0));
     EXPECT_TRUE(t.hasExpression(0));
+}
+
+TEST(ReferrerSet, MatchesASetThroughGrowthAndErasure)
+{
+    // Slots of a few fake parameters, inserted and erased in a mixed order through several
+    // growths: every entry left must stay reachable after the erasures around it.
+    HostReferrerSet set;
+    std::set<HostReferrerSet::Slot> model;
+    std::vector<char> parms(64);
+    for (int step = 0; step < 5000; ++step)
+    {
+        const HostReferrerSet::Slot slot(reinterpret_cast<HostParm *>(&parms[step * 37 % 64]),
+                                         step * 11 % 3);
+        const bool add = step % 5 < 3;
+        ASSERT_EQ(add ? set.insert(slot) : set.erase(slot),
+                  add ? model.insert(slot).second : model.erase(slot) == 1)
+            << step;
+        ASSERT_EQ(set.size(), model.size());
+    }
+    std::set<HostReferrerSet::Slot> walked;
+    set.forEach([&](const HostReferrerSet::Slot &slot) { walked.insert(slot); });
+    EXPECT_EQ(walked, model);
 }

@@ -236,6 +236,7 @@ TEST(EditScriptedParms, IndexFollowsEveryEdit)
              s.addParm(end());
          }},
         {"merge", [&] { s.mergeParms(set(parm("a"), open(GZ_FOLDER_TABS, "f4", "Inner"), end())); }},
+        {"remove tail", [&] { s.removeParms(s.entries() - 3, s.entries() - 1, false); }},
         {"clear", [&] { s.clearParms(); s.addParm(parm("z")); }},
     };
     const char *names_seen[] = {"a", "b", "bb", "c", "e", "e2", "x", "r", "g", "f3", "f4", "z"};
