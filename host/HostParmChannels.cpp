@@ -410,19 +410,26 @@ void HostParm::overwriteDefault(int k, double time)
         return;
     }
     std::string error;
-    myComponents[k].myDefault = HostParmDefault(evalFloat(k, time, error) -
-                                                HostChannelManager::get().getLayerSum(*this, k));
+    setDefault(k, HostParmDefault(evalFloat(k, time, error) -
+                                  HostChannelManager::get().getLayerSum(*this, k)));
 }
 
 const std::string &HostParm::getChannelOverride(int k) const
 {
-    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myOverride : theEmpty;
+    if (k < 0 || k >= getVectorSize() || !myComponents[k].myOverride)
+        return theEmpty;
+    return *myComponents[k].myOverride;
 }
 
 void HostParm::setChannelOverride(int k, const std::string &path)
 {
-    if (k >= 0 && k < getVectorSize())
-        myComponents[k].myOverride = path;
+    if (k < 0 || k >= getVectorSize())
+        return;
+    std::shared_ptr<const std::string> &slot = myComponents[k].myOverride;
+    if (path.empty())
+        slot.reset();
+    else
+        slot = std::make_shared<const std::string>(path);
 }
 
 // ---------------------------------------------------------------------------------------
