@@ -18,6 +18,8 @@ const std::string theEmpty;
 const HostParmDefault theNoDefault;
 const HostParmDefault theFolderDefault(0.0);
 const std::vector<HostParm *> theNoInstance;
+const std::vector<std::vector<HostParm *>> theNoInstances;
+const std::vector<HostParmInterest> theNoInterests;
 
 // The default a fresh component starts from. A switcher's template defaults describe its
 // folders, so its value (the open folder) starts at 0.
@@ -109,17 +111,20 @@ const std::string &HostParm::getChannelName(int k) const
 {
     if (k < 0 || k >= getVectorSize())
         return theEmpty;
-    return myChannelNames.empty() ? myTemplate->getChannelName(k) : myChannelNames[k];
+    if (!myRare || myRare->myChannelNames.empty())
+        return myTemplate->getChannelName(k);
+    return myRare->myChannelNames[k];
 }
 
 void HostParm::setChannelName(int k, const std::string &name)
 {
     // Only instances of multiparms rename their channels: the others share the template's
     // names instead of holding copies (a node has many components).
-    if (myChannelNames.empty())
+    std::vector<std::string> &names = rare().myChannelNames;
+    if (names.empty())
         for (int j = 0; j < getVectorSize(); ++j)
-            myChannelNames.push_back(myTemplate->getChannelName(j));
-    myChannelNames[k] = name;
+            names.push_back(myTemplate->getChannelName(j));
+    names[k] = name;
 }
 
 int HostParm::findChannel(const std::string &channel) const
@@ -357,25 +362,34 @@ void HostParm::restoreState(const HostParmState &state)
 void HostParm::addInputInterest(const HostParmInterest &interest)
 {
     if (!hasInputInterest(interest))
-        myInterests.push_back(interest);
+        rare().myInterests.push_back(interest);
 }
 
 void HostParm::removeInputInterest(const HostParmInterest &interest)
 {
-    auto it = std::find(myInterests.begin(), myInterests.end(), interest);
-    if (it != myInterests.end())
-        myInterests.erase(it);
+    if (!myRare)
+        return;
+    std::vector<HostParmInterest> &interests = myRare->myInterests;
+    auto it = std::find(interests.begin(), interests.end(), interest);
+    if (it != interests.end())
+        interests.erase(it);
 }
 
 bool HostParm::hasInputInterest(const HostParmInterest &interest) const
 {
-    return std::find(myInterests.begin(), myInterests.end(), interest) != myInterests.end();
+    const std::vector<HostParmInterest> &interests = getInputInterests();
+    return std::find(interests.begin(), interests.end(), interest) != interests.end();
+}
+
+const std::vector<HostParmInterest> &HostParm::getInputInterests() const
+{
+    return myRare ? myRare->myInterests : theNoInterests;
 }
 
 void HostParm::notifyInputInterests(void *data) const
 {
     // Copy: a callback may remove its own interest.
-    std::vector<HostParmInterest> interests = myInterests;
+    std::vector<HostParmInterest> interests = getInputInterests();
     for (const HostParmInterest &i : interests)
         if (i.myCallback && hasInputInterest(i))
             i.myCallback(i.myCallee, data);
@@ -383,7 +397,20 @@ void HostParm::notifyInputInterests(void *data) const
 
 const std::vector<HostParm *> &HostParm::getInstanceParms(int i) const
 {
-    return (i >= 0 && i < static_cast<int>(myInstances.size())) ? myInstances[i] : theNoInstance;
+    const std::vector<std::vector<HostParm *>> &all = instances();
+    return (i >= 0 && i < static_cast<int>(all.size())) ? all[i] : theNoInstance;
+}
+
+HostParm::Rare &HostParm::rare() const
+{
+    if (!myRare)
+        myRare = std::make_unique<Rare>();
+    return *myRare;
+}
+
+const std::vector<std::vector<HostParm *>> &HostParm::instances() const
+{
+    return myRare ? myRare->myInstances : theNoInstances;
 }
 
 bool HostParm::hasInstances() const

@@ -151,8 +151,8 @@ public:
     void addInputInterest(const HostParmInterest &interest);
     void removeInputInterest(const HostParmInterest &interest);
     bool hasInputInterest(const HostParmInterest &interest) const;
-    int getNumInputInterests() const { return static_cast<int>(myInterests.size()); }
-    const std::vector<HostParmInterest> &getInputInterests() const { return myInterests; }
+    int getNumInputInterests() const { return static_cast<int>(getInputInterests().size()); }
+    const std::vector<HostParmInterest> &getInputInterests() const;
     /// Calls every interest with `data`, in registration order.
     void notifyInputInterests(void *data) const;
 
@@ -265,15 +265,25 @@ private:
     int myIndex;
     std::string myName;
     std::vector<HostParmComponent> myComponents;
-    std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
-    std::vector<HostParmInterest> myInterests;
-    mutable std::vector<std::string> myEvalErrors; ///< per component, sized on first error
+    /// State that few parameters have, kept apart so that the many plain parameters of a
+    /// scene stay small. Made on first use.
+    struct Rare
+    {
+        std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
+        std::vector<HostParmInterest> myInterests;
+        std::vector<std::string> myEvalErrors; ///< per component, sized on first error
+        std::vector<std::vector<HostParm *>> myInstances; ///< multiparms: instance parameters
+    };
+    Rare &rare() const;
+    /// The instances' parameters (multiparms), or an empty list.
+    const std::vector<std::vector<HostParm *>> &instances() const;
+
     bool mySpare = false;
     bool myHidden = false;
     bool myReferenced = false; ///< the reference index holds entries for this parameter
     // Multiparm bookkeeping, maintained by the list.
     int myInstanceCount = 0;
-    std::vector<std::vector<HostParm *>> myInstances;
+    mutable std::unique_ptr<Rare> myRare;
     HostParm *myOwner = nullptr;
     int myInstanceNumber = -1;
 };

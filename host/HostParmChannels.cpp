@@ -148,13 +148,14 @@ void HostParm::noteEvalError(int k, const std::string &error, bool report) const
 {
     if (error.empty())
     {
-        if (k < static_cast<int>(myEvalErrors.size()))
-            myEvalErrors[k].clear();
+        if (myRare && k < static_cast<int>(myRare->myEvalErrors.size()))
+            myRare->myEvalErrors[k].clear();
         return;
     }
-    if (static_cast<int>(myEvalErrors.size()) <= k)
-        myEvalErrors.resize(myComponents.size());
-    myEvalErrors[k] = error;
+    std::vector<std::string> &errors = rare().myEvalErrors;
+    if (static_cast<int>(errors.size()) <= k)
+        errors.resize(myComponents.size());
+    errors[k] = error;
     if (!report)
         return;
     const HostNode *node = getNode();
@@ -164,9 +165,9 @@ void HostParm::noteEvalError(int k, const std::string &error, bool report) const
 
 const std::string &HostParm::getEvalError(int k) const
 {
-    if (k < 0 || k >= static_cast<int>(myEvalErrors.size()))
+    if (!myRare || k < 0 || k >= static_cast<int>(myRare->myEvalErrors.size()))
         return theEmpty;
-    return myEvalErrors[k];
+    return myRare->myEvalErrors[k];
 }
 
 // ---------------------------------------------------------------------------------------
