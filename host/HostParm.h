@@ -68,8 +68,13 @@ struct HostParmInterest
 class HostParm
 {
 public:
-    HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index);
+    /// A parameter whose components live in the same allocation as the parameter itself: a
+    /// scene holds many parameters, and one block each halves the allocator's work and keeps
+    /// a parameter's state together.
+    static std::unique_ptr<HostParm> create(const HostParmTemplate &tmpl, HostParmList *list,
+                                            int index);
     ~HostParm();
+    static void operator delete(void *block) { ::operator delete(block); }
     HostParm(const HostParm &) = delete;
     HostParm &operator=(const HostParm &) = delete;
 
@@ -86,7 +91,7 @@ public:
     HostNode *getNode() const;
     HostParmList *getList() const { return myList; }
 
-    int getVectorSize() const { return static_cast<int>(myComponents.size()); }
+    int getVectorSize() const { return myNumComponents; }
     /// Channel name of component k ("tx"); empty when k is out of range.
     const std::string &getChannelName(int k) const;
     /// Component of a channel name of this parameter, or -1.
@@ -245,6 +250,11 @@ public:
 
 private:
     friend class HostParmList;
+
+    HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,
+             HostParmComponent *components);
+    /// Where the components start in a block that begins with the parameter.
+    static std::size_t componentsOffset();
     friend class HostReferenceIndex;
 
     /// Tells the scene's reference index that component k's expression text may have
@@ -264,7 +274,8 @@ private:
     HostParmList *myList;
     int myIndex;
     std::string myName;
-    std::vector<HostParmComponent> myComponents;
+    HostParmComponent *myComponents; ///< in the parameter's own block, after it
+    int myNumComponents;
     /// State that few parameters have, kept apart so that the many plain parameters of a
     /// scene stay small. Made on first use.
     struct Rare

@@ -79,7 +79,7 @@ HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) 
 HostParm *HostParmList::addParm(const HostParmTemplate &tmpl, bool spare, HostParm *owner,
                                 int instance)
 {
-    auto parm = std::make_unique<HostParm>(tmpl, this, getEntries());
+    std::unique_ptr<HostParm> parm = HostParm::create(tmpl, this, getEntries());
     HostParm *p = parm.get();
     p->mySpare = spare;
     if (owner)
