@@ -80,24 +80,41 @@ std::size_t HostParm::componentsOffset()
     return (sizeof(HostParm) + align - 1) / align * align;
 }
 
-std::unique_ptr<HostParm> HostParm::create(const HostParmTemplate &tmpl, HostParmList *list,
-                                           int index)
+std::size_t HostParm::blockSize(const HostParmTemplate &tmpl)
 {
     const std::size_t n = static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
-    void *block = ::operator new(componentsOffset() + n * sizeof(HostParmComponent));
+    return componentsOffset() + n * sizeof(HostParmComponent);
+}
+
+HostParm::Owner HostParm::create(const HostParmTemplate &tmpl, HostParmList *list, int index,
+                                 void *storage)
+{
+    const std::size_t n = static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
+    void *block = storage ? storage : ::operator new(blockSize(tmpl));
     auto *components =
         reinterpret_cast<HostParmComponent *>(static_cast<char *>(block) + componentsOffset());
     std::uninitialized_value_construct_n(components, n);
     try
     {
-        return std::unique_ptr<HostParm>(new (block) HostParm(tmpl, list, index, components));
+        Owner parm(new (block) HostParm(tmpl, list, index, components));
+        parm->myOwnsBlock = storage == nullptr;
+        return parm;
     }
     catch (...)
     {
         std::destroy_n(components, n);
-        ::operator delete(block);
+        if (!storage)
+            ::operator delete(block);
         throw;
     }
+}
+
+void HostParm::Release::operator()(HostParm *parm) const
+{
+    const bool owns = parm->myOwnsBlock;
+    parm->~HostParm();
+    if (owns)
+        ::operator delete(static_cast<void *>(parm));
 }
 
 HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,

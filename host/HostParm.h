@@ -68,13 +68,22 @@ struct HostParmInterest
 class HostParm
 {
 public:
-    /// A parameter whose components live in the same allocation as the parameter itself: a
-    /// scene holds many parameters, and one block each halves the allocator's work and keeps
-    /// a parameter's state together.
-    static std::unique_ptr<HostParm> create(const HostParmTemplate &tmpl, HostParmList *list,
-                                            int index);
+    /// Destroys a parameter made by `create` and frees its block unless its list lent it.
+    struct Release
+    {
+        void operator()(HostParm *parm) const;
+    };
+    using Owner = std::unique_ptr<HostParm, Release>;
+
+    /// Bytes a parameter of this template and its components take in one block.
+    static std::size_t blockSize(const HostParmTemplate &tmpl);
+    /// A parameter whose components live in the same block as the parameter itself: a scene
+    /// holds many parameters, and fewer, larger blocks spare the allocator work and keep a
+    /// node's state together. `storage`, when not null, is blockSize(tmpl) bytes, aligned for
+    /// a pointer, that outlive the parameter; otherwise the parameter allocates its block.
+    static Owner create(const HostParmTemplate &tmpl, HostParmList *list, int index,
+                        void *storage = nullptr);
     ~HostParm();
-    static void operator delete(void *block) { ::operator delete(block); }
     HostParm(const HostParm &) = delete;
     HostParm &operator=(const HostParm &) = delete;
 
@@ -292,6 +301,7 @@ private:
     bool mySpare = false;
     bool myHidden = false;
     bool myReferenced = false; ///< the reference index holds entries for this parameter
+    bool myOwnsBlock = true;   ///< false when the list lent the block
     // Multiparm bookkeeping, maintained by the list.
     int myInstanceCount = 0;
     mutable std::unique_ptr<Rare> myRare;
