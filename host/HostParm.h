@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostChannel.h"
+#include "host/HostFiledReference.h"
 #include "host/HostParmTemplate.h"
 
 #include <memory>
@@ -293,6 +294,9 @@ private:
         std::vector<HostParmInterest> myInterests;
         std::vector<std::string> myEvalErrors; ///< per component, sized on first error
         std::vector<std::vector<HostParm *>> myInstances; ///< multiparms: instance parameters
+        /// Per component: the channel paths its expression refers through, kept by the
+        /// scene's reference index here, where a visit to the referrer finds them.
+        std::vector<std::vector<HostFiledReference>> myFiled;
     };
     Rare &rare() const;
     /// The instances' parameters (multiparms), or an empty list.
