@@ -119,7 +119,8 @@ void HostParm::Release::operator()(HostParm *parm) const
 
 HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,
                    HostParmComponent *components)
-    : myTemplate(&tmpl), myList(list), myIndex(index), myName(tmpl.getToken()),
+    : myTemplate(&tmpl), myList(list), myNode(list ? list->getNode() : nullptr), myIndex(index),
+      myName(tmpl.getToken()),
       myComponents(components), myNumComponents(std::max(tmpl.getNumChannels(), 0))
 {
     const int n = myNumComponents;
@@ -151,7 +152,7 @@ void HostParm::referencesChanged(int k)
 
 HostNode *HostParm::getNode() const
 {
-    return myList ? myList->getNode() : nullptr;
+    return myNode;
 }
 
 const std::string &HostParm::getChannelName(int k) const

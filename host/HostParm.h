@@ -282,6 +282,7 @@ private:
 
     const HostParmTemplate *myTemplate;
     HostParmList *myList;
+    HostNode *myNode; ///< the list's node, kept here: referrer checks ask for it a lot
     int myIndex;
     std::string myName;
     HostParmComponent *myComponents; ///< in the parameter's own block, after it
