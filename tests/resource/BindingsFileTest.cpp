@@ -7,9 +7,8 @@
 #include "resource/GZ_SelectorTemplate.h"
 #include "resource/gz_BindingsParser.h"
 #include "tests/DiagnosticsRecorder.h"
+#include "tests/TestFiles.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -21,13 +20,6 @@ namespace
 DiagnosticsRecorder theDiagnostics;
 
 const std::string theCasesDir = std::string(GZ_TEST_DATA_DIR) + "/bindings";
-
-std::string readText(const std::string &path)
-{
-    std::string text;
-    HostReader::readFile(path, text);
-    return text;
-}
 
 void replaceAll(std::string &text, const std::string &from, const std::string &to)
 {
@@ -98,7 +90,7 @@ public:
     {
         const fs::path path = gztest::scratchPath("gz_bindings_file_test.out");
         EXPECT_NE(writeBindingsFile(path.c_str()), 0);
-        std::string text = readText(path.string());
+        std::string text = readTestFile(path.string());
         fs::remove(path);
         return text;
     }
@@ -114,17 +106,6 @@ void expectReadsBack(const std::string &text, FileManager &reread)
     EXPECT_EQ(reread.readFrom(dir.string()), "");
     EXPECT_EQ(reread.written(), text);
     fs::remove_all(dir);
-}
-
-/// Compares with a golden file; GZ_UPDATE_GOLDENS=1 rewrites it instead (then review the diff).
-void expectGolden(const std::string &actual, const std::string &golden_path)
-{
-    if (std::getenv("GZ_UPDATE_GOLDENS"))
-    {
-        std::ofstream(golden_path, std::ios::binary) << actual;
-        return;
-    }
-    EXPECT_EQ(actual, readText(golden_path)) << "golden: " << golden_path;
 }
 
 /// Reads a case directory and compares the messages and the bindings with its goldens.
@@ -200,7 +181,7 @@ TEST(BindingsFileRead, FirstFileOnTheSearchPathWinsAndNoFileIsNoError)
     manager.registerOpHandleBindings();
     EXPECT_EQ(theDiagnostics.take(), "");
     HostReader::setSearchPath(saved);
-    EXPECT_EQ(manager.written(), readText(theCasesDir + "/good/expected.bindings"));
+    EXPECT_EQ(manager.written(), readTestFile(theCasesDir + "/good/expected.bindings"));
     fs::remove_all(empty);
 }
 
@@ -336,7 +317,8 @@ TEST(BindingsFileRead, TextDecodesIntoRecordsWithLocationsAndAppliesAsTheFileDoe
     FileManager from_file, from_text;
     from_file.readFrom(dir);
     theDiagnostics.start();
-    from_text.registerOpHandleBindingsFromText(readText(dir + "/OPbindings"), dir + "/OPbindings");
+    from_text.registerOpHandleBindingsFromText(readTestFile(dir + "/OPbindings"),
+                                               dir + "/OPbindings");
     EXPECT_EQ(theDiagnostics.take(), "");
     EXPECT_EQ(from_text.written(), from_file.written());
 }

@@ -6,12 +6,11 @@
 #include "host/HostScriptOperator.h"
 #include "resource/GZ_ResourceManager.h"
 #include "scriptedit/GZ_EditScriptedOp.h"
+#include "tests/TestFiles.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <tuple>
 
@@ -55,16 +54,6 @@ protected:
     HostScriptOperator *myOp = nullptr;
 };
 
-std::string golden(const std::string &name, const std::string &text)
-{
-    const std::string path = std::string(GZ_TEST_DATA_DIR) + "/" + name;
-    if (std::getenv("GZ_UPDATE_GOLDEN"))
-        std::ofstream(path, std::ios::binary) << text;
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream os;
-    os << in.rdbuf();
-    return os.str();
-}
 } // namespace
 
 TEST_F(EditOpFixture, WholeScriptMatchesGolden)
@@ -90,7 +79,7 @@ TEST_F(EditOpFixture, WholeScriptMatchesGolden)
     EXPECT_TRUE(edit.getHandle(0)->hasBinding());
     edit.getParms().initializeReserveNames(node);
     const std::string text = write(edit);
-    EXPECT_EQ(text, golden("edited_op.ds", text));
+    expectGolden(text, GZ_TEST_DATA_DIR "/edited_op.ds");
 
     // A copy writes the same; a unit of 1.0 writes nothing, not-a-number is written.
     GZ_EditScriptedOp copy(edit);

@@ -1,5 +1,5 @@
 // Host commands seen from the library's side: node events and the undo steps they make.
-#include "shell/Shell.h"
+#include "SharedShell.h"
 #include "shell/ShellScene.h"
 
 #include "host/HostCommandManager.h"
@@ -26,16 +26,7 @@ namespace
 /// The process-wide shell, started once, writing to string streams.
 struct ShellFixture : testing::Test
 {
-    static Shell &shell()
-    {
-        static Shell *theShell = []
-        {
-            auto *s = new Shell;
-            s->startup({});
-            return s;
-        }();
-        return *theShell;
-    }
+    static Shell &shell() { return sharedShell(); }
     std::ostringstream out, err;
 
     void SetUp() override
