@@ -1,12 +1,10 @@
 // The operator-level editor: built from a scripted type, written as a whole dialog script.
 #include "host/HostDiagnostics.h"
-#include "host/HostDirector.h"
-#include "host/HostNode.h"
-#include "host/HostOperatorTable.h"
 #include "host/HostScriptOperator.h"
 #include "resource/GZ_ResourceManager.h"
 #include "scriptedit/GZ_EditScriptedOp.h"
 #include "tests/TestFiles.h"
+#include "tests/host/HostFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -16,11 +14,12 @@
 
 namespace
 {
-class EditOpFixture : public ::testing::Test
+class EditOpFixture : public ::HostFixture
 {
 protected:
     void SetUp() override
     {
+        HostFixture::SetUp();
         GZcreateResourceManager(true);
         auto op = std::make_unique<HostScriptOperator>(
             "edop", "Edited Op",
@@ -36,12 +35,12 @@ protected:
         op->setUnitLength(0.01);
         myOp = static_cast<HostScriptOperator *>(
             HostOperatorTable::getTable("Object")->addOperator(std::move(op)));
+        myTypes.emplace_back("Object", "edop");
     }
     void TearDown() override
     {
-        myDirector.clearScene();
         GZgetResourceManager()->removeAllBindings(myOp);
-        HostOperatorTable::getTable("Object")->deleteOperator("edop");
+        HostFixture::TearDown();
     }
     std::string write(GZ_EditScriptedOp &edit)
     {
@@ -50,7 +49,6 @@ protected:
         EXPECT_EQ(edit.getWarning(), "");
         return os.str();
     }
-    HostDirector myDirector;
     HostScriptOperator *myOp = nullptr;
 };
 
@@ -69,7 +67,7 @@ TEST_F(EditOpFixture, WholeScriptMatchesGolden)
     ASSERT_EQ(rm.bindSelector(myOp, "objpoint", "Grp", "Choose group", "group", 1, 1, "prim", 0,
                               "menu", 1, "", true),
               1);
-    HostNode *node = myDirector.createNode("edop", "/obj/ed1");
+    HostNode *node = make("edop", "/obj/ed1");
     ASSERT_NE(node, nullptr);
 
     GZ_EditScriptedOp edit(myOp, node);
