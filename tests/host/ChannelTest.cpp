@@ -52,8 +52,7 @@ TEST(HostChannelKeys, SegmentsPrevNextAndRemoval)
 
     EXPECT_FALSE(channel.removeKey(3.0));
     EXPECT_TRUE(channel.removeKey(2.0));
-    EXPECT_EQ(channel.findKey(2.0), -1);
-    EXPECT_EQ(channel.findKey(4.0), 1);
+    EXPECT_EQ(std::tuple(channel.findKey(2.0), channel.findKey(4.0)), std::tuple(-1, 1));
     EXPECT_DOUBLE_EQ(channel.evaluate(2.5), 7.5);
 }
 

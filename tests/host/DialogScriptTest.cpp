@@ -110,8 +110,7 @@ TEST(DialogStream, TokensLinesCommentsAndRestOfLine)
     bool quoted = false;
     std::vector<std::string> got;
     ASSERT_TRUE(in.getToken(t, &quoted));
-    EXPECT_EQ(t, "word");
-    EXPECT_EQ(in.getLine(), 2);
+    EXPECT_EQ(std::tuple(t, in.getLine()), std::tuple("word", 2));
     ASSERT_TRUE(in.getToken(t, &quoted));
     EXPECT_TRUE(quoted);
     EXPECT_EQ(t, "a \"q\"\nb");
@@ -122,8 +121,7 @@ TEST(DialogStream, TokensLinesCommentsAndRestOfLine)
     ASSERT_TRUE(in.nextOnSameLine()); // a peeked token is given back as raw text
     EXPECT_EQ(in.getRestOfLine(), "\"so\\me\"  text");
     ASSERT_TRUE(in.getToken(t));
-    EXPECT_EQ(t, "last");
-    EXPECT_EQ(in.getLine(), 5);
+    EXPECT_EQ(std::tuple(t, in.getLine()), std::tuple("last", 5));
     EXPECT_FALSE(in.getToken(t));
 }
 

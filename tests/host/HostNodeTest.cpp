@@ -222,8 +222,7 @@ TEST_F(HostNodeCreation, ParmWritesNotifyAndRespectLocksAndAccess)
     geo->setPermissions(0755);
     EXPECT_FALSE(geo->canAccess(HostNode::ACCESS_WRITE, *t));
     EXPECT_FALSE(geo->setParmValue(*t, 0, 4.0));
-    EXPECT_EQ(t->getValue(0), 3.0);
-    EXPECT_EQ(t->getValue(1), 2.5);
+    EXPECT_EQ(std::tuple(t->getValue(0), t->getValue(1)), std::tuple(3.0, 2.5));
     EXPECT_EQ(geo->getNumParmChanges(), 2);
     myDirector.clearScene(); // the local listeners die before TearDown
 }

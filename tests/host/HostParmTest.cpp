@@ -49,16 +49,13 @@ TEST(HostParmTemplateNaming, ChannelNamesFollowTheNamingScheme)
     HostParmTemplate t(HOST_PARM_XYZ, "t", "T", 3);
     t.setName("pos");
     t.setVectorSize(2);
-    EXPECT_EQ(channels(t), (V{"posx", "posy"}));
-    EXPECT_EQ(t.findChannel("posy"), 1);
+    EXPECT_EQ(std::tuple(channels(t), t.findChannel("posy")), std::tuple((V{"posx", "posy"}), 1));
     EXPECT_EQ(t.findChannel("posz"), -1);
     HostParmTemplate sw(HOST_PARM_SWITCHER, "folder0", "F");
     sw.addFolder("Transform", 2);
     sw.addFolder("Render", 1);
-    EXPECT_EQ(channels(sw), (V{"folder0"}));
-    EXPECT_EQ(sw.getFolderCount(), 2);
-    EXPECT_EQ(sw.getFolderLabel(1), "Render");
-    EXPECT_EQ(sw.getFolderParmCount(0), 2);
+    EXPECT_EQ(std::tuple(channels(sw), sw.getFolderCount()), std::tuple((V{"folder0"}), 2));
+    EXPECT_EQ(std::tuple(sw.getFolderLabel(1), sw.getFolderParmCount(0)), std::tuple("Render", 2));
     EXPECT_TRUE(HostParmTemplate().isTerminator());
     EXPECT_EQ(HostParmTemplate().getNumChannels(), 0);
 }
@@ -83,8 +80,7 @@ TEST(HostParmTemplateCopy, CopiesAreDeepAndListsStayTerminated)
     EXPECT_TRUE(templates.data()[2].isTerminator());
     templates.insert(0, HostParmTemplate(HOST_PARM_STRING, "s", "S"));
     templates.remove(2);
-    EXPECT_EQ(templates.find("s"), 0);
-    EXPECT_EQ(templates.find("f"), -1);
+    EXPECT_EQ(std::tuple(templates.find("s"), templates.find("f")), std::tuple(0, -1));
     EXPECT_TRUE(templates.data()[templates.size()].isTerminator());
     HostParmTemplateList again(templates.data());
     EXPECT_EQ(again, templates);
@@ -106,11 +102,9 @@ TEST_F(HostParmLookup, FindsParametersByNameChannelAndAlias)
         return std::pair(parm ? parm->getName() : "none", vec);
     };
     using Found = std::pair<std::string, int>;
-    EXPECT_EQ(find("ty"), Found("t", 1));
-    EXPECT_EQ(find("t"), Found("t", 0));
+    EXPECT_EQ(std::tuple(find("ty"), find("t")), std::tuple(Found("t", 1), Found("t", 0)));
     EXPECT_EQ(find("scale"), Found("scale", 0));
-    EXPECT_EQ(find("tw"), Found("none", -1));
-    EXPECT_EQ(parms.getParmIndex("r"), 1);
+    EXPECT_EQ(std::tuple(find("tw"), parms.getParmIndex("r")), std::tuple(Found("none", -1), 1));
     EXPECT_EQ(parms.getParm(1)->getChannelName(2), "rz");
 
     EXPECT_FALSE(parms.addChannelAlias("height", "nothing"));
@@ -158,14 +152,12 @@ TEST_F(HostParmLookup, MultiparmInstancesAreNamedIndexedAndRemoved)
     HostParmList &parms = curve->getParmList();
     HostParm *points = parms.getParm("points");
     ASSERT_NE(points, nullptr);
-    EXPECT_EQ(points->getInstanceCount(), 2);
-    EXPECT_EQ(points->getInt(0), 2);
+    EXPECT_EQ(std::tuple(points->getInstanceCount(), points->getInt(0)), std::tuple(2, 2));
 
     int vec = -1;
     HostParm *pos2 = parms.findChannel("pos2y", vec);
     ASSERT_NE(pos2, nullptr);
-    EXPECT_EQ(pos2->getName(), "pos2");
-    EXPECT_EQ(vec, 1);
+    EXPECT_EQ(std::tuple(pos2->getName(), vec), std::tuple("pos2", 1));
     EXPECT_EQ(pos2->getMultiParmOwner(), points);
     EXPECT_EQ(pos2->getInstanceNumber(), 2);
     EXPECT_EQ(points->getInstanceParms(1).at(0), pos2);

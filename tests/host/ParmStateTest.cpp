@@ -43,10 +43,8 @@ TEST_F(ParmState, ExpressionsReadChannelsByRelativeAndAbsolutePaths)
     myT2->setExpression(0, "ch(\"../geo1/tx\") * 2");
     myT2->setExpression(1, "ch(\"/obj/geo1/ty\") + ch(\"tx\")");
     myT2->setExpression(2, "$T * 10");
-    EXPECT_EQ(myT2->evalFloat(0, 0.0), 3.0);
-    EXPECT_EQ(myT2->evalFloat(1, 0.0), 1.0);
-    EXPECT_EQ(myT2->evalFloat(2, 0.25), 2.5);
-    EXPECT_EQ(myT2->evalInt(2, 0.25), 2);
+    EXPECT_EQ(std::tuple(myT2->evalFloat(0, 0.0), myT2->evalFloat(1, 0.0)), std::tuple(3.0, 1.0));
+    EXPECT_EQ(std::tuple(myT2->evalFloat(2, 0.25), myT2->evalInt(2, 0.25)), std::tuple(2.5, 2));
     EXPECT_EQ(myT2->evalString(0, 0.0), "3");
     EXPECT_EQ(myT2->getStringMeaning(0), HOST_STRING_EXPRESSION);
     EXPECT_EQ(myT2->getChannelState(0, 0.0), HOST_CHANNEL_STATE_EXPRESSION);
@@ -258,8 +256,7 @@ TEST_F(ParmState, LayersAdjustWritesAndReads)
     EXPECT_EQ(manager.applyLayerContribution(*myT1, 0, 0.0, 4.0), 3.0);
     EXPECT_EQ(manager.applyLayerContribution(*myT1, 1, 0.0, 4.0), 4.0);
     myT1->setValue(0, 0.0, manager.applyLayerContribution(*myT1, 0, 0.0, 4.0), false);
-    EXPECT_EQ(myT1->evalFloat(0, 0.0), 4.0);
-    EXPECT_EQ(myT1->getValue(0), 3.0);
+    EXPECT_EQ(std::tuple(myT1->evalFloat(0, 0.0), myT1->getValue(0)), std::tuple(4.0, 3.0));
     EXPECT_TRUE(manager.removeLayer("offset"));
     EXPECT_EQ(myT1->evalFloat(0, 0.0), 3.0);
 }

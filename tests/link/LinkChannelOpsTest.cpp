@@ -206,8 +206,7 @@ TEST(ParmCache, OnlyTheOutermostStopClearsAndResets)
 
     CacheControl::stopParmsCache();
     EXPECT_EQ(GZ_ResourceManager::cacheParms(), 0);
-    EXPECT_EQ(CacheControl::size(), 0u);
-    EXPECT_EQ(CacheControl::behaviour(), "000");
+    EXPECT_EQ(std::tuple(CacheControl::size(), CacheControl::behaviour()), std::tuple(0u, "000"));
 }
 
 TEST_F(ChannelOpsTest, KeysAndScopesGoToTheOpenCache)
@@ -225,16 +224,14 @@ TEST_F(ChannelOpsTest, KeysAndScopesGoToTheOpenCache)
     std::vector<int> *indices = nullptr;
     CacheControl::getParmsCache(nodes, parms, indices);
     ASSERT_EQ(indices->size(), 3u);
-    EXPECT_EQ(*indices, (std::vector<int>{2, 1, 0}));
-    EXPECT_EQ((*nodes)[0], a);
+    EXPECT_EQ(std::tuple(*indices, (*nodes)[0]), std::tuple((std::vector<int>{2, 1, 0}), a));
     EXPECT_EQ((*parms)[0], &t(a));
     EXPECT_EQ(CacheControl::behaviour(), "111");
 
     // Scoping states its own behaviour and appends again (duplicates are kept).
     link->editChannels(0, -1);
     EXPECT_TRUE(myCommands.empty());
-    EXPECT_EQ(CacheControl::behaviour(), "010");
-    EXPECT_EQ(indices->size(), 6u);
+    EXPECT_EQ(std::tuple(CacheControl::behaviour(), indices->size()), std::tuple("010", 6u));
 }
 
 TEST_F(ChannelOpsTest, EditChannelsBuildsOnePatternPerNodeAndNamesOverrides)

@@ -130,8 +130,7 @@ TEST(BindingsFileRead, GoodFileReadsEveryFormSilently)
     const std::vector<GZ_BindingHandleInfo> *handles = manager.getBindingHandles(op("bf_xform"));
     ASSERT_NE(handles, nullptr);
     ASSERT_EQ(handles->size(), 2u);
-    EXPECT_EQ((*handles)[0].getId(), 0);
-    EXPECT_EQ((*handles)[1].getId(), 1);
+    EXPECT_EQ(std::tuple((*handles)[0].getId(), (*handles)[1].getId()), std::tuple(0, 1));
     std::string label;
     (*handles)[0].getDefaultSettings().getSetting("label", label, "");
     EXPECT_EQ(label, "say \"hi\"");

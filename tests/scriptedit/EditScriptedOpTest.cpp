@@ -71,8 +71,7 @@ TEST_F(EditOpFixture, WholeScriptMatchesGolden)
     ASSERT_NE(node, nullptr);
 
     GZ_EditScriptedOp edit(myOp, node);
-    EXPECT_EQ(edit.getObjFlag(), 1);
-    EXPECT_EQ(edit.getVopFlag(), 0);
+    EXPECT_EQ(std::tuple(edit.getObjFlag(), edit.getVopFlag()), std::tuple(1, 0));
     ASSERT_EQ(edit.getNHandles(), 1);
     EXPECT_TRUE(edit.getHandle(0)->hasBinding());
     edit.getParms().initializeReserveNames(node);
