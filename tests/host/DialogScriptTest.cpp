@@ -210,8 +210,7 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
     ASSERT_EQ(l.size(), 7); // a, x, b, r, y, c, d
     EXPECT_EQ(l[0].getFolderCount(), 1);
     EXPECT_EQ(std::pair(l[2].getFolderCount(), l[2].getFolderParmCount(0)), std::pair(1, 1));
-    EXPECT_TRUE(l[3].getType().isExclusive());
-    EXPECT_EQ(l[3].getFolderCount(), 2);
+    EXPECT_EQ(std::tuple(l[3].getType().isExclusive(), l[3].getFolderCount()), std::tuple(true, 2));
     EXPECT_STREQ(l[5].getTag("group_type"), "collapsible");
     EXPECT_EQ(l[6].getFolderCount(), 1);
     ASSERT_EQ(layout.myImports.size(), 1u);

@@ -39,9 +39,8 @@ TEST_F(HostNodeCreation, CreatesNodesAtFullPathsAndRefusesBadOnes)
 {
     HostNode *geo = make("tgeo", "/obj/geo1");
     ASSERT_NE(geo, nullptr);
-    EXPECT_EQ(geo->getFullPath(), "/obj/geo1");
-    EXPECT_EQ(geo->getOperatorName(), "tgeo");
-    EXPECT_EQ(geo->getNetworkTypeId(), HOST_NETWORK_OBJECT);
+    EXPECT_EQ(std::tuple(geo->getFullPath(), geo->getOperatorName(), geo->getNetworkTypeId()),
+              std::tuple("/obj/geo1", "tgeo", HOST_NETWORK_OBJECT));
     ASSERT_NE(geo->getChildNetwork(), nullptr);
 
     HostNode *box = make("tbox", "/obj/geo1/box1");

@@ -131,9 +131,8 @@ TEST_F(HostOperatorTableChanges, DestroyingATableTellsItsSinksAndTypes)
                                              1, HostOperator::FLAG_STATE_OPTIONAL);
     HostOperator *op = table->addOperator(std::move(scripted));
     ASSERT_NE(op, nullptr);
-    EXPECT_TRUE(op->isScriptedDefinition());
-    EXPECT_TRUE(op->isStateOptional());
-    EXPECT_EQ(op->getFlags(), 0x18u);
+    EXPECT_EQ(std::tuple(op->isScriptedDefinition(), op->isStateOptional(), op->getFlags()),
+              std::tuple(true, true, 0x18u));
 
     SinkLog tables;
     SinkLog templates;

@@ -117,8 +117,7 @@ TEST_F(HostParmLookup, DefaultsRevertAndFactoryDefaults)
     HostNode *geo = make("tgeo", "/obj/geo1");
     HostParm *scale = geo->getParm("scale");
     ASSERT_NE(scale, nullptr);
-    EXPECT_EQ(scale->getValue(0), 1.0);
-    EXPECT_TRUE(scale->isAtDefault(0));
+    EXPECT_EQ(std::tuple(scale->getValue(0), scale->isAtDefault(0)), std::tuple(1.0, true));
 
     scale->setValue(0, 4.0);
     EXPECT_FALSE(scale->isAtDefault(0));
@@ -170,9 +169,8 @@ TEST_F(HostParmLookup, MultiparmInstancesAreNamedIndexedAndRemoved)
 
     // Shrinking removes the last instance with everything nested in it; indexes stay exact.
     EXPECT_TRUE(curve->setParmValue(*points, 0, 1));
-    EXPECT_EQ(points->getInstanceCount(), 1);
-    EXPECT_EQ(parms.getParm("pos2"), nullptr);
-    EXPECT_EQ(parms.getParm("wt2_3"), nullptr);
+    EXPECT_EQ(std::tuple(points->getInstanceCount(), parms.getParm("pos2"), parms.getParm("wt2_3")),
+              std::tuple(1, nullptr, nullptr));
     EXPECT_EQ(parms.findChannel("pos2x", vec), nullptr);
     EXPECT_NE(parms.getParm("pos1"), nullptr);
     for (int i = 0; i < parms.getEntries(); ++i)
@@ -196,8 +194,7 @@ TEST_F(HostParmLookup, SpareParmsAreRebuiltKeepingValuesAndInterests)
     EXPECT_EQ(events, 1);
     HostParm *extra = geo->getParm("extra");
     ASSERT_NE(extra, nullptr);
-    EXPECT_TRUE(extra->isSpare());
-    EXPECT_FALSE(geo->getParm("t")->isSpare());
+    EXPECT_EQ(std::tuple(extra->isSpare(), geo->getParm("t")->isSpare()), std::tuple(true, false));
     extra->setValue(0, 5.0);
     int calls = 0;
     HostParmInterest interest{&calls, [](void *callee, void *) { ++*static_cast<int *>(callee); }};
@@ -261,8 +258,7 @@ TEST_F(HostParmLookup, ValuesClampRoundAndKeepExpressionsApart)
     EXPECT_EQ(amount->getValue(0), 0.25);
     amount->setString(0, "$F * 2", HOST_STRING_EXPRESSION);
     EXPECT_EQ(amount->component(0).myExpression, "$F * 2");
-    EXPECT_TRUE(amount->isTimeDependent(0));
-    EXPECT_EQ(amount->getValue(0), 0.25);
+    EXPECT_EQ(std::tuple(amount->isTimeDependent(0), amount->getValue(0)), std::tuple(true, 0.25));
     amount->setValue(0, 0.5);
     EXPECT_FALSE(amount->isTimeDependent(0));
 
@@ -279,9 +275,8 @@ TEST_F(HostParmLookup, ValuesClampRoundAndKeepExpressionsApart)
     amount->setValue(0, 9.0);
     amount->restoreFactoryDefault(0);
     amount->restoreState(state);
-    EXPECT_TRUE(amount->isLocked(0));
-    EXPECT_EQ(amount->getValue(0), 0.5);
-    EXPECT_EQ(amount->getDefault(0).myNumber, 0.75);
+    EXPECT_EQ(std::tuple(amount->isLocked(0), amount->getValue(0), amount->getDefault(0).myNumber),
+              std::tuple(true, 0.5, 0.75));
 }
 
 TEST_F(HostParmLookup, RampPointsAreInstancesNamedByTheRampNaming)

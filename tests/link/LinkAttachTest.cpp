@@ -209,9 +209,8 @@ TEST_F(LinkFixture, LockedPartsAreHidden)
 
     // Binding state marks the component that is finally driven.
     link->setBindingState(true);
-    EXPECT_FALSE(t->isActive(0));
-    EXPECT_TRUE(parm(b, "tx")->isActive(0));
-    EXPECT_TRUE(t->isActive(1));
+    EXPECT_EQ(std::tuple(t->isActive(0), parm(b, "tx")->isActive(0), t->isActive(1)),
+              std::tuple(false, true, true));
     link->setBindingState(false);
     EXPECT_FALSE(parm(b, "tx")->isActive(0));
 

@@ -191,8 +191,7 @@ TEST_F(LinkFixture, RefusedWritesRecordNothing)
     undo().clear();
     EXPECT_EQ(link->setParmValue(0, 1.0, false), 0);
     EXPECT_EQ(link->setParmValue(1, 1.0, false), 0);
-    EXPECT_EQ(undo().getUndoCount(), 0);
-    EXPECT_FALSE(link->isParmEnabled(1, 0));
+    EXPECT_EQ(std::tuple(undo().getUndoCount(), link->isParmEnabled(1, 0)), std::tuple(0, false));
 
     EXPECT_EQ(link->setParmValue(4, std::string("pts")), 1);
     EXPECT_EQ(link->get(4, std::string()), SI(1, "pts"));
@@ -249,7 +248,8 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
     EXPECT_EQ(link->setParmInstValue(0, second, 6.0, false, 1), 1);
     EXPECT_EQ(std::tuple(value(curve, "pos2x"), value(curve, "pos1x")), std::tuple(3.0, 0.0));
     double h = 0.0;
-    EXPECT_EQ(std::tuple(link->getParmInstValue(0, second, h, -1.0, 1), h), std::tuple(1, 6.0));
+    EXPECT_EQ(link->getParmInstValue(0, second, h, -1.0, 1), 1);
+    EXPECT_EQ(h, 6.0);
 
     link->setParmInstVector3(0, first, GZ_Vector3{2.0, 5.0, 7.0});
     GZ_Vector3 v;
@@ -275,8 +275,7 @@ TEST_F(LinkFixture, LateBindingTakesOverValueAccess)
     EXPECT_EQ(link->setParmValue(0, 5.0, false), 1);
     EXPECT_EQ(link->setParmValue(0, 5, false), 2);
     EXPECT_EQ(link->setParmValue(0, std::string("x")), 3);
-    EXPECT_EQ(value(a, "tx"), 0.0);
-    EXPECT_FALSE(link->isParmEnabled(0, 0));
+    EXPECT_EQ(std::tuple(value(a, "tx"), link->isParmEnabled(0, 0)), std::tuple(0.0, false));
     const int inst[] = {1}; // the instance forms never delegate
     EXPECT_EQ(link->setParmInstValue(0, inst, 2.0, false, 0), 1);
     EXPECT_EQ(value(a, "tx"), 2.0);

@@ -124,8 +124,7 @@ TEST_F(PersistentManager, HandleSettersUseTheirLabelsAndSkipNoChanges)
     h->setDisplayInChild(true);
     h->setActiveColor(h->getActiveColor());
     h->setName("h");
-    EXPECT_EQ(undo().getUndoCount(), steps);
-    EXPECT_TRUE(log.myEvents.empty());
+    EXPECT_EQ(std::tuple(undo().getUndoCount(), log.myEvents.empty()), std::tuple(steps, true));
 
     struct Step
     {
@@ -154,9 +153,8 @@ TEST_F(PersistentManager, HandleSettersUseTheirLabelsAndSkipNoChanges)
     }
     // A rename onto a taken name gets a numbered variant.
     h->setName("B");
-    EXPECT_EQ(h->getName(), "B1");
-    EXPECT_EQ(undo().getUndoName(), "Change Handle Name");
-    EXPECT_EQ(log.myEvents.back(), "B1:0");
+    EXPECT_EQ(std::tuple(h->getName(), undo().getUndoName(), log.myEvents.back()),
+              std::tuple("B1", "Change Handle Name", "B1:0"));
     // Settings have no undo, but listeners hear of them.
     const int before = undo().getUndoCount();
     h->setSettings("color(0 0 1)");

@@ -132,9 +132,8 @@ TEST(BuiltinHandleTable, SampledRowsHaveTheirColumns)
         EXPECT_EQ(tmpl->parmNameList().size(), row.parmCount);
         EXPECT_EQ(firstOf(tmpl->parmNameList()), row.firstParm);
         EXPECT_EQ(lastOf(tmpl->parmNameList()), row.lastParm);
-        EXPECT_EQ(tmpl->getEthereal(), row.ethereal);
-        EXPECT_EQ(tmpl->getViewerMask(), row.viewerMask);
-        EXPECT_EQ(tmpl->isDisplayAlways(), row.displayAlways);
+        EXPECT_EQ(std::tuple(tmpl->getEthereal(), tmpl->getViewerMask(), tmpl->isDisplayAlways()),
+                  std::tuple(row.ethereal, row.viewerMask, row.displayAlways));
         EXPECT_EQ(tmpl->constructor(), nullptr);
     }
     // Nothing but the two tables is registered at start-up.

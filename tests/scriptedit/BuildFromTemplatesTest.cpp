@@ -120,8 +120,7 @@ TEST_F(NodeFixture, NodeSpareParametersAndReservedNames)
     EXPECT_TRUE(s.checkReservedName("t"));
     EXPECT_FALSE(s.checkReservedName("gain"));
     EXPECT_FALSE(s.checkReservedName(""));
-    EXPECT_FALSE(s.containsReservedParm());
-    EXPECT_EQ(s.getNode(), node);
+    EXPECT_EQ(std::tuple(s.containsReservedParm(), s.getNode()), std::tuple(false, node));
 
     // A spare parameter never gets a reserved name.
     std::string name = "t";

@@ -27,9 +27,8 @@ TEST(EditScriptedParms, StructureRules)
     EXPECT_EQ(std::tuple(s.getParentGroupParm(4), s.getParentGroupParm(8)), std::tuple(0, -1));
     std::vector<int> folders;
     s.getContainingFolders(3, folders);
-    EXPECT_EQ(folders, (std::vector<int>{2, 0}));
-    EXPECT_TRUE(s.getIsFirstPage(0));
-    EXPECT_FALSE(s.getIsFirstPage(6));
+    EXPECT_EQ(std::tuple(folders, s.getIsFirstPage(0), s.getIsFirstPage(6)),
+              std::tuple((std::vector<int>{2, 0}), true, false));
     s.getParm(0)->setTabBreak(true);
     EXPECT_TRUE(s.getIsFirstPage(6));
     EXPECT_FALSE(s.getIsFirstPage(2)); // not a tab or radio folder

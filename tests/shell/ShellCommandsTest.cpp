@@ -75,9 +75,8 @@ TEST_F(ShellFixture, EachSceneChangeIsOneStepNamedAfterItsCommand)
     run("nodeadd geo /obj/geo1; parmset /obj/geo1 t 1 2 3; nodemv /obj/geo1 a; noderm /obj/a");
     ASSERT_EQ(undo.getUndoCount(), 4);
     EXPECT_EQ(std::tuple(undo.getUndoName(0), undo.getUndoName(1)), std::tuple("noderm", "nodemv"));
-    EXPECT_EQ(undo.getUndoName(2), "parmset");
-    EXPECT_EQ(undo.getUndoName(3), "nodeadd");
-    EXPECT_FALSE(undo.isInBlock());
+    EXPECT_EQ(std::tuple(undo.getUndoName(2), undo.getUndoName(3), undo.isInBlock()),
+              std::tuple("parmset", "nodeadd", false));
 }
 
 TEST_F(ShellFixture, QuietScriptsKeepErrorsAndSkipHistory)
