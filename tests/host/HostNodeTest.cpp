@@ -255,8 +255,7 @@ TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesAndTheSaveCallback)
 {
     myDirector.setFps(25.0);
     myDirector.setFps(0.0); // refused
-    EXPECT_EQ(myDirector.getFps(), 25.0);
-    EXPECT_EQ(myDirector.timeToFrame(0.0), 1.0);
+    EXPECT_EQ(std::tuple(myDirector.getFps(), myDirector.timeToFrame(0.0)), std::tuple(25.0, 1.0));
     EXPECT_EQ(myDirector.timeToFrame(1.0), 26.0);
     EXPECT_EQ(myDirector.frameToTime(51.0), 2.0);
 
