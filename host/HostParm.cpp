@@ -16,14 +16,17 @@ namespace
 {
 const std::string theEmpty;
 const HostParmDefault theNoDefault;
+const HostParmDefault theFolderDefault(0.0);
 const std::vector<HostParm *> theNoInstance;
+const std::vector<std::vector<HostParm *>> theNoInstances;
+const std::vector<HostParmInterest> theNoInterests;
 
 // The default a fresh component starts from. A switcher's template defaults describe its
 // folders, so its value (the open folder) starts at 0.
-HostParmDefault templateDefault(const HostParmTemplate &tmpl, int k)
+const HostParmDefault &templateDefault(const HostParmTemplate &tmpl, int k)
 {
     if (tmpl.getType().isSwitcher())
-        return HostParmDefault(0.0);
+        return theFolderDefault;
     return tmpl.getDefault(k);
 }
 
@@ -48,6 +51,12 @@ void applyDefault(HostParmComponent &c, const HostParmDefault &d, bool is_string
     }
 }
 
+// Shared blocks compare by what they hold; null holds the empty value.
+template <typename T> bool sameBlock(const std::shared_ptr<const T> &a, const std::shared_ptr<const T> &b)
+{
+    return a == b || (a && b && *a == *b);
+}
+
 // Channels compare by their keys: saved states and live parameters may hold equal copies.
 bool sameChannel(const std::shared_ptr<HostChannel> &a, const std::shared_ptr<HostChannel> &b)
 {
@@ -59,9 +68,8 @@ bool HostParmComponent::operator==(const HostParmComponent &o) const
 {
     return myValue == o.myValue && myString == o.myString && myMeaning == o.myMeaning &&
            myExpression == o.myExpression && sameChannel(myChannel, o.myChannel) &&
-           myDefault == o.myDefault && myFactoryDefault == o.myFactoryDefault &&
-           myLocked == o.myLocked && myEnabled == o.myEnabled && myActive == o.myActive &&
-           myOverride == o.myOverride;
+           sameBlock(myDefault, o.myDefault) && sameBlock(myOverride, o.myOverride) &&
+           myLocked == o.myLocked && myEnabled == o.myEnabled && myActive == o.myActive;
 }
 
 HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
@@ -72,10 +80,7 @@ HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
     myComponents.resize(n);
     for (int k = 0; k < n; ++k)
     {
-        HostParmComponent &c = myComponents[k];
-        c.myFactoryDefault = templateDefault(tmpl, k);
-        c.myDefault = c.myFactoryDefault;
-        applyDefault(c, c.myDefault, is_string);
+        applyDefault(myComponents[k], templateDefault(tmpl, k), is_string);
         referencesChanged(k);
     }
 }
@@ -106,17 +111,20 @@ const std::string &HostParm::getChannelName(int k) const
 {
     if (k < 0 || k >= getVectorSize())
         return theEmpty;
-    return myChannelNames.empty() ? myTemplate->getChannelName(k) : myChannelNames[k];
+    if (!myRare || myRare->myChannelNames.empty())
+        return myTemplate->getChannelName(k);
+    return myRare->myChannelNames[k];
 }
 
 void HostParm::setChannelName(int k, const std::string &name)
 {
     // Only instances of multiparms rename their channels: the others share the template's
     // names instead of holding copies (a node has many components).
-    if (myChannelNames.empty())
+    std::vector<std::string> &names = rare().myChannelNames;
+    if (names.empty())
         for (int j = 0; j < getVectorSize(); ++j)
-            myChannelNames.push_back(myTemplate->getChannelName(j));
-    myChannelNames[k] = name;
+            names.push_back(myTemplate->getChannelName(j));
+    names[k] = name;
 }
 
 int HostParm::findChannel(const std::string &channel) const
@@ -258,18 +266,27 @@ bool HostParm::isTimeDependent(int k) const
 
 const HostParmDefault &HostParm::getDefault(int k) const
 {
-    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myDefault : theNoDefault;
+    if (k < 0 || k >= getVectorSize())
+        return theNoDefault;
+    const HostParmComponent &c = myComponents[k];
+    return c.myDefault ? *c.myDefault : templateDefault(*myTemplate, k);
 }
 
 void HostParm::setDefault(int k, const HostParmDefault &value)
 {
-    if (k >= 0 && k < getVectorSize())
-        myComponents[k].myDefault = value;
+    if (k < 0 || k >= getVectorSize())
+        return;
+    // The template's own default is kept as null, so equal states hold equal blocks.
+    HostParmComponent &c = myComponents[k];
+    if (value == templateDefault(*myTemplate, k))
+        c.myDefault.reset();
+    else
+        c.myDefault = std::make_shared<const HostParmDefault>(value);
 }
 
 const HostParmDefault &HostParm::getFactoryDefault(int k) const
 {
-    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myFactoryDefault : theNoDefault;
+    return (k >= 0 && k < getVectorSize()) ? templateDefault(*myTemplate, k) : theNoDefault;
 }
 
 void HostParm::overwriteDefault(int k)
@@ -288,7 +305,7 @@ void HostParm::overwriteDefault(int k)
         d.myString = c.myExpression;
         d.myMeaning = c.myMeaning == HOST_STRING_LITERAL ? HOST_STRING_EXPRESSION : c.myMeaning;
     }
-    c.myDefault = d;
+    setDefault(k, d);
 }
 
 void HostParm::revertToDefault(int k)
@@ -296,14 +313,14 @@ void HostParm::revertToDefault(int k)
     if (k < 0 || k >= getVectorSize())
         return;
     HostParmComponent &c = myComponents[k];
-    applyDefault(c, c.myDefault, getType().isString() || getType().isData());
+    applyDefault(c, getDefault(k), getType().isString() || getType().isData());
     referencesChanged(k);
 }
 
 void HostParm::restoreFactoryDefault(int k)
 {
     if (k >= 0 && k < getVectorSize())
-        myComponents[k].myDefault = myComponents[k].myFactoryDefault;
+        myComponents[k].myDefault.reset();
 }
 
 bool HostParm::isAtDefault(int k) const
@@ -311,7 +328,7 @@ bool HostParm::isAtDefault(int k) const
     if (k < 0 || k >= getVectorSize())
         return false;
     HostParmComponent fresh = myComponents[k];
-    applyDefault(fresh, fresh.myDefault, getType().isString() || getType().isData());
+    applyDefault(fresh, getDefault(k), getType().isString() || getType().isData());
     const HostParmComponent &c = myComponents[k];
     // A channel without keys changes nothing that is saved or evaluated.
     const bool animated = c.myChannel && c.myChannel->getNumKeys() > 0;
@@ -345,25 +362,34 @@ void HostParm::restoreState(const HostParmState &state)
 void HostParm::addInputInterest(const HostParmInterest &interest)
 {
     if (!hasInputInterest(interest))
-        myInterests.push_back(interest);
+        rare().myInterests.push_back(interest);
 }
 
 void HostParm::removeInputInterest(const HostParmInterest &interest)
 {
-    auto it = std::find(myInterests.begin(), myInterests.end(), interest);
-    if (it != myInterests.end())
-        myInterests.erase(it);
+    if (!myRare)
+        return;
+    std::vector<HostParmInterest> &interests = myRare->myInterests;
+    auto it = std::find(interests.begin(), interests.end(), interest);
+    if (it != interests.end())
+        interests.erase(it);
 }
 
 bool HostParm::hasInputInterest(const HostParmInterest &interest) const
 {
-    return std::find(myInterests.begin(), myInterests.end(), interest) != myInterests.end();
+    const std::vector<HostParmInterest> &interests = getInputInterests();
+    return std::find(interests.begin(), interests.end(), interest) != interests.end();
+}
+
+const std::vector<HostParmInterest> &HostParm::getInputInterests() const
+{
+    return myRare ? myRare->myInterests : theNoInterests;
 }
 
 void HostParm::notifyInputInterests(void *data) const
 {
     // Copy: a callback may remove its own interest.
-    std::vector<HostParmInterest> interests = myInterests;
+    std::vector<HostParmInterest> interests = getInputInterests();
     for (const HostParmInterest &i : interests)
         if (i.myCallback && hasInputInterest(i))
             i.myCallback(i.myCallee, data);
@@ -371,7 +397,20 @@ void HostParm::notifyInputInterests(void *data) const
 
 const std::vector<HostParm *> &HostParm::getInstanceParms(int i) const
 {
-    return (i >= 0 && i < static_cast<int>(myInstances.size())) ? myInstances[i] : theNoInstance;
+    const std::vector<std::vector<HostParm *>> &all = instances();
+    return (i >= 0 && i < static_cast<int>(all.size())) ? all[i] : theNoInstance;
+}
+
+HostParm::Rare &HostParm::rare() const
+{
+    if (!myRare)
+        myRare = std::make_unique<Rare>();
+    return *myRare;
+}
+
+const std::vector<std::vector<HostParm *>> &HostParm::instances() const
+{
+    return myRare ? myRare->myInstances : theNoInstances;
 }
 
 bool HostParm::hasInstances() const

@@ -16,19 +16,24 @@ class HostParmList;
 /// and the channel belong to the animation layer, which gives them meaning. Plain value:
 /// copying a component copies its whole state (the channel pointer is shared; the animation
 /// layer copies channels on write).
+///
+/// Every node holds many components and every undo snapshot copies them, so the rarely set
+/// parts are shared, immutable blocks: a default that differs from the template's and a
+/// motion-channel override path. Null means "as the template has it" and "none".
 struct HostParmComponent
 {
-    double myValue = 0.0;                              ///< the constant number
-    std::string myString;                              ///< the constant text (string parameters)
-    HostStringMeaning myMeaning = HOST_STRING_LITERAL; ///< how myString reads
-    std::string myExpression; ///< an expression replacing the constant, when not empty
+    double myValue = 0.0;                   ///< the constant number
+    std::string myString;                   ///< the constant text (string parameters)
+    std::string myExpression;               ///< an expression replacing the constant, when not empty
     std::shared_ptr<HostChannel> myChannel; ///< keys, when the component is animated
-    HostParmDefault myDefault;              ///< what "revert to default" restores
-    HostParmDefault myFactoryDefault;       ///< the template's default, restorable
-    bool myLocked = false;                  ///< a locked component refuses changes
-    bool myEnabled = true;                  ///< a disabled component is shown greyed out
-    bool myActive = false;                  ///< highlighted as driven by an active handle
-    std::string myOverride; ///< motion-channel override path, when a motion channel drives it
+    /// What "revert to default" restores when it is not the template's default.
+    std::shared_ptr<const HostParmDefault> myDefault;
+    /// Motion-channel override path, when a motion channel drives the component.
+    std::shared_ptr<const std::string> myOverride;
+    HostStringMeaning myMeaning = HOST_STRING_LITERAL; ///< how myString reads
+    bool myLocked = false;  ///< a locked component refuses changes
+    bool myEnabled = true;  ///< a disabled component is shown greyed out
+    bool myActive = false;  ///< highlighted as driven by an active handle
 
     bool operator==(const HostParmComponent &o) const;
     bool operator!=(const HostParmComponent &o) const { return !(*this == o); }
@@ -146,8 +151,8 @@ public:
     void addInputInterest(const HostParmInterest &interest);
     void removeInputInterest(const HostParmInterest &interest);
     bool hasInputInterest(const HostParmInterest &interest) const;
-    int getNumInputInterests() const { return static_cast<int>(myInterests.size()); }
-    const std::vector<HostParmInterest> &getInputInterests() const { return myInterests; }
+    int getNumInputInterests() const { return static_cast<int>(getInputInterests().size()); }
+    const std::vector<HostParmInterest> &getInputInterests() const;
     /// Calls every interest with `data`, in registration order.
     void notifyInputInterests(void *data) const;
 
@@ -260,15 +265,25 @@ private:
     int myIndex;
     std::string myName;
     std::vector<HostParmComponent> myComponents;
-    std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
-    std::vector<HostParmInterest> myInterests;
-    mutable std::vector<std::string> myEvalErrors; ///< per component, sized on first error
+    /// State that few parameters have, kept apart so that the many plain parameters of a
+    /// scene stay small. Made on first use.
+    struct Rare
+    {
+        std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
+        std::vector<HostParmInterest> myInterests;
+        std::vector<std::string> myEvalErrors; ///< per component, sized on first error
+        std::vector<std::vector<HostParm *>> myInstances; ///< multiparms: instance parameters
+    };
+    Rare &rare() const;
+    /// The instances' parameters (multiparms), or an empty list.
+    const std::vector<std::vector<HostParm *>> &instances() const;
+
     bool mySpare = false;
     bool myHidden = false;
     bool myReferenced = false; ///< the reference index holds entries for this parameter
     // Multiparm bookkeeping, maintained by the list.
     int myInstanceCount = 0;
-    std::vector<std::vector<HostParm *>> myInstances;
+    mutable std::unique_ptr<Rare> myRare;
     HostParm *myOwner = nullptr;
     int myInstanceNumber = -1;
 };

@@ -148,13 +148,14 @@ void HostParm::noteEvalError(int k, const std::string &error, bool report) const
 {
     if (error.empty())
     {
-        if (k < static_cast<int>(myEvalErrors.size()))
-            myEvalErrors[k].clear();
+        if (myRare && k < static_cast<int>(myRare->myEvalErrors.size()))
+            myRare->myEvalErrors[k].clear();
         return;
     }
-    if (static_cast<int>(myEvalErrors.size()) <= k)
-        myEvalErrors.resize(myComponents.size());
-    myEvalErrors[k] = error;
+    std::vector<std::string> &errors = rare().myEvalErrors;
+    if (static_cast<int>(errors.size()) <= k)
+        errors.resize(myComponents.size());
+    errors[k] = error;
     if (!report)
         return;
     const HostNode *node = getNode();
@@ -164,9 +165,9 @@ void HostParm::noteEvalError(int k, const std::string &error, bool report) const
 
 const std::string &HostParm::getEvalError(int k) const
 {
-    if (k < 0 || k >= static_cast<int>(myEvalErrors.size()))
+    if (!myRare || k < 0 || k >= static_cast<int>(myRare->myEvalErrors.size()))
         return theEmpty;
-    return myEvalErrors[k];
+    return myRare->myEvalErrors[k];
 }
 
 // ---------------------------------------------------------------------------------------
@@ -410,19 +411,26 @@ void HostParm::overwriteDefault(int k, double time)
         return;
     }
     std::string error;
-    myComponents[k].myDefault = HostParmDefault(evalFloat(k, time, error) -
-                                                HostChannelManager::get().getLayerSum(*this, k));
+    setDefault(k, HostParmDefault(evalFloat(k, time, error) -
+                                  HostChannelManager::get().getLayerSum(*this, k)));
 }
 
 const std::string &HostParm::getChannelOverride(int k) const
 {
-    return (k >= 0 && k < getVectorSize()) ? myComponents[k].myOverride : theEmpty;
+    if (k < 0 || k >= getVectorSize() || !myComponents[k].myOverride)
+        return theEmpty;
+    return *myComponents[k].myOverride;
 }
 
 void HostParm::setChannelOverride(int k, const std::string &path)
 {
-    if (k >= 0 && k < getVectorSize())
-        myComponents[k].myOverride = path;
+    if (k < 0 || k >= getVectorSize())
+        return;
+    std::shared_ptr<const std::string> &slot = myComponents[k].myOverride;
+    if (path.empty())
+        slot.reset();
+    else
+        slot = std::make_shared<const std::string>(path);
 }
 
 // ---------------------------------------------------------------------------------------

@@ -122,7 +122,7 @@ void HostParmList::addInstance(HostParm &multi)
         instance.push_back(addParm(*c, multi.mySpare, &multi, number));
     if (myNode && myNode->getDirector())
         myNode->getDirector()->getMultiParmLinks().fillInstance(*myNode, instance);
-    multi.myInstances.push_back(std::move(instance));
+    multi.rare().myInstances.push_back(std::move(instance));
     ++multi.myInstanceCount;
 }
 
@@ -148,7 +148,7 @@ void HostParmList::rebuildIndexes()
 void HostParmList::markWithInstances(const HostParm &parm, std::vector<bool> &marked) const
 {
     marked[parm.getIndex()] = true;
-    for (const auto &instance : parm.myInstances)
+    for (const auto &instance : parm.instances())
         for (const HostParm *child : instance)
             markWithInstances(*child, marked);
 }
@@ -197,9 +197,9 @@ bool HostParmList::setInstanceCount(HostParm &parm, int count)
     {
         std::vector<bool> marked(myParms.size(), false);
         for (int i = count; i < parm.myInstanceCount; ++i)
-            for (const HostParm *child : parm.myInstances[i])
+            for (const HostParm *child : parm.instances()[i])
                 markWithInstances(*child, marked);
-        parm.myInstances.resize(count);
+        parm.rare().myInstances.resize(count);
         parm.myInstanceCount = count;
         removeMarked(marked);
     }
