@@ -11,6 +11,8 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <new>
 
 namespace
 {
@@ -72,12 +74,56 @@ bool HostParmComponent::operator==(const HostParmComponent &o) const
            myLocked == o.myLocked && myEnabled == o.myEnabled && myActive == o.myActive;
 }
 
-HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index)
-    : myTemplate(&tmpl), myList(list), myIndex(index), myName(tmpl.getToken())
+std::size_t HostParm::componentsOffset()
 {
-    const int n = tmpl.getNumChannels();
+    const std::size_t align = alignof(HostParmComponent);
+    return (sizeof(HostParm) + align - 1) / align * align;
+}
+
+std::size_t HostParm::blockSize(const HostParmTemplate &tmpl)
+{
+    const std::size_t n = static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
+    return componentsOffset() + n * sizeof(HostParmComponent);
+}
+
+HostParm::Owner HostParm::create(const HostParmTemplate &tmpl, HostParmList *list, int index,
+                                 void *storage)
+{
+    const std::size_t n = static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
+    void *block = storage ? storage : ::operator new(blockSize(tmpl));
+    auto *components =
+        reinterpret_cast<HostParmComponent *>(static_cast<char *>(block) + componentsOffset());
+    std::uninitialized_value_construct_n(components, n);
+    try
+    {
+        Owner parm(new (block) HostParm(tmpl, list, index, components));
+        parm->myOwnsBlock = storage == nullptr;
+        return parm;
+    }
+    catch (...)
+    {
+        std::destroy_n(components, n);
+        if (!storage)
+            ::operator delete(block);
+        throw;
+    }
+}
+
+void HostParm::Release::operator()(HostParm *parm) const
+{
+    const bool owns = parm->myOwnsBlock;
+    parm->~HostParm();
+    if (owns)
+        ::operator delete(static_cast<void *>(parm));
+}
+
+HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,
+                   HostParmComponent *components)
+    : myTemplate(&tmpl), myList(list), myIndex(index), myName(tmpl.getToken()),
+      myComponents(components), myNumComponents(std::max(tmpl.getNumChannels(), 0))
+{
+    const int n = myNumComponents;
     const bool is_string = tmpl.getType().isString();
-    myComponents.resize(n);
     for (int k = 0; k < n; ++k)
     {
         applyDefault(myComponents[k], templateDefault(tmpl, k), is_string);
@@ -89,6 +135,7 @@ HostParm::~HostParm()
 {
     if (myReferenced)
         getNode()->getDirector()->getReferenceIndex().remove(*this);
+    std::destroy_n(myComponents, myNumComponents);
 }
 
 void HostParm::referencesChanged(int k)
@@ -238,7 +285,7 @@ void HostParm::setEnabled(int k, bool enabled)
 
 bool HostParm::isEnabled() const
 {
-    return std::all_of(myComponents.begin(), myComponents.end(),
+    return std::all_of(myComponents, myComponents + myNumComponents,
                        [](const HostParmComponent &c) { return c.myEnabled; });
 }
 
@@ -339,7 +386,7 @@ bool HostParm::isAtDefault(int k) const
 HostParmState HostParm::saveState() const
 {
     HostParmState state;
-    state.myComponents = myComponents;
+    state.myComponents.assign(myComponents, myComponents + myNumComponents);
     state.myHidden = myHidden;
     state.myInstanceCount = myInstanceCount;
     return state;
@@ -348,7 +395,7 @@ HostParmState HostParm::saveState() const
 void HostParm::restoreState(const HostParmState &state)
 {
     // The component count is the template's; a state of another shape restores what fits.
-    const size_t n = std::min(state.myComponents.size(), myComponents.size());
+    const size_t n = std::min(state.myComponents.size(), static_cast<size_t>(myNumComponents));
     for (size_t k = 0; k < n; ++k)
     {
         myComponents[k] = state.myComponents[k];

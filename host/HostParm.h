@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/HostChannel.h"
+#include "host/HostFiledReference.h"
 #include "host/HostParmTemplate.h"
 
 #include <memory>
@@ -68,7 +69,21 @@ struct HostParmInterest
 class HostParm
 {
 public:
-    HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index);
+    /// Destroys a parameter made by `create` and frees its block unless its list lent it.
+    struct Release
+    {
+        void operator()(HostParm *parm) const;
+    };
+    using Owner = std::unique_ptr<HostParm, Release>;
+
+    /// Bytes a parameter of this template and its components take in one block.
+    static std::size_t blockSize(const HostParmTemplate &tmpl);
+    /// A parameter whose components live in the same block as the parameter itself: a scene
+    /// holds many parameters, and fewer, larger blocks spare the allocator work and keep a
+    /// node's state together. `storage`, when not null, is blockSize(tmpl) bytes, aligned for
+    /// a pointer, that outlive the parameter; otherwise the parameter allocates its block.
+    static Owner create(const HostParmTemplate &tmpl, HostParmList *list, int index,
+                        void *storage = nullptr);
     ~HostParm();
     HostParm(const HostParm &) = delete;
     HostParm &operator=(const HostParm &) = delete;
@@ -86,7 +101,7 @@ public:
     HostNode *getNode() const;
     HostParmList *getList() const { return myList; }
 
-    int getVectorSize() const { return static_cast<int>(myComponents.size()); }
+    int getVectorSize() const { return myNumComponents; }
     /// Channel name of component k ("tx"); empty when k is out of range.
     const std::string &getChannelName(int k) const;
     /// Component of a channel name of this parameter, or -1.
@@ -245,6 +260,11 @@ public:
 
 private:
     friend class HostParmList;
+
+    HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,
+             HostParmComponent *components);
+    /// Where the components start in a block that begins with the parameter.
+    static std::size_t componentsOffset();
     friend class HostReferenceIndex;
 
     /// Tells the scene's reference index that component k's expression text may have
@@ -264,7 +284,8 @@ private:
     HostParmList *myList;
     int myIndex;
     std::string myName;
-    std::vector<HostParmComponent> myComponents;
+    HostParmComponent *myComponents; ///< in the parameter's own block, after it
+    int myNumComponents;
     /// State that few parameters have, kept apart so that the many plain parameters of a
     /// scene stay small. Made on first use.
     struct Rare
@@ -273,6 +294,9 @@ private:
         std::vector<HostParmInterest> myInterests;
         std::vector<std::string> myEvalErrors; ///< per component, sized on first error
         std::vector<std::vector<HostParm *>> myInstances; ///< multiparms: instance parameters
+        /// Per component: the channel paths its expression refers through, kept by the
+        /// scene's reference index here, where a visit to the referrer finds them.
+        std::vector<std::vector<HostFiledReference>> myFiled;
     };
     Rare &rare() const;
     /// The instances' parameters (multiparms), or an empty list.
@@ -281,6 +305,7 @@ private:
     bool mySpare = false;
     bool myHidden = false;
     bool myReferenced = false; ///< the reference index holds entries for this parameter
+    bool myOwnsBlock = true;   ///< false when the list lent the block
     // Multiparm bookkeeping, maintained by the list.
     int myInstanceCount = 0;
     mutable std::unique_ptr<Rare> myRare;

@@ -154,7 +154,7 @@ void HostParm::noteEvalError(int k, const std::string &error, bool report) const
     }
     std::vector<std::string> &errors = rare().myEvalErrors;
     if (static_cast<int>(errors.size()) <= k)
-        errors.resize(myComponents.size());
+        errors.resize(static_cast<size_t>(myNumComponents));
     errors[k] = error;
     if (!report)
         return;

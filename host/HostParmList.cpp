@@ -25,7 +25,13 @@ HostParmList::HostParmList(HostNode *node, const HostParmTemplate *templates) : 
 {
     std::size_t parms = 0, channels = 0;
     for (const HostParmTemplate *t = templates; t && !t->isTerminator(); ++t, ++parms)
+    {
         channels += static_cast<std::size_t>(t->getVectorSize());
+        myBlockSize += HostParm::blockSize(*t);
+    }
+    if (myBlockSize > 0)
+        myBlock.reset(new std::max_align_t[(myBlockSize + sizeof(std::max_align_t) - 1) /
+                                           sizeof(std::max_align_t)]);
     myParms.reserve(parms);
     myByName.reserve(parms);
     myByChannel.reserve(channels);
@@ -34,6 +40,15 @@ HostParmList::HostParmList(HostNode *node, const HostParmTemplate *templates) : 
 }
 
 HostParmList::~HostParmList() = default;
+
+void *HostParmList::takeStorage(std::size_t bytes)
+{
+    if (myBlockSize - myBlockUsed < bytes)
+        return nullptr;
+    void *storage = reinterpret_cast<char *>(myBlock.get()) + myBlockUsed;
+    myBlockUsed += bytes;
+    return storage;
+}
 
 HostParm *HostParmList::getParm(int i) const
 {
@@ -79,7 +94,9 @@ HostParm *HostParmList::findChannel(const std::string &channel, int &vec_index) 
 HostParm *HostParmList::addParm(const HostParmTemplate &tmpl, bool spare, HostParm *owner,
                                 int instance)
 {
-    auto parm = std::make_unique<HostParm>(tmpl, this, getEntries());
+    // Instances are made while the list is built too; the block holds the templates' own.
+    void *storage = owner ? nullptr : takeStorage(HostParm::blockSize(tmpl));
+    HostParm::Owner parm = HostParm::create(tmpl, this, getEntries(), storage);
     HostParm *p = parm.get();
     p->mySpare = spare;
     if (owner)

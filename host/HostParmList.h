@@ -100,7 +100,13 @@ private:
     };
 
     HostNode *myNode;
-    std::vector<std::unique_ptr<HostParm>> myParms;
+    /// Storage for the parameters the list is built with, and their components, in one block
+    /// (see HostParm::create); parameters added later allocate their own.
+    void *takeStorage(std::size_t bytes);
+    std::unique_ptr<std::max_align_t[]> myBlock;
+    std::size_t myBlockSize = 0;
+    std::size_t myBlockUsed = 0;
+    std::vector<HostParm::Owner> myParms;
     Index myByName{false};
     Index myByChannel{true};
     std::unordered_map<std::string, std::string> myAliases;

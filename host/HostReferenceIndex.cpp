@@ -148,16 +148,24 @@ void HostReferenceIndex::remove(HostParm &parm)
         return;
     for (int k = 0; k < parm.getVectorSize(); ++k)
         unfile(parm, k);
-    myByParm.erase(&parm);
+    parm.rare().myFiled.clear();
     parm.myReferenced = false;
+}
+
+const std::vector<HostReferenceIndex::Filed> *HostReferenceIndex::filedOf(const HostParm &parm,
+                                                                          int k)
+{
+    if (!parm.myRare || k < 0 || k >= static_cast<int>(parm.myRare->myFiled.size()))
+        return nullptr;
+    return &parm.myRare->myFiled[k];
 }
 
 void HostReferenceIndex::unfile(HostParm &parm, int k)
 {
-    auto it = myByParm.find(&parm);
-    if (it == myByParm.end() || k >= static_cast<int>(it->second.size()))
+    if (!filedOf(parm, k))
         return;
-    for (const Filed &f : it->second[k].myFiled)
+    std::vector<Filed> &filed = parm.myRare->myFiled[k];
+    for (const Filed &f : filed)
     {
         auto target = myByTarget.find(f.myTarget);
         if (target == myByTarget.end())
@@ -171,7 +179,7 @@ void HostReferenceIndex::unfile(HostParm &parm, int k)
         if (target->second.empty())
             myByTarget.erase(target);
     }
-    it->second[k].myFiled.clear();
+    filed.clear();
 }
 
 void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
@@ -193,9 +201,9 @@ void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
     }
     if (filed.empty())
         return;
-    std::vector<ComponentRefs> &slots = myByParm[&parm];
+    std::vector<std::vector<Filed>> &slots = parm.rare().myFiled;
     slots.resize(parm.getVectorSize());
-    slots[k].myFiled = std::move(filed);
+    slots[k] = std::move(filed);
     parm.myReferenced = true;
 }
 
@@ -256,11 +264,9 @@ void HostReferenceIndex::collect(const HostReferrerSet &slots, const Match &m,
     slots.forEach(
         [&](const Slot &slot)
         {
-            auto it = myByParm.find(slot.first);
-            if (it == myByParm.end())
-                return;
             const HostParm &parm = *slot.first;
-            if (refersTo(parm, it->second[slot.second].myFiled, m))
+            const std::vector<Filed> *filed = filedOf(parm, slot.second);
+            if (filed && refersTo(parm, *filed, m))
                 out.push_back(
                     {parm.getNode()->getUniqueId(), parm.getIndex(), slot.second, slot.first});
         });

@@ -1,6 +1,7 @@
 // HostReferenceIndex: which parameter components refer to a node's channels.
 #pragma once
 
+#include "host/HostFiledReference.h"
 #include "host/HostReferrerSet.h"
 
 #include <cstddef>
@@ -86,16 +87,9 @@ public:
 
 private:
     using Slot = std::pair<HostParm *, int>;
-    struct Filed
-    {
-        std::string myPath;   ///< as written
-        std::string myTarget; ///< absolute node path
-        std::string myToken;  ///< channel token
-    };
-    struct ComponentRefs
-    {
-        std::vector<Filed> myFiled;
-    };
+    using Filed = HostFiledReference;
+    /// What component k of a parameter has filed, or null.
+    static const std::vector<Filed> *filedOf(const HostParm &parm, int k);
 
     void unfile(HostParm &parm, int k);
     void file(HostParm &parm, int k, const std::string &text);
@@ -130,8 +124,6 @@ private:
     std::vector<HostReferrer> find(const HostNode &node, const Match &m,
                                    const std::function<bool(const std::string &)> &takeToken) const;
 
-    /// Referring components by parameter; each vector is indexed by component.
-    std::unordered_map<const HostParm *, std::vector<ComponentRefs>> myByParm;
     /// Absolute node path -> channel token -> referring components.
     std::unordered_map<std::string, std::unordered_map<std::string, HostReferrerSet>> myByTarget;
     size_t myNumEntries = 0;

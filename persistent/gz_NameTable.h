@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/HostStringHash.h"
-#include "persistent/gz_ProbeErase.h"
+#include "host/HostProbeErase.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -52,7 +52,7 @@ public:
         std::size_t i = slotOf(name);
         if (!mySlots[i].hash)
             return;
-        gz_ProbeErase(
+        HostProbeErase(
             mySlots, i, [](const Slot &slot) { return slot.hash != 0; },
             [this](const Slot &slot) { return homeOf(slot.hash); });
         --myCount;

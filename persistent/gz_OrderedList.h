@@ -1,7 +1,7 @@
 // gz_OrderedList: an ordered list of distinct pointers with logarithmic index operations.
 #pragma once
 
-#include "persistent/gz_ProbeErase.h"
+#include "host/HostProbeErase.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -233,7 +233,7 @@ private:
             std::size_t i = slotOf(key);
             while (mySlots[i].key != key)
                 i = (i + 1) & mask();
-            gz_ProbeErase(
+            HostProbeErase(
                 mySlots, i, [](const Slot &slot) { return slot.key != nullptr; },
                 [this](const Slot &slot) { return slotOf(slot.key); });
             --myCount;
