@@ -52,8 +52,7 @@ TEST(HostChannelKeys, SegmentsPrevNextAndRemoval)
 
     EXPECT_FALSE(channel.removeKey(3.0));
     EXPECT_TRUE(channel.removeKey(2.0));
-    EXPECT_EQ(channel.findKey(2.0), -1);
-    EXPECT_EQ(channel.findKey(4.0), 1);
+    EXPECT_EQ(std::tuple(channel.findKey(2.0), channel.findKey(4.0)), std::tuple(-1, 1));
     EXPECT_DOUBLE_EQ(channel.evaluate(2.5), 7.5);
 }
 
@@ -78,6 +77,5 @@ TEST(HostChannelPending, HeldUntilKeyedOrTimeChanges)
     HostChannel copy;
     channel.setValue(1.5, -1.0);
     copy.copyContents(channel);
-    EXPECT_EQ(copy, channel);
-    EXPECT_FALSE(copy.hasPending());
+    EXPECT_EQ(std::tuple(copy, copy.hasPending()), std::tuple(channel, false));
 }

@@ -156,8 +156,7 @@ TEST(CommandExecution, SuppressedOutputHistoryVariablesAndNesting)
     // Quiet runs discard output (also of nested runs) but keep errors, and add no history.
     EXPECT_TRUE(in.mgr.execute("show a; nest 'show b'", /*add_to_history=*/false,
                                /*show_output=*/false));
-    EXPECT_EQ(in.out.str(), "");
-    EXPECT_EQ(in.err.str(), "nested done\n");
+    EXPECT_EQ(std::tuple(in.out.str(), in.err.str()), std::tuple("", "nested done\n"));
     EXPECT_TRUE(in.mgr.history().empty());
 
     EXPECT_TRUE(in.mgr.execute("show $V\n", /*add_to_history=*/true));

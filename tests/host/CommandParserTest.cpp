@@ -94,8 +94,7 @@ TEST(CommandParser, MarksQuotedWords)
     std::string quoted;
     for (const auto &word : cmd.words)
         quoted += word.quoted ? '1' : '0';
-    EXPECT_EQ(quoted, "00111");
-    EXPECT_EQ(cmd.words[4].text, "x");
+    EXPECT_EQ(std::tuple(quoted, cmd.words[4].text), std::tuple("00111", "x"));
     EXPECT_FALSE(parser.next(cmd));
 }
 

@@ -110,8 +110,7 @@ TEST(DialogStream, TokensLinesCommentsAndRestOfLine)
     bool quoted = false;
     std::vector<std::string> got;
     ASSERT_TRUE(in.getToken(t, &quoted));
-    EXPECT_EQ(t, "word");
-    EXPECT_EQ(in.getLine(), 2);
+    EXPECT_EQ(std::tuple(t, in.getLine()), std::tuple("word", 2));
     ASSERT_TRUE(in.getToken(t, &quoted));
     EXPECT_TRUE(quoted);
     EXPECT_EQ(t, "a \"q\"\nb");
@@ -122,8 +121,7 @@ TEST(DialogStream, TokensLinesCommentsAndRestOfLine)
     ASSERT_TRUE(in.nextOnSameLine()); // a peeked token is given back as raw text
     EXPECT_EQ(in.getRestOfLine(), "\"so\\me\"  text");
     ASSERT_TRUE(in.getToken(t));
-    EXPECT_EQ(t, "last");
-    EXPECT_EQ(in.getLine(), 5);
+    EXPECT_EQ(std::tuple(t, in.getLine()), std::tuple("last", 5));
     EXPECT_FALSE(in.getToken(t));
 }
 
@@ -212,8 +210,7 @@ TEST(DialogScript, SwitchersImportsAndTabBreaksSurviveTheWayBack)
     ASSERT_EQ(l.size(), 7); // a, x, b, r, y, c, d
     EXPECT_EQ(l[0].getFolderCount(), 1);
     EXPECT_EQ(std::pair(l[2].getFolderCount(), l[2].getFolderParmCount(0)), std::pair(1, 1));
-    EXPECT_TRUE(l[3].getType().isExclusive());
-    EXPECT_EQ(l[3].getFolderCount(), 2);
+    EXPECT_EQ(std::tuple(l[3].getType().isExclusive(), l[3].getFolderCount()), std::tuple(true, 2));
     EXPECT_STREQ(l[5].getTag("group_type"), "collapsible");
     EXPECT_EQ(l[6].getFolderCount(), 1);
     ASSERT_EQ(layout.myImports.size(), 1u);

@@ -5,6 +5,7 @@
 #include "host/HostNode.h"
 #include "host/HostOperator.h"
 #include "host/HostOperatorTable.h"
+#include "host/HostParm.h"
 
 #include <gtest/gtest.h>
 
@@ -52,6 +53,25 @@ protected:
         HostNode *node = myDirector.createNode(type, path, &error);
         EXPECT_NE(node, nullptr) << error;
         return node;
+    }
+
+    HostParm *parm(HostNode *node, const char *channel, int &k)
+    {
+        return node->findChannel(channel, k);
+    }
+    HostParm *parm(HostNode *node, const char *channel)
+    {
+        int k = -1;
+        return node->findChannel(channel, k);
+    }
+
+    /// Value of a channel ("tx") of a node at the current time.
+    double value(HostNode *node, const char *channel)
+    {
+        int k = -1;
+        HostParm *parm = node->findChannel(channel, k);
+        EXPECT_NE(parm, nullptr) << channel;
+        return parm ? parm->evalFloat(k, myDirector.getTime()) : 0.0;
     }
 
     HostDirector myDirector;

@@ -39,9 +39,8 @@ TEST_F(HostNodeCreation, CreatesNodesAtFullPathsAndRefusesBadOnes)
 {
     HostNode *geo = make("tgeo", "/obj/geo1");
     ASSERT_NE(geo, nullptr);
-    EXPECT_EQ(geo->getFullPath(), "/obj/geo1");
-    EXPECT_EQ(geo->getOperatorName(), "tgeo");
-    EXPECT_EQ(geo->getNetworkTypeId(), HOST_NETWORK_OBJECT);
+    EXPECT_EQ(std::tuple(geo->getFullPath(), geo->getOperatorName(), geo->getNetworkTypeId()),
+              std::tuple("/obj/geo1", "tgeo", HOST_NETWORK_OBJECT));
     ASSERT_NE(geo->getChildNetwork(), nullptr);
 
     HostNode *box = make("tbox", "/obj/geo1/box1");
@@ -222,8 +221,7 @@ TEST_F(HostNodeCreation, ParmWritesNotifyAndRespectLocksAndAccess)
     geo->setPermissions(0755);
     EXPECT_FALSE(geo->canAccess(HostNode::ACCESS_WRITE, *t));
     EXPECT_FALSE(geo->setParmValue(*t, 0, 4.0));
-    EXPECT_EQ(t->getValue(0), 3.0);
-    EXPECT_EQ(t->getValue(1), 2.5);
+    EXPECT_EQ(std::tuple(t->getValue(0), t->getValue(1)), std::tuple(3.0, 2.5));
     EXPECT_EQ(geo->getNumParmChanges(), 2);
     myDirector.clearScene(); // the local listeners die before TearDown
 }
@@ -257,8 +255,7 @@ TEST_F(HostNodeCreation, DirectorKeepsTimeProxiesAndTheSaveCallback)
 {
     myDirector.setFps(25.0);
     myDirector.setFps(0.0); // refused
-    EXPECT_EQ(myDirector.getFps(), 25.0);
-    EXPECT_EQ(myDirector.timeToFrame(0.0), 1.0);
+    EXPECT_EQ(std::tuple(myDirector.getFps(), myDirector.timeToFrame(0.0)), std::tuple(25.0, 1.0));
     EXPECT_EQ(myDirector.timeToFrame(1.0), 26.0);
     EXPECT_EQ(myDirector.frameToTime(51.0), 2.0);
 

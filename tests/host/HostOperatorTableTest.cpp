@@ -70,8 +70,7 @@ TEST_F(HostOperatorTableChanges, AddRenameDeleteTellTheListeners)
 
     HostOperator *op = addType("Sop", "tmover", {HostParmTemplate(HOST_PARM_FLOAT, "a", "A")});
     ASSERT_NE(op, nullptr);
-    EXPECT_EQ(op->getTable(), sop);
-    EXPECT_EQ(op->getQualifiedName(), "Sop/tmover");
+    EXPECT_EQ(std::tuple(op->getTable(), op->getQualifiedName()), std::tuple(sop, "Sop/tmover"));
     EXPECT_EQ(sop->getOperator("tmover"), op);
     EXPECT_EQ(addType("Sop", "tmover", {}), nullptr); // duplicate refused
     EXPECT_EQ(addType("Sop", "bad/name", {}), nullptr);
@@ -132,9 +131,8 @@ TEST_F(HostOperatorTableChanges, DestroyingATableTellsItsSinksAndTypes)
                                              1, HostOperator::FLAG_STATE_OPTIONAL);
     HostOperator *op = table->addOperator(std::move(scripted));
     ASSERT_NE(op, nullptr);
-    EXPECT_TRUE(op->isScriptedDefinition());
-    EXPECT_TRUE(op->isStateOptional());
-    EXPECT_EQ(op->getFlags(), 0x18u);
+    EXPECT_EQ(std::tuple(op->isScriptedDefinition(), op->isStateOptional(), op->getFlags()),
+              std::tuple(true, true, 0x18u));
 
     SinkLog tables;
     SinkLog templates;

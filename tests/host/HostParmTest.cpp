@@ -49,16 +49,13 @@ TEST(HostParmTemplateNaming, ChannelNamesFollowTheNamingScheme)
     HostParmTemplate t(HOST_PARM_XYZ, "t", "T", 3);
     t.setName("pos");
     t.setVectorSize(2);
-    EXPECT_EQ(channels(t), (V{"posx", "posy"}));
-    EXPECT_EQ(t.findChannel("posy"), 1);
+    EXPECT_EQ(std::tuple(channels(t), t.findChannel("posy")), std::tuple((V{"posx", "posy"}), 1));
     EXPECT_EQ(t.findChannel("posz"), -1);
     HostParmTemplate sw(HOST_PARM_SWITCHER, "folder0", "F");
     sw.addFolder("Transform", 2);
     sw.addFolder("Render", 1);
-    EXPECT_EQ(channels(sw), (V{"folder0"}));
-    EXPECT_EQ(sw.getFolderCount(), 2);
-    EXPECT_EQ(sw.getFolderLabel(1), "Render");
-    EXPECT_EQ(sw.getFolderParmCount(0), 2);
+    EXPECT_EQ(std::tuple(channels(sw), sw.getFolderCount()), std::tuple((V{"folder0"}), 2));
+    EXPECT_EQ(std::tuple(sw.getFolderLabel(1), sw.getFolderParmCount(0)), std::tuple("Render", 2));
     EXPECT_TRUE(HostParmTemplate().isTerminator());
     EXPECT_EQ(HostParmTemplate().getNumChannels(), 0);
 }
@@ -83,8 +80,7 @@ TEST(HostParmTemplateCopy, CopiesAreDeepAndListsStayTerminated)
     EXPECT_TRUE(templates.data()[2].isTerminator());
     templates.insert(0, HostParmTemplate(HOST_PARM_STRING, "s", "S"));
     templates.remove(2);
-    EXPECT_EQ(templates.find("s"), 0);
-    EXPECT_EQ(templates.find("f"), -1);
+    EXPECT_EQ(std::tuple(templates.find("s"), templates.find("f")), std::tuple(0, -1));
     EXPECT_TRUE(templates.data()[templates.size()].isTerminator());
     HostParmTemplateList again(templates.data());
     EXPECT_EQ(again, templates);
@@ -106,11 +102,9 @@ TEST_F(HostParmLookup, FindsParametersByNameChannelAndAlias)
         return std::pair(parm ? parm->getName() : "none", vec);
     };
     using Found = std::pair<std::string, int>;
-    EXPECT_EQ(find("ty"), Found("t", 1));
-    EXPECT_EQ(find("t"), Found("t", 0));
+    EXPECT_EQ(std::tuple(find("ty"), find("t")), std::tuple(Found("t", 1), Found("t", 0)));
     EXPECT_EQ(find("scale"), Found("scale", 0));
-    EXPECT_EQ(find("tw"), Found("none", -1));
-    EXPECT_EQ(parms.getParmIndex("r"), 1);
+    EXPECT_EQ(std::tuple(find("tw"), parms.getParmIndex("r")), std::tuple(Found("none", -1), 1));
     EXPECT_EQ(parms.getParm(1)->getChannelName(2), "rz");
 
     EXPECT_FALSE(parms.addChannelAlias("height", "nothing"));
@@ -123,8 +117,7 @@ TEST_F(HostParmLookup, DefaultsRevertAndFactoryDefaults)
     HostNode *geo = make("tgeo", "/obj/geo1");
     HostParm *scale = geo->getParm("scale");
     ASSERT_NE(scale, nullptr);
-    EXPECT_EQ(scale->getValue(0), 1.0);
-    EXPECT_TRUE(scale->isAtDefault(0));
+    EXPECT_EQ(std::tuple(scale->getValue(0), scale->isAtDefault(0)), std::tuple(1.0, true));
 
     scale->setValue(0, 4.0);
     EXPECT_FALSE(scale->isAtDefault(0));
@@ -158,14 +151,12 @@ TEST_F(HostParmLookup, MultiparmInstancesAreNamedIndexedAndRemoved)
     HostParmList &parms = curve->getParmList();
     HostParm *points = parms.getParm("points");
     ASSERT_NE(points, nullptr);
-    EXPECT_EQ(points->getInstanceCount(), 2);
-    EXPECT_EQ(points->getInt(0), 2);
+    EXPECT_EQ(std::tuple(points->getInstanceCount(), points->getInt(0)), std::tuple(2, 2));
 
     int vec = -1;
     HostParm *pos2 = parms.findChannel("pos2y", vec);
     ASSERT_NE(pos2, nullptr);
-    EXPECT_EQ(pos2->getName(), "pos2");
-    EXPECT_EQ(vec, 1);
+    EXPECT_EQ(std::tuple(pos2->getName(), vec), std::tuple("pos2", 1));
     EXPECT_EQ(pos2->getMultiParmOwner(), points);
     EXPECT_EQ(pos2->getInstanceNumber(), 2);
     EXPECT_EQ(points->getInstanceParms(1).at(0), pos2);
@@ -178,9 +169,8 @@ TEST_F(HostParmLookup, MultiparmInstancesAreNamedIndexedAndRemoved)
 
     // Shrinking removes the last instance with everything nested in it; indexes stay exact.
     EXPECT_TRUE(curve->setParmValue(*points, 0, 1));
-    EXPECT_EQ(points->getInstanceCount(), 1);
-    EXPECT_EQ(parms.getParm("pos2"), nullptr);
-    EXPECT_EQ(parms.getParm("wt2_3"), nullptr);
+    EXPECT_EQ(std::tuple(points->getInstanceCount(), parms.getParm("pos2"), parms.getParm("wt2_3")),
+              std::tuple(1, nullptr, nullptr));
     EXPECT_EQ(parms.findChannel("pos2x", vec), nullptr);
     EXPECT_NE(parms.getParm("pos1"), nullptr);
     for (int i = 0; i < parms.getEntries(); ++i)
@@ -204,8 +194,7 @@ TEST_F(HostParmLookup, SpareParmsAreRebuiltKeepingValuesAndInterests)
     EXPECT_EQ(events, 1);
     HostParm *extra = geo->getParm("extra");
     ASSERT_NE(extra, nullptr);
-    EXPECT_TRUE(extra->isSpare());
-    EXPECT_FALSE(geo->getParm("t")->isSpare());
+    EXPECT_EQ(std::tuple(extra->isSpare(), geo->getParm("t")->isSpare()), std::tuple(true, false));
     extra->setValue(0, 5.0);
     int calls = 0;
     HostParmInterest interest{&calls, [](void *callee, void *) { ++*static_cast<int *>(callee); }};
@@ -269,8 +258,7 @@ TEST_F(HostParmLookup, ValuesClampRoundAndKeepExpressionsApart)
     EXPECT_EQ(amount->getValue(0), 0.25);
     amount->setString(0, "$F * 2", HOST_STRING_EXPRESSION);
     EXPECT_EQ(amount->component(0).myExpression, "$F * 2");
-    EXPECT_TRUE(amount->isTimeDependent(0));
-    EXPECT_EQ(amount->getValue(0), 0.25);
+    EXPECT_EQ(std::tuple(amount->isTimeDependent(0), amount->getValue(0)), std::tuple(true, 0.25));
     amount->setValue(0, 0.5);
     EXPECT_FALSE(amount->isTimeDependent(0));
 
@@ -287,9 +275,8 @@ TEST_F(HostParmLookup, ValuesClampRoundAndKeepExpressionsApart)
     amount->setValue(0, 9.0);
     amount->restoreFactoryDefault(0);
     amount->restoreState(state);
-    EXPECT_TRUE(amount->isLocked(0));
-    EXPECT_EQ(amount->getValue(0), 0.5);
-    EXPECT_EQ(amount->getDefault(0).myNumber, 0.75);
+    EXPECT_EQ(std::tuple(amount->isLocked(0), amount->getValue(0), amount->getDefault(0).myNumber),
+              std::tuple(true, 0.5, 0.75));
 }
 
 TEST_F(HostParmLookup, RampPointsAreInstancesNamedByTheRampNaming)

@@ -51,8 +51,7 @@ TEST(HostUndoBlocks, OutermostBlockIsOneStepAndEmptyBlocksLeaveNone)
     mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, "a"));
     const int inner = mgr.beginUndoBlock("Inner");
     EXPECT_GT(inner, outer);
-    EXPECT_EQ(mgr.getCurrentBlockId(), inner);
-    EXPECT_EQ(mgr.getBlockDepth(), 2);
+    EXPECT_EQ(std::tuple(mgr.getCurrentBlockId(), mgr.getBlockDepth()), std::tuple(inner, 2));
     mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, "b"));
     EXPECT_TRUE(mgr.endUndoBlock(inner));
     EXPECT_EQ(mgr.getUndoCount(), 0); // still inside Outer
@@ -60,12 +59,10 @@ TEST(HostUndoBlocks, OutermostBlockIsOneStepAndEmptyBlocksLeaveNone)
     EXPECT_TRUE(mgr.endUndoBlock(outer));
     EXPECT_FALSE(mgr.endUndoBlock());
     ASSERT_EQ(mgr.getUndoCount(), 1);
-    EXPECT_EQ(mgr.getUndoName(), "Outer");
-    EXPECT_EQ(mgr.getUndoRecordCount(), 3);
+    EXPECT_EQ(std::tuple(mgr.getUndoName(), mgr.getUndoRecordCount()), std::tuple("Outer", 3));
     auto blocks = mgr.getUndoBlocks();
     ASSERT_EQ(blocks.size(), 2u);
-    EXPECT_EQ(blocks[0].myDepth, 0);
-    EXPECT_EQ(blocks[1].myName, "Inner");
+    EXPECT_EQ(std::tuple(blocks[0].myDepth, blocks[1].myName), std::tuple(0, "Inner"));
     EXPECT_EQ(blocks[1].myDepth, 1);
 
     // Ending an outer id closes the blocks opened inside it as well.
@@ -75,8 +72,7 @@ TEST(HostUndoBlocks, OutermostBlockIsOneStepAndEmptyBlocksLeaveNone)
     EXPECT_FALSE(mgr.endUndoBlock(a + 100));
     EXPECT_TRUE(mgr.endUndoBlock(a));
     EXPECT_FALSE(mgr.isInBlock());
-    EXPECT_EQ(mgr.getUndoCount(), 2);
-    EXPECT_EQ(mgr.getNumBlocksOpened(), 5);
+    EXPECT_EQ(std::tuple(mgr.getUndoCount(), mgr.getNumBlocksOpened()), std::tuple(2, 5));
 }
 
 TEST(HostUndoBlocks, PlaybackRunsWholeStepsInOrderAndRecordsNothing)
@@ -91,22 +87,19 @@ TEST(HostUndoBlocks, PlaybackRunsWholeStepsInOrderAndRecordsNothing)
     EXPECT_TRUE(mgr.willAcceptUndoAddition());
     EXPECT_TRUE(mgr.undo());
     EXPECT_EQ(log, (std::vector<std::string>{"undo:2", "refused", "undo:1", "refused"}));
-    EXPECT_EQ(mgr.getUndoCount(), 0);
-    EXPECT_EQ(mgr.getRedoName(), "Step");
+    EXPECT_EQ(std::tuple(mgr.getUndoCount(), mgr.getRedoName()), std::tuple(0, "Step"));
     EXPECT_FALSE(mgr.undo());
 
     log.clear();
     EXPECT_TRUE(mgr.redo());
     EXPECT_EQ(log, (std::vector<std::string>{"redo:1", "refused", "redo:2", "refused"}));
-    EXPECT_EQ(mgr.getUndoCount(), 1);
-    EXPECT_EQ(mgr.getRedoCount(), 0);
+    EXPECT_EQ(std::tuple(mgr.getUndoCount(), mgr.getRedoCount()), std::tuple(1, 0));
 
     // A new step drops what could be redone; undo is refused inside a block.
     mgr.undo();
     EXPECT_EQ(mgr.getRedoCount(), 1);
     mgr.addToUndoBlock(std::make_unique<LogUndo>(mgr, log, "loose"));
-    EXPECT_EQ(mgr.getUndoName(), "Unnamed");
-    EXPECT_EQ(mgr.getRedoCount(), 0);
+    EXPECT_EQ(std::tuple(mgr.getUndoName(), mgr.getRedoCount()), std::tuple("Unnamed", 0));
     id = mgr.beginUndoBlock("Open");
     EXPECT_FALSE(mgr.undo());
     mgr.endUndoBlock(id);
@@ -129,8 +122,7 @@ TEST(HostUndoBlocks, MergingBlocksJoinTheLastStepOfTheSameName)
     };
     for (int i = 0; i < 3; ++i)
         step("Drag");
-    EXPECT_EQ(mgr.getUndoCount(), 1);
-    EXPECT_EQ(mgr.getUndoRecordCount(), 3);
+    EXPECT_EQ(std::tuple(mgr.getUndoCount(), mgr.getUndoRecordCount()), std::tuple(1, 3));
     step("Other");
     step("Drag");
     EXPECT_EQ(mgr.getUndoCount(), 3);
@@ -161,16 +153,13 @@ TEST_F(HostParmUndoRecord, NodeWritesUndoAndRedoThroughTheDirector)
                                   ++*static_cast<int *>(callee);
                           });
     ASSERT_TRUE(undo.undo());
-    EXPECT_EQ(t->getValue(0), 0.0);
-    EXPECT_EQ(t->getValue(1), 0.0);
+    EXPECT_EQ(std::tuple(t->getValue(0), t->getValue(1)), std::tuple(0.0, 0.0));
     EXPECT_FALSE(t->isLocked(2)); // the second save of t saw it unlocked
-    EXPECT_EQ(geo->getParm("scale")->getValue(0), 1.0);
-    EXPECT_EQ(events, 3);
+    EXPECT_EQ(std::tuple(geo->getParm("scale")->getValue(0), events), std::tuple(1.0, 3));
     EXPECT_EQ(undo.getUndoCount(), 0);
 
     ASSERT_TRUE(undo.redo());
-    EXPECT_EQ(t->getValue(0), 1.0);
-    EXPECT_EQ(t->getValue(1), 2.0);
+    EXPECT_EQ(std::tuple(t->getValue(0), t->getValue(1)), std::tuple(1.0, 2.0));
     EXPECT_TRUE(t->isLocked(2));
     EXPECT_EQ(geo->getParm("scale")->getValue(0), 3.0);
 

@@ -19,8 +19,7 @@ TEST_F(HostNodeRecreation, ReusesOnlyFreedIdsAndPlacesTheNode)
     EXPECT_EQ(myDirector.findNodeById(freed), back);
     HostNetwork *obj = myDirector.findNode("/obj")->getChildNetwork();
     ASSERT_EQ(obj->getNumNodes(), 3);
-    EXPECT_EQ(obj->getNode(1), back);
-    EXPECT_EQ(obj->getNode(2)->getName(), "c");
+    EXPECT_EQ(std::tuple(obj->getNode(1), obj->getNode(2)->getName()), std::tuple(back, "c"));
 
     // A live id, an id never handed out and a position out of range give the usual node.
     HostNode *d = myDirector.createNode("tnull", "/obj/d", nullptr, a->getUniqueId(), 99);

@@ -43,10 +43,8 @@ TEST_F(ParmState, ExpressionsReadChannelsByRelativeAndAbsolutePaths)
     myT2->setExpression(0, "ch(\"../geo1/tx\") * 2");
     myT2->setExpression(1, "ch(\"/obj/geo1/ty\") + ch(\"tx\")");
     myT2->setExpression(2, "$T * 10");
-    EXPECT_EQ(myT2->evalFloat(0, 0.0), 3.0);
-    EXPECT_EQ(myT2->evalFloat(1, 0.0), 1.0);
-    EXPECT_EQ(myT2->evalFloat(2, 0.25), 2.5);
-    EXPECT_EQ(myT2->evalInt(2, 0.25), 2);
+    EXPECT_EQ(std::tuple(myT2->evalFloat(0, 0.0), myT2->evalFloat(1, 0.0)), std::tuple(3.0, 1.0));
+    EXPECT_EQ(std::tuple(myT2->evalFloat(2, 0.25), myT2->evalInt(2, 0.25)), std::tuple(2.5, 2));
     EXPECT_EQ(myT2->evalString(0, 0.0), "3");
     EXPECT_EQ(myT2->getStringMeaning(0), HOST_STRING_EXPRESSION);
     EXPECT_EQ(myT2->getChannelState(0, 0.0), HOST_CHANNEL_STATE_EXPRESSION);
@@ -129,8 +127,7 @@ TEST_F(ParmState, KeysPendingValuesAndChannelRemoval)
     addType("Object", "ttoggle", {toggle});
     HostParm *flag = make("ttoggle", "/obj/tog1")->getParm("flag");
     flag->setValue(0, 0.0, 1.0, /*setKey=*/true);
-    EXPECT_FALSE(flag->hasChannel(0));
-    EXPECT_EQ(flag->evalInt(0, 0.0), 1);
+    EXPECT_EQ(std::tuple(flag->hasChannel(0), flag->evalInt(0, 0.0)), std::tuple(false, 1));
 
     double t = 0.0;
     EXPECT_TRUE(myT1->getNextKeyTime(0, 0.5, t));
@@ -231,21 +228,18 @@ TEST_F(ParmState, SaveForUndoRestoresValuesExpressionsChannelsAndFlags)
     EXPECT_EQ(keysAfter.getNumKeys(), 4);
 
     ASSERT_TRUE(undo.undo());
-    EXPECT_EQ(myT1->getValue(0), 1.0);
-    EXPECT_FALSE(myT1->hasChannel(0));
-    EXPECT_EQ(myT1->getExpression(1), "$F");
-    EXPECT_EQ(*myT1->getChannel(2), keysBefore);
-    EXPECT_EQ(myT1->getChannelOverride(2), "/ch/motion/tz");
-    EXPECT_FALSE(myT1->isLocked(1));
+    EXPECT_EQ(std::tuple(myT1->getValue(0), myT1->hasChannel(0), myT1->getExpression(1)),
+              std::tuple(1.0, false, "$F"));
+    EXPECT_EQ(std::tuple(*myT1->getChannel(2), myT1->getChannelOverride(2), myT1->isLocked(1)),
+              std::tuple(keysBefore, "/ch/motion/tz", false));
     EXPECT_TRUE(myT1->isEnabled(0));
     const HostParmState restored = myT1->saveState();
     for (int k = 0; k < 3; ++k)
         EXPECT_EQ(restored.myComponents[k], before.myComponents[k]) << k;
 
     ASSERT_TRUE(undo.redo());
-    EXPECT_EQ(*myT1->getChannel(2), keysAfter);
-    EXPECT_TRUE(myT1->isKeyAt(0, 0.0));
-    EXPECT_TRUE(myT1->isLocked(1));
+    EXPECT_EQ(std::tuple(*myT1->getChannel(2), myT1->isKeyAt(0, 0.0), myT1->isLocked(1)),
+              std::tuple(keysAfter, true, true));
 }
 
 TEST_F(ParmState, LayersAdjustWritesAndReads)
@@ -258,8 +252,7 @@ TEST_F(ParmState, LayersAdjustWritesAndReads)
     EXPECT_EQ(manager.applyLayerContribution(*myT1, 0, 0.0, 4.0), 3.0);
     EXPECT_EQ(manager.applyLayerContribution(*myT1, 1, 0.0, 4.0), 4.0);
     myT1->setValue(0, 0.0, manager.applyLayerContribution(*myT1, 0, 0.0, 4.0), false);
-    EXPECT_EQ(myT1->evalFloat(0, 0.0), 4.0);
-    EXPECT_EQ(myT1->getValue(0), 3.0);
+    EXPECT_EQ(std::tuple(myT1->evalFloat(0, 0.0), myT1->getValue(0)), std::tuple(4.0, 3.0));
     EXPECT_TRUE(manager.removeLayer("offset"));
     EXPECT_EQ(myT1->evalFloat(0, 0.0), 3.0);
 }

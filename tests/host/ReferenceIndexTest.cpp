@@ -182,8 +182,7 @@ TEST_F(ReferenceIndex, BakeKeepsTheValueDropsTheReferenceAndUndoes)
     EXPECT_TRUE(box->bakeParmValue(label, 0, 0.0));
     undo.endUndoBlock(block);
     EXPECT_FALSE(t.hasExpression(0) || t.hasChannel(1) || label.hasExpression(0));
-    EXPECT_EQ(t.getValue(0), 3.0);
-    EXPECT_EQ(t.getValue(1), 4.0);
+    EXPECT_EQ(std::tuple(t.getValue(0), t.getValue(1)), std::tuple(3.0, 4.0));
     EXPECT_EQ(label.getString(0), "v1.5");
     EXPECT_EQ(referrers("/obj/geo1", "tx"), std::vector<std::string>{});
 

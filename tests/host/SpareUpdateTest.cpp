@@ -38,9 +38,8 @@ TEST_F(SpareUpdate, OneUndoStepKeepsSurvivingValues)
 
     ASSERT_TRUE(
         apply(*geo, "parm { name \"a\" type float }\nparm { name \"c\" type toggle }", errors));
-    EXPECT_EQ(undo.getUndoCount(), steps + 1);
-    EXPECT_EQ(undo.getUndoName(), HostSpareUpdate::UNDO_NAME);
-    EXPECT_EQ(geo->getParm("a")->getValue(0), 7.0);
+    EXPECT_EQ(std::tuple(undo.getUndoCount(), undo.getUndoName(), geo->getParm("a")->getValue(0)),
+              std::tuple(steps + 1, HostSpareUpdate::UNDO_NAME, 7.0));
     EXPECT_EQ(geo->getParm("b"), nullptr);
     EXPECT_TRUE(geo->getSpareImports().empty());
 

@@ -143,8 +143,7 @@ TEST_F(LinkFixture, NodeEventsDetachAndDescribe)
     EXPECT_EQ(link->getDescription(), "ltest: /obj/a");
 
     ASSERT_TRUE(myDirector.deleteNode(a));
-    EXPECT_EQ(link->getOpNode(0), b);
-    EXPECT_EQ(link->getKeyframeNumOps(), 2);
+    EXPECT_EQ(std::tuple(link->getOpNode(0), link->getKeyframeNumOps()), std::tuple(b, 2));
     EXPECT_EQ(link->getDescription(), "ltest: /obj/b");
     EXPECT_EQ(link->myUpdates, 1); // nodes remain, so the handle reads its values again
     ASSERT_TRUE(myDirector.deleteNode(c));
@@ -157,8 +156,7 @@ TEST_F(LinkFixture, NodeEventsDetachAndDescribe)
     EXPECT_EQ(link->getDescription(), "ltest: /obj/bee");
 
     ASSERT_TRUE(myDirector.deleteNode(b));
-    EXPECT_EQ(link->getKeyframeNumOps(), 0);
-    EXPECT_EQ(link->myUpdates, 2);
+    EXPECT_EQ(std::tuple(link->getKeyframeNumOps(), link->myUpdates), std::tuple(0, 2));
     EXPECT_EQ(link->getDescription(), "ltest");
     EXPECT_EQ(link->myDescriptionChanges.back(), "ltest: /obj/bee");
 
@@ -211,9 +209,8 @@ TEST_F(LinkFixture, LockedPartsAreHidden)
 
     // Binding state marks the component that is finally driven.
     link->setBindingState(true);
-    EXPECT_FALSE(t->isActive(0));
-    EXPECT_TRUE(parm(b, "tx")->isActive(0));
-    EXPECT_TRUE(t->isActive(1));
+    EXPECT_EQ(std::tuple(t->isActive(0), parm(b, "tx")->isActive(0), t->isActive(1)),
+              std::tuple(false, true, true));
     link->setBindingState(false);
     EXPECT_FALSE(parm(b, "tx")->isActive(0));
 
@@ -268,8 +265,7 @@ TEST_F(LinkFixture, EqualityAndCopying)
     auto copy = makeLink();
     EXPECT_EQ(copy->isEqual(*link), 0);
     EXPECT_EQ(copy->setEqual(*link), 1);
-    EXPECT_EQ(link->isEqual(*copy), 1);
-    EXPECT_EQ(copy->id(), 7);
+    EXPECT_EQ(std::tuple(link->isEqual(*copy), copy->id()), std::tuple(1, 7));
     EXPECT_EQ(options(*copy), options(*link));
 
     copy->linkOpParm("lxform", 0, "rx");

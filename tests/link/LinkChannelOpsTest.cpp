@@ -136,15 +136,13 @@ TEST_F(ChannelOpsTest, SetKeysOverTwoNodesIsOneBlockAndOneScopeCommand)
         EXPECT_TRUE(t(node).isKeyAt(0, 2.0));
         EXPECT_TRUE(t(node).isKeyAt(2, 2.0));
     }
-    EXPECT_TRUE(t(a).isKeyAt(1, 2.0));
-    EXPECT_FALSE(t(b).isKeyAt(1, 2.0));
+    EXPECT_EQ(std::tuple(t(a).isKeyAt(1, 2.0), t(b).isKeyAt(1, 2.0)), std::tuple(true, false));
     ASSERT_EQ(myCommands.size(), 1u);
     EXPECT_EQ(myCommands[0], "chscope /obj/a/tz /obj/a/ty /obj/a/tx /obj/b/tz /obj/b/tx");
 
     // Undo takes every key of both nodes back in one step.
     ASSERT_TRUE(undo.undo());
-    EXPECT_FALSE(t(a).hasChannel(0));
-    EXPECT_FALSE(t(b).hasChannel(2));
+    EXPECT_EQ(std::tuple(t(a).hasChannel(0), t(b).hasChannel(2)), std::tuple(false, false));
 
     // Add mode marks every channel; the open-editor preference changes the prefix; a named
     // block replaces the default name; a range keys only its handle parameters.
@@ -159,8 +157,7 @@ TEST_F(ChannelOpsTest, SetKeysOverTwoNodesIsOneBlockAndOneScopeCommand)
     // Without scope-on-key nothing is scoped.
     GZ_ResourceManager::setScopeChannelsOnKey(false);
     link->setKeys(0, -1, -1, nullptr);
-    EXPECT_EQ(myCommands.size(), 2u);
-    EXPECT_TRUE(t(a).isKeyAt(2, 2.0));
+    EXPECT_EQ(std::tuple(myCommands.size(), t(a).isKeyAt(2, 2.0)), std::tuple(2u, true));
 }
 
 TEST_F(ChannelOpsTest, SetKeysSkipsWhatCannotBeKeyedAndOpensNoBlockForAnEmptyRange)
@@ -173,9 +170,8 @@ TEST_F(ChannelOpsTest, SetKeysSkipsWhatCannotBeKeyedAndOpensNoBlockForAnEmptyRan
     const int blocks = undo.getNumBlocksOpened();
 
     link->setKeys(-1, 3, 1, nullptr);
-    EXPECT_EQ(undo.getNumBlocksOpened(), blocks);
-    EXPECT_FALSE(t(a).hasChannel(0));
-    EXPECT_TRUE(myCommands.empty());
+    EXPECT_EQ(std::tuple(undo.getNumBlocksOpened(), t(a).hasChannel(0), myCommands.empty()),
+              std::tuple(blocks, false, true));
 
     link->setKeys(-1, 3, 3, nullptr);
     int k = -1;
@@ -206,8 +202,7 @@ TEST(ParmCache, OnlyTheOutermostStopClearsAndResets)
 
     CacheControl::stopParmsCache();
     EXPECT_EQ(GZ_ResourceManager::cacheParms(), 0);
-    EXPECT_EQ(CacheControl::size(), 0u);
-    EXPECT_EQ(CacheControl::behaviour(), "000");
+    EXPECT_EQ(std::tuple(CacheControl::size(), CacheControl::behaviour()), std::tuple(0u, "000"));
 }
 
 TEST_F(ChannelOpsTest, KeysAndScopesGoToTheOpenCache)
@@ -218,23 +213,19 @@ TEST_F(ChannelOpsTest, KeysAndScopesGoToTheOpenCache)
     CacheControl::startParmsCache();
 
     link->setKeys(-1, -1, -1, nullptr);
-    EXPECT_FALSE(t(a).hasChannel(0));
-    EXPECT_TRUE(myCommands.empty());
+    EXPECT_EQ(std::tuple(t(a).hasChannel(0), myCommands.empty()), std::tuple(false, true));
     std::vector<HostNode *> *nodes = nullptr;
     std::vector<HostParm *> *parms = nullptr;
     std::vector<int> *indices = nullptr;
     CacheControl::getParmsCache(nodes, parms, indices);
     ASSERT_EQ(indices->size(), 3u);
-    EXPECT_EQ(*indices, (std::vector<int>{2, 1, 0}));
-    EXPECT_EQ((*nodes)[0], a);
-    EXPECT_EQ((*parms)[0], &t(a));
-    EXPECT_EQ(CacheControl::behaviour(), "111");
+    EXPECT_EQ(std::tuple(*indices, (*nodes)[0], (*parms)[0], CacheControl::behaviour()),
+              std::tuple((std::vector<int>{2, 1, 0}), a, &t(a), "111"));
 
     // Scoping states its own behaviour and appends again (duplicates are kept).
     link->editChannels(0, -1);
     EXPECT_TRUE(myCommands.empty());
-    EXPECT_EQ(CacheControl::behaviour(), "010");
-    EXPECT_EQ(indices->size(), 6u);
+    EXPECT_EQ(std::tuple(CacheControl::behaviour(), indices->size()), std::tuple("010", 6u));
 }
 
 TEST_F(ChannelOpsTest, EditChannelsBuildsOnePatternPerNodeAndNamesOverrides)
@@ -314,15 +305,13 @@ TEST_F(ChannelOpsTest, RemoveKeysAndDeleteChannelsKeepTheValue)
 
     link->removeKeys(-1);
     EXPECT_EQ(HostUndoManager::current().getUndoName(), "Remove Key(s)");
-    EXPECT_FALSE(p.isKeyAt(0, 1.0));
-    EXPECT_TRUE(p.isKeyAt(0, 2.0));
+    EXPECT_EQ(std::tuple(p.isKeyAt(0, 1.0), p.isKeyAt(0, 2.0)), std::tuple(false, true));
     EXPECT_FALSE(p.hasChannel(1)) << "the channel lost its only key";
     EXPECT_DOUBLE_EQ(value(a, "ty"), 7.0);
 
     link->deleteChannels(-1);
     EXPECT_EQ(HostUndoManager::current().getUndoName(), "Delete Channels");
-    EXPECT_FALSE(p.hasChannel(0));
-    EXPECT_FALSE(p.hasChannel(2));
+    EXPECT_EQ(std::tuple(p.hasChannel(0), p.hasChannel(2)), std::tuple(false, false));
     EXPECT_DOUBLE_EQ(value(a, "tx"), 6.0);
     EXPECT_DOUBLE_EQ(value(a, "tz"), 9.0);
     ASSERT_TRUE(HostUndoManager::current().undo());

@@ -68,8 +68,7 @@ TEST_F(LinkFixture, ProjectionWritesAndReadsBack)
     auto link = makeLink(a, {"{2,0,0,1,tx}", "{1,0,1,1,ty}", "tz", "{2,0,0,1,count}"});
 
     EXPECT_EQ(link->setParmValue(0, 4.0, false), 1);
-    EXPECT_EQ(value(a, "tx"), 2.0);
-    EXPECT_EQ(link->get(0, -1.0), DI(1, 4.0));
+    EXPECT_EQ(std::tuple(value(a, "tx"), link->get(0, -1.0)), std::tuple(2.0, DI(1, 4.0)));
     EXPECT_EQ(link->get(0, -1), II(1, 4));
     EXPECT_EQ(link->setParmValue(1, 0.5, false), 1);
     EXPECT_DOUBLE_EQ(value(a, "ty"), 1.0);
@@ -83,15 +82,13 @@ TEST_F(LinkFixture, ProjectionWritesAndReadsBack)
 
     // Integer writes and reads truncate the mapped value toward zero.
     EXPECT_EQ(link->setParmValue(3, -7, false), 1);
-    EXPECT_EQ(value(a, "count"), -3.0);
-    EXPECT_EQ(link->get(3, 0), II(1, -6));
+    EXPECT_EQ(std::tuple(value(a, "count"), link->get(3, 0)), std::tuple(-3.0, II(1, -6)));
 
     GZ_Vector3 v;
     link->getParmVector3(2, v, 9.0); // tz, the count, then the unbound uniform
     EXPECT_EQ(v, (GZ_Vector3{-1.0, -6.0, 9.0}));
     link->setParmVector3(0, GZ_Vector3{8.0, 0.0, 3.0});
-    EXPECT_EQ(value(a, "tx"), 4.0);
-    EXPECT_EQ(value(a, "tz"), 3.0);
+    EXPECT_EQ(std::tuple(value(a, "tx"), value(a, "tz")), std::tuple(4.0, 3.0));
 }
 
 TEST_F(LinkFixture, WritesWithinToleranceChangeNothing)
@@ -105,12 +102,10 @@ TEST_F(LinkFixture, WritesWithinToleranceChangeNothing)
     EXPECT_EQ(link->setParmValue(0, 3.000001, false), 1);
     // The tolerance is the single-precision constant, slightly below 1e-5.
     EXPECT_EQ(link->setParmValue(0, 3.0 + 9.99999e-6, false), 1);
-    EXPECT_EQ(value(a, "tx"), 3.0);
-    EXPECT_EQ(undo().getUndoCount(), 0);
+    EXPECT_EQ(std::tuple(value(a, "tx"), undo().getUndoCount()), std::tuple(3.0, 0));
     EXPECT_EQ(a->getNumParmChanges(), changes);
     EXPECT_EQ(link->setParmValue(0, 3.0 + 1e-5, false), 1);
-    EXPECT_EQ(value(a, "tx"), 3.0 + 1e-5);
-    EXPECT_EQ(undo().getUndoCount(), 1);
+    EXPECT_EQ(std::tuple(value(a, "tx"), undo().getUndoCount()), std::tuple(3.0 + 1e-5, 1));
 
     // Near zero a write snaps to zero; just outside the tolerance it does not.
     const double rows[][3] = {// start, write, stored
@@ -130,8 +125,7 @@ TEST_F(LinkFixture, ExpressionBindingsReadButRefuseWrites)
     HostNode *a = make("lxform", "/obj/a");
     auto link = makeLink(a, {"!1+1", "!-7/2", "!ch(\"tx\") * 10", "!1+", "!\"a\" + \"b\""});
 
-    EXPECT_EQ(link->get(0, -1.0), DI(1, 2.0));
-    EXPECT_EQ(link->get(0, -1), II(1, 2));
+    EXPECT_EQ(std::tuple(link->get(0, -1.0), link->get(0, -1)), std::tuple(DI(1, 2.0), II(1, 2)));
     EXPECT_EQ(link->get(1, 0), II(1, -3));
     a->setParmValue(*parm(a, "tx"), 0, 0.5);
     EXPECT_EQ(link->get(2, -1.0), DI(1, 5.0));
@@ -197,8 +191,7 @@ TEST_F(LinkFixture, RefusedWritesRecordNothing)
     undo().clear();
     EXPECT_EQ(link->setParmValue(0, 1.0, false), 0);
     EXPECT_EQ(link->setParmValue(1, 1.0, false), 0);
-    EXPECT_EQ(undo().getUndoCount(), 0);
-    EXPECT_FALSE(link->isParmEnabled(1, 0));
+    EXPECT_EQ(std::tuple(undo().getUndoCount(), link->isParmEnabled(1, 0)), std::tuple(0, false));
 
     EXPECT_EQ(link->setParmValue(4, std::string("pts")), 1);
     EXPECT_EQ(link->get(4, std::string()), SI(1, "pts"));
@@ -216,18 +209,15 @@ TEST_F(LinkFixture, ChannelReferencesLeadToAnotherNode)
 
     undo().clear();
     EXPECT_EQ(link->setParmValue(0, 3.0, false), 1);
-    EXPECT_EQ(value(b, "tx"), 1.5);
-    EXPECT_EQ(link->get(0, 0.0), DI(1, 3.0));
+    EXPECT_EQ(std::tuple(value(b, "tx"), link->get(0, 0.0)), std::tuple(1.5, DI(1, 3.0)));
     EXPECT_EQ(link->setParmValue(1, 2.5, false), 1);
-    EXPECT_EQ(value(b, "scale"), 2.5);
-    EXPECT_EQ(undo().getUndoCount(), 2);
+    EXPECT_EQ(std::tuple(value(b, "scale"), undo().getUndoCount()), std::tuple(2.5, 2));
 
     int seen = 0;
     EXPECT_TRUE(link->readParm(0,
                                [&](const HostParm &p, int vi)
                                {
-                                   EXPECT_EQ(p.getNode(), b);
-                                   EXPECT_EQ(vi, 0);
+                                   EXPECT_EQ(std::tuple(p.getNode(), vi), std::tuple(b, 0));
                                    EXPECT_TRUE(b->getFlag(HostNode::FLAG_HANDLE_READ));
                                    ++seen;
                                }));
@@ -238,8 +228,7 @@ TEST_F(LinkFixture, ChannelReferencesLeadToAnotherNode)
     // modifyParm saves for undo and works on the final component.
     EXPECT_TRUE(link->modifyParm(
         0, [](HostParm &p, int vi) { p.setValue(vi, 7.0); }, true));
-    EXPECT_EQ(value(b, "tx"), 7.0);
-    EXPECT_EQ(undo().getUndoCount(), 3);
+    EXPECT_EQ(std::tuple(value(b, "tx"), undo().getUndoCount()), std::tuple(7.0, 3));
     EXPECT_EQ(link->iterateParms(
                   0, [](HostParm &p, int vi) { p.setLocked(vi, true); }, false),
               5);
@@ -257,8 +246,7 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
 
     const int first[] = {1}, second[] = {2}, missing[] = {9};
     EXPECT_EQ(link->setParmInstValue(0, second, 6.0, false, 1), 1);
-    EXPECT_EQ(value(curve, "pos2x"), 3.0);
-    EXPECT_EQ(value(curve, "pos1x"), 0.0);
+    EXPECT_EQ(std::tuple(value(curve, "pos2x"), value(curve, "pos1x")), std::tuple(3.0, 0.0));
     double h = 0.0;
     EXPECT_EQ(link->getParmInstValue(0, second, h, -1.0, 1), 1);
     EXPECT_EQ(h, 6.0);
@@ -266,8 +254,7 @@ TEST_F(LinkFixture, InstanceBindingsExpandTheirMarkers)
     link->setParmInstVector3(0, first, GZ_Vector3{2.0, 5.0, 7.0});
     GZ_Vector3 v;
     link->getParmInstVector3(0, first, v, 0.0);
-    EXPECT_EQ(v, (GZ_Vector3{2.0, 5.0, 7.0}));
-    EXPECT_EQ(value(curve, "pos1x"), 1.0);
+    EXPECT_EQ(std::tuple(v, value(curve, "pos1x")), std::tuple((GZ_Vector3{2.0, 5.0, 7.0}), 1.0));
 
     // Unfilled markers or missing instances name nothing.
     EXPECT_EQ(link->getParmInstValue(0, second, h, -1.0, 0), 0);
@@ -283,20 +270,17 @@ TEST_F(LinkFixture, LateBindingTakesOverValueAccess)
     link->setLateBinding(&late);
     EXPECT_TRUE(link->hasLateBinding(&late));
 
-    EXPECT_EQ(link->get(1, 0.0), DI(1, 101.0));
-    EXPECT_EQ(link->get(0, 0), II(42, 42));
+    EXPECT_EQ(std::tuple(link->get(1, 0.0), link->get(0, 0)), std::tuple(DI(1, 101.0), II(42, 42)));
     EXPECT_EQ(link->get(0, std::string()), SI(1, "late"));
     EXPECT_EQ(link->setParmValue(0, 5.0, false), 1);
     EXPECT_EQ(link->setParmValue(0, 5, false), 2);
     EXPECT_EQ(link->setParmValue(0, std::string("x")), 3);
-    EXPECT_EQ(value(a, "tx"), 0.0);
-    EXPECT_FALSE(link->isParmEnabled(0, 0));
+    EXPECT_EQ(std::tuple(value(a, "tx"), link->isParmEnabled(0, 0)), std::tuple(0.0, false));
     const int inst[] = {1}; // the instance forms never delegate
     EXPECT_EQ(link->setParmInstValue(0, inst, 2.0, false, 0), 1);
     EXPECT_EQ(value(a, "tx"), 2.0);
     link->handleTimeChange();
-    EXPECT_EQ(late.myUpdates, 1);
-    EXPECT_EQ(link->myUpdates, 1);
+    EXPECT_EQ(std::tuple(late.myUpdates, link->myUpdates), std::tuple(1, 1));
 }
 
 TEST_F(LinkFixture, DragOnTwoNodesIsOneUndoStep)
@@ -317,14 +301,12 @@ TEST_F(LinkFixture, DragOnTwoNodesIsOneUndoStep)
         link->setParmVector3(0, GZ_Vector3{1.0 * step, 2.0 * step, 3.0 * step});
     link->endDistributedUndoBlock();
     EXPECT_FALSE(link->inDistributedUndoBlock());
-    EXPECT_EQ(value(a, "ty"), 6.0);
-    EXPECT_EQ(value(b, "tz"), 9.0);
+    EXPECT_EQ(std::tuple(value(a, "ty"), value(b, "tz")), std::tuple(6.0, 9.0));
 
     ASSERT_EQ(undo().getUndoCount(), 1);
     EXPECT_EQ(undo().getUndoName(), "Drag Handle");
     ASSERT_TRUE(undo().undo());
-    EXPECT_EQ(value(a, "tx"), 0.0);
-    EXPECT_EQ(value(b, "tz"), 0.0);
+    EXPECT_EQ(std::tuple(value(a, "tx"), value(b, "tz")), std::tuple(0.0, 0.0));
 }
 
 TEST_F(LinkFixture, NestedDistributedUndoBlocks)

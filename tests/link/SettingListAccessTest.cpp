@@ -99,8 +99,7 @@ TEST(SettingListEdit, AppendsRemovesAndClears)
     list.removeSetting("s");
     EXPECT_EQ(written(list), "t('') b(1) f(0) d(0.25) v(1 2) w(1 2 3 4)");
     list.clear();
-    EXPECT_TRUE(list.isEmpty());
-    EXPECT_EQ(list.getSettingAt(0), nullptr);
+    EXPECT_EQ(std::tuple(list.isEmpty(), list.getSettingAt(0)), std::tuple(true, nullptr));
 }
 
 TEST(SettingListMerge, UpdateTakesValuesOfMatchingNameAndType)

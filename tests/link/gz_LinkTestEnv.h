@@ -135,25 +135,6 @@ protected:
         return link;
     }
 
-    /// Value of a channel ("tx") of a node at the current time.
-    double value(HostNode *node, const char *channel)
-    {
-        int k = -1;
-        HostParm *parm = node->findChannel(channel, k);
-        EXPECT_NE(parm, nullptr) << channel;
-        return parm ? parm->evalFloat(k, myDirector.getTime()) : 0.0;
-    }
-
-    HostParm *parm(HostNode *node, const char *channel, int &k)
-    {
-        return node->findChannel(channel, k);
-    }
-    HostParm *parm(HostNode *node, const char *channel)
-    {
-        int k = -1;
-        return node->findChannel(channel, k);
-    }
-
     HostOperator *myXform = nullptr;
     HostOperator *myBox = nullptr;
     std::unique_ptr<GZ_GZTemplate> myTemplate;

@@ -33,8 +33,7 @@ TEST(ImportStrings, BuildAndQuery)
     IU::buildFolderToken(out, nullptr, "Tab");
     EXPECT_EQ(out, ":Tab");
     IU::buildFolderToken(out, "f", "");
-    EXPECT_EQ(out, "f:");
-    EXPECT_EQ(IU::queryImportType(nullptr), GZ_IMPORT_NONE);
+    EXPECT_EQ(std::tuple(out, IU::queryImportType(nullptr)), std::tuple("f:", GZ_IMPORT_NONE));
     EXPECT_EQ(IU::queryImportType("op:/obj/geo1"), GZ_IMPORT_OP);
     EXPECT_EQ(IU::queryImportType("file.ds"), GZ_IMPORT_FILE);
     EXPECT_EQ(IU::queryImportType("op"), GZ_IMPORT_FILE);
@@ -124,8 +123,7 @@ TEST_F(ImportUtilsTest, ImportFileParsesAndValidates)
     auto page = IU::parseImportFile("$IMPDIR/import_utils.ds");
     HostCommandManager::getInstance()->unsetVariable("IMPDIR");
     ASSERT_NE(page, nullptr);
-    EXPECT_EQ(page->getName(), "imp");
-    EXPECT_EQ(IU::parseImportFile(""), nullptr);
+    EXPECT_EQ(std::tuple(page->getName(), IU::parseImportFile("")), std::tuple("imp", nullptr));
     EXPECT_EQ(IU::parseImportFile((dir + "/missing.ds").c_str()), nullptr);
 
     std::vector<std::unique_ptr<HostScriptParm>> storage;

@@ -50,8 +50,8 @@ TEST(OrderedList, MatchesAVectorThroughRandomEdits)
             // any place (undo puts members back where they were).
             const bool fresh = std::find(model.begin(), model.end(), item) == model.end();
             const int end = static_cast<int>(model.size());
-            const int at = std::vector<int>{end, 0, static_cast<int>(random() % (end + 1))}
-                [random() % 3];
+            const int at =
+                std::vector<int>{end, 0, static_cast<int>(random() % (end + 1))}[random() % 3];
             EXPECT_EQ(list.insert(at, item), fresh);
             if (fresh)
                 model.insert(model.begin() + at, item);
@@ -85,8 +85,7 @@ TEST(OrderedList, MatchesAVectorThroughRandomEdits)
             }
         }
     }
-    EXPECT_EQ(list.at(-1), nullptr);
-    EXPECT_EQ(list.at(list.size()), nullptr);
+    EXPECT_EQ(std::tuple(list.at(-1), list.at(list.size())), std::tuple(nullptr, nullptr));
     EXPECT_EQ(list.indexOf(nullptr), -1);
     EXPECT_FALSE(list.append(nullptr));
 }

@@ -14,8 +14,7 @@ TEST_F(PersistentManager, AddGZNamesHandlesAndRefusesUnknownTypes)
     EXPECT_EQ(myManager->addGZ("h", "no_such_type"), -1);
     EXPECT_EQ(myManager->getNumGZs(), 0);
     EXPECT_EQ(undo().getNumBlocksOpened(), blocks + 1);
-    EXPECT_EQ(undo().getBlockDepth(), 0);
-    EXPECT_EQ(undo().getUndoCount(), 0);
+    EXPECT_EQ(std::tuple(undo().getBlockDepth(), undo().getUndoCount()), std::tuple(0, 0));
 
     EXPECT_EQ(myManager->addGZ(nullptr, "ptest"), 0);
     EXPECT_EQ(myManager->addGZ(nullptr, "ptest"), 1);
@@ -108,8 +107,7 @@ TEST_F(PersistentManager, ListenersAreCalledOncePerRegistrationInOrder)
     EXPECT_EQ(second.myEvents, std::vector<std::string>{"a:1"});
     first.detach(myManager);
     myManager->getGZ(0)->setExpose(false);
-    EXPECT_EQ(first.myEvents.size(), 1u);
-    EXPECT_EQ(second.myEvents.back(), "a:5");
+    EXPECT_EQ(std::tuple(first.myEvents.size(), second.myEvents.back()), std::tuple(1u, "a:5"));
     second.detach(myManager);
     second.detach(myManager);
 }
@@ -126,8 +124,7 @@ TEST_F(PersistentManager, HandleSettersUseTheirLabelsAndSkipNoChanges)
     h->setDisplayInChild(true);
     h->setActiveColor(h->getActiveColor());
     h->setName("h");
-    EXPECT_EQ(undo().getUndoCount(), steps);
-    EXPECT_TRUE(log.myEvents.empty());
+    EXPECT_EQ(std::tuple(undo().getUndoCount(), log.myEvents.empty()), std::tuple(steps, true));
 
     struct Step
     {
@@ -156,9 +153,8 @@ TEST_F(PersistentManager, HandleSettersUseTheirLabelsAndSkipNoChanges)
     }
     // A rename onto a taken name gets a numbered variant.
     h->setName("B");
-    EXPECT_EQ(h->getName(), "B1");
-    EXPECT_EQ(undo().getUndoName(), "Change Handle Name");
-    EXPECT_EQ(log.myEvents.back(), "B1:0");
+    EXPECT_EQ(std::tuple(h->getName(), undo().getUndoName(), log.myEvents.back()),
+              std::tuple("B1", "Change Handle Name", "B1:0"));
     // Settings have no undo, but listeners hear of them.
     const int before = undo().getUndoCount();
     h->setSettings("color(0 0 1)");
@@ -186,8 +182,7 @@ TEST_F(PersistentManager, GroupHideNestsOneBlockPerMemberLastFirst)
     EXPECT_EQ(blocks[0].myName, "Hide Handle Group");
     for (int i = 1; i < 4; ++i)
     {
-        EXPECT_EQ(blocks[i].myName, "Hide Handle");
-        EXPECT_EQ(blocks[i].myDepth, 1);
+        EXPECT_EQ(std::tuple(blocks[i].myName, blocks[i].myDepth), std::tuple("Hide Handle", 1));
     }
     EXPECT_EQ(log.myEvents, (std::vector<std::string>{"c:5", "b:5", "a:5"}));
     myManager->getGroup(0)->setName("g");
@@ -278,8 +273,7 @@ TEST_F(PersistentManager, CopiesALiveLinkAndFindsItAgain)
     link.setShowOpPath(false);
     myManager->addGZ("x", "ptest");
     const int index = myManager->addGZ("copy", link);
-    EXPECT_EQ(index, 1);
-    EXPECT_EQ(myManager->getGZIndex(link), 1);
+    EXPECT_EQ(std::tuple(index, myManager->getGZIndex(link)), std::tuple(1, 1));
     EXPECT_EQ(saved(), "pomadd -e on -p on -c on -s on -r 1 0 0 x ptest\n"
                        "pomadd -e on -p on -c on -s on -r 1 0 0 copy ptest\n"
                        "pomparm copy \"showoppath(0)\"\n"

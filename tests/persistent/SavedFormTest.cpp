@@ -45,8 +45,7 @@ TEST_F(PersistentSave, WritesHandlesThenGroupsByteForByte)
     // Read back into an empty manager, the lines give the same lines.
     empty();
     run(golden);
-    EXPECT_EQ(myErr, "");
-    EXPECT_EQ(saved(), golden);
+    EXPECT_EQ(std::tuple(myErr, saved()), std::tuple("", golden));
     EXPECT_EQ(handle("two words")->id(), 12);
     EXPECT_EQ(handle("two words")->getSettingList().getNumSettings(), 2);
 }

@@ -118,8 +118,7 @@ TEST_F(ScriptOperator, RedefinitionReplacesBindingsAndRebuildsNodes)
     EXPECT_TRUE(!handles || handles->empty());
     ASSERT_NE(node->getParm("k"), nullptr);
     EXPECT_EQ(node->getParm("k")->getValue(0), 3.0);
-    EXPECT_EQ(node->getParm("t"), nullptr);
-    EXPECT_EQ(op->getHelp(), "");
+    EXPECT_EQ(std::tuple(node->getParm("t"), op->getHelp()), std::tuple(nullptr, ""));
 }
 
 TEST_F(ScriptOperator, ScriptsThatNameNoTypeDefineNothing)

@@ -79,8 +79,7 @@ TEST_F(PersistentUndo, UndoAndRedoOfEveryRecordRestoreTheSavedText)
         ASSERT_TRUE(undo().undo());
         EXPECT_EQ(saved(), before);
         // Playback recorded nothing of its own.
-        EXPECT_EQ(undo().getUndoCount(), 0);
-        EXPECT_EQ(undo().getRedoCount(), 1);
+        EXPECT_EQ(std::tuple(undo().getUndoCount(), undo().getRedoCount()), std::tuple(0, 1));
     }
 }
 

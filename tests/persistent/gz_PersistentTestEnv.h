@@ -3,16 +3,12 @@
 #pragma once
 
 #include "host/HostCommandManager.h"
-#include "host/HostDirector.h"
-#include "host/HostNode.h"
-#include "host/HostOperatorTable.h"
-#include "host/HostParm.h"
-#include "host/HostParmTemplate.h"
 #include "host/HostUndoManager.h"
 #include "persistent/GZ_Manager.h"
 #include "persistent/GZ_OHLPersistent.h"
 #include "resource/GZ_GZTemplate.h"
 #include "resource/GZ_ResourceManager.h"
+#include "tests/host/HostFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -27,14 +23,13 @@ namespace gztest
 /// Every test shares the process-wide manager and interpreter; the fixture gives each a
 /// fresh director with the object type "pxform" (parameter t: tx ty tz), the handle type
 /// "ptest" (handle parameters tx ty tz), and an empty manager with an empty undo history.
-class PersistentFixture : public ::testing::Test
+class PersistentFixture : public ::HostFixture
 {
 protected:
     void SetUp() override
     {
-        myDirector.makeCurrent();
-        HostParmTemplate t(HOST_PARM_XYZ, "t", "Translate", 3);
-        HostOperatorTable::getTable("Object")->addOperator("pxform", "pxform", {t}, "");
+        HostFixture::SetUp();
+        addType("Object", "pxform", {HostParmTemplate(HOST_PARM_XYZ, "t", "Translate", 3)});
         GZ_ResourceManager *resources = GZcreateResourceManager(/*print_warnings=*/false);
         if (!resources->getOpHandleLinkTemplate("ptest"))
         {
@@ -50,8 +45,7 @@ protected:
     void TearDown() override
     {
         empty();
-        myDirector.clearScene();
-        HostOperatorTable::getTable("Object")->deleteOperator("pxform");
+        HostFixture::TearDown();
     }
 
     void empty()
@@ -65,13 +59,7 @@ protected:
 
     HostUndoManager &undo() { return myDirector.getUndoManager(); }
 
-    HostNode *make(const std::string &path)
-    {
-        std::string error;
-        HostNode *node = myDirector.createNode("pxform", path, &error);
-        EXPECT_NE(node, nullptr) << error;
-        return node;
-    }
+    HostNode *make(const std::string &path) { return HostFixture::make("pxform", path); }
 
     GZ_OHLPersistent *handle(const char *name) const
     {
@@ -98,14 +86,6 @@ protected:
         return out.str();
     }
 
-    double value(HostNode *node, const char *channel)
-    {
-        int k = -1;
-        HostParm *parm = node->findChannel(channel, k);
-        return parm ? parm->evalFloat(k, myDirector.getTime()) : -999.0;
-    }
-
-    HostDirector myDirector;
     GZ_Manager *myManager = nullptr;
     std::string myErr;
 };

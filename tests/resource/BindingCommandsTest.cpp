@@ -60,8 +60,7 @@ TEST(BindingCommands, WriteWithoutAFileUsesTheUserDirectory)
     HostReader::setUserDirectory(dir.string());
     const CommandRun result = run("omwrite");
     HostReader::setUserDirectory(saved_user);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(std::tuple(result.out, result.err), std::tuple("", ""));
 
     const fs::path expected_path = dir / "expected";
     ASSERT_NE(manager.writeBindingsFile(expected_path.c_str()), 0);

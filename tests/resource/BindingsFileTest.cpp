@@ -7,9 +7,8 @@
 #include "resource/GZ_SelectorTemplate.h"
 #include "resource/gz_BindingsParser.h"
 #include "tests/DiagnosticsRecorder.h"
+#include "tests/TestFiles.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -21,13 +20,6 @@ namespace
 DiagnosticsRecorder theDiagnostics;
 
 const std::string theCasesDir = std::string(GZ_TEST_DATA_DIR) + "/bindings";
-
-std::string readText(const std::string &path)
-{
-    std::string text;
-    HostReader::readFile(path, text);
-    return text;
-}
 
 void replaceAll(std::string &text, const std::string &from, const std::string &to)
 {
@@ -53,6 +45,13 @@ void ensureOperators()
     sop->addOperator("bf_box", "Box", xform);
     sop->addOperator("bf_scripted", "Scripted", xform, "", HostOperator::FLAG_SCRIPTED);
     obj->addOperator("bf_geo", "Geometry", xform);
+}
+
+HostOperator *op(const char *name)
+{
+    const HostNetworkType table =
+        std::string(name) == "bf_geo" ? HOST_NETWORK_OBJECT : HOST_NETWORK_SOP;
+    return HostOperatorTable::getTable(table)->getOperator(name);
 }
 
 /// A registry of a few handles and selectors, apart from the process's instance.
@@ -91,21 +90,22 @@ public:
     {
         const fs::path path = gztest::scratchPath("gz_bindings_file_test.out");
         EXPECT_NE(writeBindingsFile(path.c_str()), 0);
-        std::string text = readText(path.string());
+        std::string text = readTestFile(path.string());
         fs::remove(path);
         return text;
     }
 };
 
-/// Compares with a golden file; GZ_UPDATE_GOLDENS=1 rewrites it instead (then review the diff).
-void expectGolden(const std::string &actual, const std::string &golden_path)
+/// Writes `text` as the "OPbindings" of a scratch folder and expects it to read back silently
+/// and write the same text again; `reread` is the manager that read it.
+void expectReadsBack(const std::string &text, FileManager &reread)
 {
-    if (std::getenv("GZ_UPDATE_GOLDENS"))
-    {
-        std::ofstream(golden_path, std::ios::binary) << actual;
-        return;
-    }
-    EXPECT_EQ(actual, readText(golden_path)) << "golden: " << golden_path;
+    const fs::path dir = gztest::scratchPath("gz_bindings_round_trip");
+    fs::create_directories(dir);
+    std::ofstream(dir / "OPbindings", std::ios::binary) << text;
+    EXPECT_EQ(reread.readFrom(dir.string()), "");
+    EXPECT_EQ(reread.written(), text);
+    fs::remove_all(dir);
 }
 
 /// Reads a case directory and compares the messages and the bindings with its goldens.
@@ -127,24 +127,20 @@ TEST(BindingsFileRead, GoodFileReadsEveryFormSilently)
     // The forms that the writer cannot show directly.
     FileManager manager;
     EXPECT_EQ(manager.readFrom(theCasesDir + "/good"), "");
-    HostOperator *xform = HostOperatorTable::getTable(HOST_NETWORK_SOP)->getOperator("bf_xform");
-    const std::vector<GZ_BindingHandleInfo> *handles = manager.getBindingHandles(xform);
+    const std::vector<GZ_BindingHandleInfo> *handles = manager.getBindingHandles(op("bf_xform"));
     ASSERT_NE(handles, nullptr);
     ASSERT_EQ(handles->size(), 2u);
-    EXPECT_EQ((*handles)[0].getId(), 0);
-    EXPECT_EQ((*handles)[1].getId(), 1);
+    EXPECT_EQ(std::tuple((*handles)[0].getId(), (*handles)[1].getId()), std::tuple(0, 1));
     std::string label;
     (*handles)[0].getDefaultSettings().getSetting("label", label, "");
     EXPECT_EQ(label, "say \"hi\"");
     // The operator listed twice keeps only its second block.
-    HostOperator *geo = HostOperatorTable::getTable(HOST_NETWORK_OBJECT)->getOperator("bf_geo");
-    ASSERT_NE(manager.getBindingHandles(geo), nullptr);
-    ASSERT_EQ(manager.getBindingHandles(geo)->size(), 1u);
-    EXPECT_EQ((*manager.getBindingHandles(geo))[0].getGZDescription(), "new");
+    handles = manager.getBindingHandles(op("bf_geo"));
+    ASSERT_NE(handles, nullptr);
+    ASSERT_EQ(handles->size(), 1u);
+    EXPECT_EQ((*handles)[0].getGZDescription(), "new");
     // Operator types that keep their own bindings are read but not written.
-    HostOperator *scripted =
-        HostOperatorTable::getTable(HOST_NETWORK_SOP)->getOperator("bf_scripted");
-    EXPECT_NE(manager.getBindingHandles(scripted), nullptr);
+    EXPECT_NE(manager.getBindingHandles(op("bf_scripted")), nullptr);
 }
 
 TEST(BindingsFileRead, DamagedFilesReportWithFileAndLine)
@@ -184,31 +180,19 @@ TEST(BindingsFileRead, FirstFileOnTheSearchPathWinsAndNoFileIsNoError)
     manager.registerOpHandleBindings();
     EXPECT_EQ(theDiagnostics.take(), "");
     HostReader::setSearchPath(saved);
-    EXPECT_EQ(manager.written(), readText(theCasesDir + "/good/expected.bindings"));
+    EXPECT_EQ(manager.written(), readTestFile(theCasesDir + "/good/expected.bindings"));
     fs::remove_all(empty);
 }
 
 TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
 {
     // From a file, and from bindings made through the binding operations.
-    const fs::path dir = gztest::scratchPath("gz_bindings_round_trip");
-    fs::create_directories(dir);
-    std::string first;
-    {
-        FileManager manager;
-        manager.readFrom(theCasesDir + "/good");
-        first = manager.written();
-    }
-    std::ofstream(dir / "OPbindings", std::ios::binary) << first;
-    FileManager again;
-    EXPECT_EQ(again.readFrom(dir.string()), "");
-    EXPECT_EQ(again.written(), first);
+    FileManager from_file, again;
+    from_file.readFrom(theCasesDir + "/good");
+    expectReadsBack(from_file.written(), again);
 
     FileManager made;
-    HostOperatorTable *sop = HostOperatorTable::getTable(HOST_NETWORK_SOP);
-    HostOperator *box = sop->getOperator("bf_box");
-    HostOperator *xform = sop->getOperator("bf_xform");
-    HostOperator *geo = HostOperatorTable::getTable(HOST_NETWORK_OBJECT)->getOperator("bf_geo");
+    HostOperator *box = op("bf_box"), *xform = op("bf_xform"), *geo = op("bf_geo");
     ASSERT_EQ(made.bind(box, "xform", "b", "tx", "tx", "color(1 0 0) scale(0.1) name('a\\'b')"), 1);
     ASSERT_EQ(made.bind(box, "xform", "b", "{ t }", "sx", nullptr), 1);
     ASSERT_EQ(made.bind(geo, "xform", "g", "rz", "rz", ""), 1);
@@ -262,11 +246,8 @@ TEST(BindingsFileWrite, WriteReadWriteIsAFixedPoint)
                              "    }\n"
                              "}\n"
                              "\n");
-    std::ofstream(dir / "OPbindings", std::ios::binary) << from_bindings;
     FileManager reread;
-    EXPECT_EQ(reread.readFrom(dir.string()), "");
-    EXPECT_EQ(reread.written(), from_bindings);
-    fs::remove_all(dir);
+    expectReadsBack(from_bindings, reread);
 }
 
 TEST(BindingsFileWrite, AnyWordsReadBackAsWritten)
@@ -274,29 +255,20 @@ TEST(BindingsFileWrite, AnyWordsReadBackAsWritten)
     // Words with blanks, quotes, backslashes, comment marks and braces, and empty words, in
     // every place a word is written (the shipped file's empty menu and prompt with blanks
     // once came back as other fields).
-    const fs::path dir = gztest::scratchPath("gz_bindings_words");
-    fs::create_directories(dir);
     FileManager made;
-    HostOperatorTable *sop = HostOperatorTable::getTable(HOST_NETWORK_SOP);
-    HostOperator *box = sop->getOperator("bf_box");
-    HostOperator *xform = sop->getOperator("bf_xform");
+    HostOperator *box = op("bf_box"), *xform = op("bf_xform");
     ASSERT_EQ(made.bind(box, "xform", "two words", "a\"b", "tx", "label('x \\\\ \"y\"')"), 1);
-    ASSERT_EQ(made.bind(box, "xform", "two words", "#t", "ty", ""), 1);
-    ASSERT_EQ(made.bind(box, "xform", "two words", "}t", "tz", ""), 1);
-    ASSERT_EQ(made.bind(box, "xform", "two words", "{x", "rx", ""), 1);
-    ASSERT_EQ(made.bind(box, "xform", "two words", "a//b", "ry", ""), 1);
-    ASSERT_EQ(made.bind(box, "xform", "two words", "{ a\tb }", "rz", ""), 1);
+    for (const auto &[op_parm, handle_parm] :
+         {std::pair{"#t", "ty"}, {"}t", "tz"}, {"{x", "rx"}, {"a//b", "ry"}, {"{ a\tb }", "rz"}})
+        ASSERT_EQ(made.bind(box, "xform", "two words", op_parm, handle_parm, ""), 1);
     ASSERT_EQ(made.bindSelector(xform, "everything", "#d", "Select the geometry, then Enter.",
                                 "group", 0, 1, "", 0, "", 0, "}more info", false),
               1);
     ASSERT_EQ(made.bindSelector(box, "everything", "/*d", "{", "a b", 0, 1, "'m'", 0, "x\\", 0,
                                 "// i", /*skip_parm_check=*/true),
               1);
-    const std::string first = made.written();
-    std::ofstream(dir / "OPbindings", std::ios::binary) << first;
     FileManager reread;
-    EXPECT_EQ(reread.readFrom(dir.string()), "");
-    EXPECT_EQ(reread.written(), first);
+    expectReadsBack(made.written(), reread);
     const std::vector<GZ_BindingHandleInfo> *handles = reread.getBindingHandles(box);
     ASSERT_NE(handles, nullptr);
     ASSERT_EQ(handles->size(), 1u);
@@ -306,7 +278,6 @@ TEST(BindingsFileWrite, AnyWordsReadBackAsWritten)
     std::string label;
     (*handles)[0].getDefaultSettings().getSetting("label", label, "");
     EXPECT_EQ(label, "x \\ \"y\"");
-    fs::remove_all(dir);
 }
 
 TEST(BindingsFileWrite, UnwritablePathReturnsZero)
@@ -345,7 +316,8 @@ TEST(BindingsFileRead, TextDecodesIntoRecordsWithLocationsAndAppliesAsTheFileDoe
     FileManager from_file, from_text;
     from_file.readFrom(dir);
     theDiagnostics.start();
-    from_text.registerOpHandleBindingsFromText(readText(dir + "/OPbindings"), dir + "/OPbindings");
+    from_text.registerOpHandleBindingsFromText(readTestFile(dir + "/OPbindings"),
+                                               dir + "/OPbindings");
     EXPECT_EQ(theDiagnostics.take(), "");
     EXPECT_EQ(from_text.written(), from_file.written());
 }

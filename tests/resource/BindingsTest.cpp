@@ -84,8 +84,7 @@ TEST_F(Bindings, LinksBuildInstancesWithIds)
     ASSERT_NE(handles, nullptr);
     ASSERT_EQ(handles->size(), 1u);
     const GZ_BindingHandleInfo &main = (*handles)[0];
-    EXPECT_EQ(main.getGZName(), "xform");
-    EXPECT_EQ(main.getGZDescription(), "main");
+    EXPECT_EQ(std::tuple(main.getGZName(), main.getGZDescription()), std::tuple("xform", "main"));
     EXPECT_EQ(main.getId(), 0);
     ASSERT_EQ(main.getBindings().size(), 3u);
     EXPECT_EQ(main.getBindings()[1].getOpParm(), "ty");

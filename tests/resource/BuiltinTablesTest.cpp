@@ -126,16 +126,14 @@ TEST(BuiltinHandleTable, SampledRowsHaveTheirColumns)
         SCOPED_TRACE(row.name);
         const GZ_GZTemplate *tmpl = mgr.getOpHandleLinkTemplate(row.name);
         ASSERT_NE(tmpl, nullptr);
-        EXPECT_EQ(tmpl->name(), row.name);
-        EXPECT_EQ(tmpl->englishName(), row.english);
+        EXPECT_EQ(std::tuple(tmpl->name(), tmpl->englishName()), std::tuple(row.name, row.english));
         EXPECT_EQ(tmpl->getNetworkTypes(), lower(row.networks));
         EXPECT_EQ(tmpl->iconName(), row.icon);
         EXPECT_EQ(tmpl->parmNameList().size(), row.parmCount);
         EXPECT_EQ(firstOf(tmpl->parmNameList()), row.firstParm);
         EXPECT_EQ(lastOf(tmpl->parmNameList()), row.lastParm);
-        EXPECT_EQ(tmpl->getEthereal(), row.ethereal);
-        EXPECT_EQ(tmpl->getViewerMask(), row.viewerMask);
-        EXPECT_EQ(tmpl->isDisplayAlways(), row.displayAlways);
+        EXPECT_EQ(std::tuple(tmpl->getEthereal(), tmpl->getViewerMask(), tmpl->isDisplayAlways()),
+                  std::tuple(row.ethereal, row.viewerMask, row.displayAlways));
         EXPECT_EQ(tmpl->constructor(), nullptr);
     }
     // Nothing but the two tables is registered at start-up.
@@ -149,17 +147,13 @@ TEST(BuiltinHandleTable, SharedListsAreSpelledOutInOrder)
     ASSERT_NE(xform, nullptr);
     const std::vector<std::string> &x = xform->parmNameList();
     ASSERT_EQ(x.size(), 57u + 36u + 17u);
-    EXPECT_EQ(x[0], "input");
-    EXPECT_EQ(x[37], "pivot_comp_in_obj_prexform");
+    EXPECT_EQ(std::tuple(x[0], x[37]), std::tuple("input", "pivot_comp_in_obj_prexform"));
     EXPECT_EQ(x[56], "soffsetz");
     const std::vector<std::string> limits_of_tx_ty = {"tx_min_on", "tx_min", "tx_max_on", "tx_max",
                                                       "ty_min_on"};
     EXPECT_EQ(std::vector<std::string>(x.begin() + 57, x.begin() + 62), limits_of_tx_ty);
-    EXPECT_EQ(x[92], "sz_max");
-    EXPECT_EQ(x[93], "parent_xfo");
-    EXPECT_EQ(x[94], "parent_xfo00");
-    EXPECT_EQ(x[103], "parent_xfo09");
-    EXPECT_EQ(x[104], "parent_xfo10");
+    EXPECT_EQ(std::tuple(x[92], x[93], x[94]), std::tuple("sz_max", "parent_xfo", "parent_xfo00"));
+    EXPECT_EQ(std::tuple(x[103], x[104]), std::tuple("parent_xfo09", "parent_xfo10"));
     EXPECT_EQ(xform->parmIndex("tz"), 3);
     expectIndexedInOrder(*xform);
 
@@ -227,8 +221,7 @@ TEST(BuiltinSelectorTable, SampledRowsHaveTheirColumns)
         SCOPED_TRACE(row.name);
         const GZ_SelectorTemplate *tmpl = mgr.getSelectorTemplate(row.name);
         ASSERT_NE(tmpl, nullptr);
-        EXPECT_EQ(tmpl->name(), row.name);
-        EXPECT_EQ(tmpl->englishName(), row.english);
+        EXPECT_EQ(std::tuple(tmpl->name(), tmpl->englishName()), std::tuple(row.name, row.english));
         EXPECT_EQ(tmpl->getNetworkTypes(), lower(row.networks));
         EXPECT_EQ(tmpl->ordered(), row.ordered);
     }
@@ -250,7 +243,8 @@ TEST(BuiltinTables, RowsAreRegisteredInCatalogueOrder)
         built.push_back(tmpl->name());
     for (const auto &tmpl : gz::makeBuiltin2DHandles())
         built.push_back(tmpl->name());
-    auto sampledInOrder = [](const std::vector<std::string> &all, const std::vector<std::string> &sample)
+    auto sampledInOrder =
+        [](const std::vector<std::string> &all, const std::vector<std::string> &sample)
     {
         auto at = all.begin();
         for (const std::string &name : sample)

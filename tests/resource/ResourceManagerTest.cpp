@@ -339,6 +339,5 @@ TEST(ResourceManagerSave, CallbacksRunInOrderBeforePersistentHandles)
     manager.removeSaveCallback(record, c);
     manager.removeSaveCallback(record, b);
 
-    EXPECT_EQ(theLog, "acb|persistent");
-    EXPECT_EQ(scene.str(), "pomadd\n");
+    EXPECT_EQ(std::tuple(theLog, scene.str()), std::tuple("acb|persistent", "pomadd\n"));
 }

@@ -83,8 +83,7 @@ TEST(TableMonitoring, RenamedOperatorRenamesItsStatesAndFreesTheOldName)
 
     ASSERT_TRUE(theSop->renameOperator(op, gztest::uniqueName("tmshifter")));
     const std::string second = op->getName();
-    EXPECT_EQ(scene.name(), second);
-    EXPECT_EQ(composite->name(), second);
+    EXPECT_EQ(std::tuple(scene.name(), composite->name()), std::tuple(second, second));
     EXPECT_EQ(scripted->name(), "tmscripted");
     EXPECT_TRUE(scene.englishName() == "Mover" && scene.getIconName() == "SOP_mover");
     // Everything that is the state's own stays.

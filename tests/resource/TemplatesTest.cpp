@@ -22,13 +22,11 @@ TEST(GZTemplate, NetworksAreWholeWordsInAnyCase)
     std::string supported;
     for (const char *type : {"SOP", "object", "Obj", "So", ""})
         supported += gz.supportsType(type) ? '1' : '0';
-    EXPECT_EQ(supported, "11000");
-    EXPECT_EQ(gz.getNetworkTypes(), "sop object");
+    EXPECT_EQ(std::tuple(supported, gz.getNetworkTypes()), std::tuple("11000", "sop object"));
     EXPECT_EQ(gz.constructor(), nullptr);
 
     const std::vector<std::string> names = {"input", "tx", "ty", "t#x"};
-    EXPECT_EQ(gz.parmNameList(), names);
-    EXPECT_EQ(gz.parmIndex("t#x"), 3);
+    EXPECT_EQ(std::tuple(gz.parmNameList(), gz.parmIndex("t#x")), std::tuple(names, 3));
     EXPECT_EQ(gz.parmIndex("tz"), -1);
     EXPECT_EQ(gz.parmNameTable().size(), 4u);
 

@@ -6,6 +6,7 @@
 #include "host/HostOperatorTable.h"
 #include "host/HostSpareData.h"
 #include "host/HostSpareLayout.h"
+#include "tests/host/HostFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -92,29 +93,21 @@ TEST(BuildFromTemplates, SwitchersMultiparmsRampsAndImports)
 namespace
 {
 /// A director with an Object type "sgeo" (t, scale) for the length of a test.
-struct NodeFixture : testing::Test
+struct NodeFixture : HostFixture
 {
     void SetUp() override
     {
-        myDirector.makeCurrent();
-        HostOperatorTable::getTable("Object")->addOperator(
-            "sgeo", "Spare Geo",
-            HostParmTemplateList({HostParmTemplate(HOST_PARM_XYZ, "t", "Translate", 3),
-                                  HostParmTemplate(HOST_PARM_FLOAT, "scale", "Scale")}));
+        HostFixture::SetUp();
+        addType("Object", "sgeo",
+                {HostParmTemplate(HOST_PARM_XYZ, "t", "Translate", 3),
+                 HostParmTemplate(HOST_PARM_FLOAT, "scale", "Scale")});
     }
-    void TearDown() override
-    {
-        myDirector.clearScene();
-        HostOperatorTable::getTable("Object")->deleteOperator("sgeo");
-    }
-    HostDirector myDirector;
 };
 } // namespace
 
 TEST_F(NodeFixture, NodeSpareParametersAndReservedNames)
 {
-    HostDirector &director = myDirector;
-    HostNode *node = director.createNode("sgeo", "/obj/geo1");
+    HostNode *node = make("sgeo", "/obj/geo1");
     ASSERT_NE(node, nullptr);
     HostParmTemplate spare(HOST_PARM_FLOAT, "gain", "Gain");
     spare.setDefault(0, HostParmDefault(2.0));
@@ -127,8 +120,7 @@ TEST_F(NodeFixture, NodeSpareParametersAndReservedNames)
     EXPECT_TRUE(s.checkReservedName("t"));
     EXPECT_FALSE(s.checkReservedName("gain"));
     EXPECT_FALSE(s.checkReservedName(""));
-    EXPECT_FALSE(s.containsReservedParm());
-    EXPECT_EQ(s.getNode(), node);
+    EXPECT_EQ(std::tuple(s.containsReservedParm(), s.getNode()), std::tuple(false, node));
 
     // A spare parameter never gets a reserved name.
     std::string name = "t";
@@ -142,7 +134,7 @@ TEST_F(NodeFixture, NodeSpareParametersAndReservedNames)
 
     // With the fallback, a node without spares shows its operator's parameters, each a
     // base parameter because its name is the node's own.
-    HostNode *plain = director.createNode("sgeo", "/obj/geo2");
+    HostNode *plain = make("sgeo", "/obj/geo2");
     options.myFallbackToOperator = true;
     GZ_EditScriptedParms own(plain, options);
     ASSERT_GT(own.entries(), 0);
@@ -152,7 +144,7 @@ TEST_F(NodeFixture, NodeSpareParametersAndReservedNames)
 
 TEST_F(NodeFixture, MultiparmInfoLockedIsNotCleared)
 {
-    HostNode *node = myDirector.createNode("sgeo", "/obj/geo1");
+    HostNode *node = make("sgeo", "/obj/geo1");
     HostParmTemplate multi(HOST_PARM_MULTIPARM, "pts", "Points");
     multi.addChild(HostParmTemplate(HOST_PARM_FLOAT, "w#", "W"));
     node->setSpareTemplates(HostParmTemplateList({multi}));

@@ -1,27 +1,25 @@
 // The operator-level editor: built from a scripted type, written as a whole dialog script.
 #include "host/HostDiagnostics.h"
-#include "host/HostDirector.h"
-#include "host/HostNode.h"
-#include "host/HostOperatorTable.h"
 #include "host/HostScriptOperator.h"
 #include "resource/GZ_ResourceManager.h"
 #include "scriptedit/GZ_EditScriptedOp.h"
+#include "tests/TestFiles.h"
+#include "tests/host/HostFixture.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <tuple>
 
 namespace
 {
-class EditOpFixture : public ::testing::Test
+class EditOpFixture : public ::HostFixture
 {
 protected:
     void SetUp() override
     {
+        HostFixture::SetUp();
         GZcreateResourceManager(true);
         auto op = std::make_unique<HostScriptOperator>(
             "edop", "Edited Op",
@@ -37,12 +35,12 @@ protected:
         op->setUnitLength(0.01);
         myOp = static_cast<HostScriptOperator *>(
             HostOperatorTable::getTable("Object")->addOperator(std::move(op)));
+        myTypes.emplace_back("Object", "edop");
     }
     void TearDown() override
     {
-        myDirector.clearScene();
         GZgetResourceManager()->removeAllBindings(myOp);
-        HostOperatorTable::getTable("Object")->deleteOperator("edop");
+        HostFixture::TearDown();
     }
     std::string write(GZ_EditScriptedOp &edit)
     {
@@ -51,20 +49,9 @@ protected:
         EXPECT_EQ(edit.getWarning(), "");
         return os.str();
     }
-    HostDirector myDirector;
     HostScriptOperator *myOp = nullptr;
 };
 
-std::string golden(const std::string &name, const std::string &text)
-{
-    const std::string path = std::string(GZ_TEST_DATA_DIR) + "/" + name;
-    if (std::getenv("GZ_UPDATE_GOLDEN"))
-        std::ofstream(path, std::ios::binary) << text;
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream os;
-    os << in.rdbuf();
-    return os.str();
-}
 } // namespace
 
 TEST_F(EditOpFixture, WholeScriptMatchesGolden)
@@ -80,17 +67,16 @@ TEST_F(EditOpFixture, WholeScriptMatchesGolden)
     ASSERT_EQ(rm.bindSelector(myOp, "objpoint", "Grp", "Choose group", "group", 1, 1, "prim", 0,
                               "menu", 1, "", true),
               1);
-    HostNode *node = myDirector.createNode("edop", "/obj/ed1");
+    HostNode *node = make("edop", "/obj/ed1");
     ASSERT_NE(node, nullptr);
 
     GZ_EditScriptedOp edit(myOp, node);
-    EXPECT_EQ(edit.getObjFlag(), 1);
-    EXPECT_EQ(edit.getVopFlag(), 0);
+    EXPECT_EQ(std::tuple(edit.getObjFlag(), edit.getVopFlag()), std::tuple(1, 0));
     ASSERT_EQ(edit.getNHandles(), 1);
     EXPECT_TRUE(edit.getHandle(0)->hasBinding());
     edit.getParms().initializeReserveNames(node);
     const std::string text = write(edit);
-    EXPECT_EQ(text, golden("edited_op.ds", text));
+    expectGolden(text, GZ_TEST_DATA_DIR "/edited_op.ds");
 
     // A copy writes the same; a unit of 1.0 writes nothing, not-a-number is written.
     GZ_EditScriptedOp copy(edit);

@@ -15,8 +15,7 @@ TEST(EditScriptedParm, TagBackedOptions)
     GZ_EditScriptedParm p;
     p.setExportDisable(false);
     EXPECT_EQ(p.getSpareData(), nullptr); // clearing creates nothing
-    EXPECT_EQ(p.getCallbackLanguage(), 1);
-    EXPECT_EQ(p.getMultiStartOffset(), 1);
+    EXPECT_EQ(std::tuple(p.getCallbackLanguage(), p.getMultiStartOffset()), std::tuple(1, 1));
     p.setImportEnable(true);
     ASSERT_NE(p.getSpareData(), nullptr);
     EXPECT_STREQ(p.getSpareValue("import_enable"), "1");
@@ -44,8 +43,7 @@ TEST(EditScriptedParm, AssignmentIsDeepAndLeavesCurrentLinks)
     (void)b.getChannelNames();
     b = a;
     EXPECT_STREQ(b.getSpareValue("x"), "1");
-    EXPECT_EQ(b.getCurrentLink(0), "");
-    EXPECT_EQ(b.getChannelNames()[1], "ay");
+    EXPECT_EQ(std::tuple(b.getCurrentLink(0), b.getChannelNames()[1]), std::tuple("", "ay"));
     b.setSpareValue("x", "2");
     EXPECT_STREQ(a.getSpareValue("x"), "1");
     EXPECT_EQ(b.getNMenu(), 1);
@@ -61,8 +59,7 @@ TEST(EditScriptedParm, MenuOperations)
     p.moveMenu(3);
     EXPECT_EQ(p.getMenu(0)->getToken(), "a");
     p.moveMenu(1);
-    EXPECT_EQ(p.getMenu(0)->getToken(), "b");
-    EXPECT_EQ(p.getMenu(1)->getToken(), "a");
+    EXPECT_EQ(std::tuple(p.getMenu(0)->getToken(), p.getMenu(1)->getToken()), std::tuple("b", "a"));
     p.destroyMenu(2);
     p.destroyMenu(7);
     EXPECT_EQ(p.getNMenu(), 2);
@@ -95,13 +92,11 @@ TEST(EditScriptedParm, FromTemplate)
     GZ_EditScriptedParm pm(m);
     EXPECT_EQ(pm.getMenuSource(), 1);
     EXPECT_EQ(pm.getMenuStyle(), 3); // not exclusive, replace bit
-    EXPECT_EQ(pm.getUseTokenValue(), 1);
-    EXPECT_EQ(pm.getHasRange(), 0);
+    EXPECT_EQ(std::tuple(pm.getUseTokenValue(), pm.getHasRange()), std::tuple(1, 0));
 
     // A host type with no row: no size, range or menu.
     GZ_EditScriptedParm none(HostParmTemplate(HOST_PARM_SWITCHER, "sw", "Switcher", 2));
-    EXPECT_EQ(none.getSize(), 0);
-    EXPECT_EQ(none.getParmTypeIdxForChannels(), -1);
+    EXPECT_EQ(std::tuple(none.getSize(), none.getParmTypeIdxForChannels()), std::tuple(0, -1));
 }
 
 TEST(EditScriptedParm, Dump)

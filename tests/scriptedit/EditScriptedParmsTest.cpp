@@ -21,18 +21,14 @@ TEST(EditScriptedParms, StructureRules)
     // 0 f1 { 1 a  2 g { 3 b 4 } 5 } 6 f2(tab, continues f1) 7 } 8 c
     auto s = set(open(GZ_FOLDER_TABS, "f1"), parm("a"), open(GZ_FOLDER_SIMPLE, "g"), parm("b"),
                  end(), end(), open(GZ_FOLDER_TABS, "f2"), end(), parm("c"));
-    EXPECT_EQ(s.getMatchingGroupParm(0), 5);
-    EXPECT_EQ(s.getMatchingGroupParm(4), 2);
+    EXPECT_EQ(std::tuple(s.getMatchingGroupParm(0), s.getMatchingGroupParm(4)), std::tuple(5, 2));
     EXPECT_EQ(s.getMatchingGroupParm(1), -1);
-    EXPECT_EQ(s.getMatchingGroupParm(99), -1);
-    EXPECT_EQ(s.getParentGroupParm(3), 2);
-    EXPECT_EQ(s.getParentGroupParm(4), 0);
-    EXPECT_EQ(s.getParentGroupParm(8), -1);
+    EXPECT_EQ(std::tuple(s.getMatchingGroupParm(99), s.getParentGroupParm(3)), std::tuple(-1, 2));
+    EXPECT_EQ(std::tuple(s.getParentGroupParm(4), s.getParentGroupParm(8)), std::tuple(0, -1));
     std::vector<int> folders;
     s.getContainingFolders(3, folders);
-    EXPECT_EQ(folders, (std::vector<int>{2, 0}));
-    EXPECT_TRUE(s.getIsFirstPage(0));
-    EXPECT_FALSE(s.getIsFirstPage(6));
+    EXPECT_EQ(std::tuple(folders, s.getIsFirstPage(0), s.getIsFirstPage(6)),
+              std::tuple((std::vector<int>{2, 0}), true, false));
     s.getParm(0)->setTabBreak(true);
     EXPECT_TRUE(s.getIsFirstPage(6));
     EXPECT_FALSE(s.getIsFirstPage(2)); // not a tab or radio folder
@@ -175,12 +171,9 @@ TEST(EditScriptedParmsAggregate, GlobalIndicesAndCopies)
     EXPECT_EQ(agg.getNParms(), 5);
     int m, l;
     agg.getNodeAndParmIndices(m, l, 4);
-    EXPECT_EQ(m, 1);
-    EXPECT_EQ(l, 1);
+    EXPECT_EQ(std::tuple(m, l), std::tuple(1, 1));
     agg.getNodeAndParmIndices(m, l, 5);
-    EXPECT_EQ(m, -1);
-    EXPECT_EQ(l, -1);
-    EXPECT_EQ(agg.getParmIndex(1, 2), -1);
+    EXPECT_EQ(std::tuple(m, l, agg.getParmIndex(1, 2)), std::tuple(-1, -1, -1));
     EXPECT_EQ(agg.getParmIndex(1, 1), 4);
     EXPECT_EQ(agg.getMatchingGroupParm(4), -1); // never across members
     EXPECT_EQ(agg.getParm(3)->getName(), "scale");
@@ -218,26 +211,37 @@ TEST(EditScriptedParms, IndexFollowsEveryEdit)
                  open(GZ_FOLDER_SIMPLE, "g", "Inner"), parm("c"), end(), end(),
                  open(GZ_FOLDER_TABS, "f2", "Two"), parm("d"), end(), parm("e"));
     const std::vector<std::pair<const char *, std::function<void()>>> edits = {
-        {"insert", [&] {
+        {"insert",
+         [&]
+         {
              std::vector<std::unique_ptr<GZ_EditScriptedParm>> v;
              v.push_back(open(GZ_FOLDER_RADIO, "r", "One"));
              v.push_back(parm("x"));
              v.push_back(end());
              s.insertParms(2, std::move(v));
          }},
-        {"remove", [&] { s.removeParms(s.getParmIndexWithName("x"), s.getParmIndexWithName("x")); }},
+        {"remove",
+         [&] { s.removeParms(s.getParmIndexWithName("x"), s.getParmIndexWithName("x")); }},
         {"move", [&] { s.moveParms(s.entries() - 1, s.entries() - 1, 1 - s.entries()); }},
         {"rename", [&] { s.getParm(s.getParmIndexWithName("b"))->setName("bb"); }},
         {"relabel", [&] { s.getFolderWithName("f2")->setLabel("One"); }},
         {"retype", [&] { s.getFolderWithName("g")->setFolderType(GZ_FOLDER_MULTI_LIST); }},
-        {"append after stale", [&] {
+        {"append after stale",
+         [&]
+         {
              s.getParm(0)->setName("e2");
              s.addParm(open(GZ_FOLDER_TABS, "f3", "Two"));
              s.addParm(end());
          }},
-        {"merge", [&] { s.mergeParms(set(parm("a"), open(GZ_FOLDER_TABS, "f4", "Inner"), end())); }},
+        {"merge",
+         [&] { s.mergeParms(set(parm("a"), open(GZ_FOLDER_TABS, "f4", "Inner"), end())); }},
         {"remove tail", [&] { s.removeParms(s.entries() - 3, s.entries() - 1, false); }},
-        {"clear", [&] { s.clearParms(); s.addParm(parm("z")); }},
+        {"clear",
+         [&]
+         {
+             s.clearParms();
+             s.addParm(parm("z"));
+         }},
     };
     const char *names_seen[] = {"a", "b", "bb", "c", "e", "e2", "x", "r", "g", "f3", "f4", "z"};
     for (const auto &edit : edits)

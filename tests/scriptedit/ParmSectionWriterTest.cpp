@@ -1,32 +1,15 @@
 // The parameter section writer against golden text, and what writing normalises.
 #include "ScriptEditFixture.h"
+#include "tests/TestFiles.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 using namespace gztest;
 
 namespace
 {
-std::string readGolden(const std::string &name)
-{
-    std::ifstream in(std::string(GZ_TEST_DATA_DIR) + "/" + name, std::ios::binary);
-    std::ostringstream os;
-    os << in.rdbuf();
-    return os.str();
-}
-
-/// Compares with a golden file; GZ_UPDATE_GOLDEN=1 rewrites it instead (then review the diff).
-void expectGolden(const std::string &text, const std::string &name)
-{
-    if (std::getenv("GZ_UPDATE_GOLDEN"))
-        std::ofstream(std::string(GZ_TEST_DATA_DIR) + "/" + name, std::ios::binary) << text;
-    EXPECT_EQ(text, readGolden(name));
-}
-
 std::string write(GZ_EditScriptedParms &s, bool check_joins = true)
 {
     std::ostringstream os;
@@ -117,9 +100,9 @@ GZ_EditScriptedParms richSet()
 TEST(ParmSectionWriter, Golden)
 {
     GZ_EditScriptedParms s = richSet();
-    expectGolden(write(s), "writer_golden.ds");
+    expectGolden(write(s), GZ_TEST_DATA_DIR "/writer_golden.ds");
     // Writing stored its normalisations: the second write is the same text.
-    expectGolden(write(s), "writer_golden.ds");
+    expectGolden(write(s), GZ_TEST_DATA_DIR "/writer_golden.ds");
     EXPECT_EQ(s.getParm(1)->getDefault(0), "1.5");
     EXPECT_EQ(s.getParm(2)->getCondition(0), "{ on==0 }");
 }

@@ -28,9 +28,7 @@ TEST(ParmTypes, TableRowsAndTerminator)
         const P::GZ_ParmType &t = P::theParmTypes[index];
         EXPECT_STREQ(t.label, label);
         EXPECT_STREQ(t.scriptToken, token);
-        EXPECT_EQ(t.size, size);
-        EXPECT_EQ(t.rangeMin, lo);
-        EXPECT_EQ(t.rangeMax, hi);
+        EXPECT_EQ(std::tuple(t.size, t.rangeMin, t.rangeMax), std::tuple(size, lo, hi));
         EXPECT_STREQ(t.defaultValue, def);
         EXPECT_EQ(P::findParmTypeIdx(label), index);
     }

@@ -8,9 +8,8 @@
 #include <sstream>
 #include <string>
 
-/// Runs one command line in the shared shell and returns its standard output; its standard
-/// error goes to `errors` when given.
-inline std::string runInSharedShell(const std::string &text, std::string *errors = nullptr)
+/// The process-wide shell, started on first use.
+inline Shell &sharedShell()
 {
     static Shell *theShell = []
     {
@@ -18,10 +17,17 @@ inline std::string runInSharedShell(const std::string &text, std::string *errors
         s->startup({});
         return s;
     }();
+    return *theShell;
+}
+
+/// Runs one command line in the shared shell and returns its standard output; its standard
+/// error goes to `errors` when given.
+inline std::string runInSharedShell(const std::string &text, std::string *errors = nullptr)
+{
     std::ostringstream out, err;
-    theShell->commands().setStreams(&out, &err);
-    theShell->commands().execute(text);
-    theShell->commands().setStreams(nullptr, nullptr);
+    sharedShell().commands().setStreams(&out, &err);
+    sharedShell().commands().execute(text);
+    sharedShell().commands().setStreams(nullptr, nullptr);
     if (errors)
         *errors = err.str();
     return out.str();

@@ -1,5 +1,5 @@
 // Host commands seen from the library's side: node events and the undo steps they make.
-#include "shell/Shell.h"
+#include "SharedShell.h"
 #include "shell/ShellScene.h"
 
 #include "host/HostCommandManager.h"
@@ -26,16 +26,7 @@ namespace
 /// The process-wide shell, started once, writing to string streams.
 struct ShellFixture : testing::Test
 {
-    static Shell &shell()
-    {
-        static Shell *theShell = []
-        {
-            auto *s = new Shell;
-            s->startup({});
-            return s;
-        }();
-        return *theShell;
-    }
+    static Shell &shell() { return sharedShell(); }
     std::ostringstream out, err;
 
     void SetUp() override
@@ -75,8 +66,7 @@ TEST_F(ShellFixture, RenameAndDeleteReachNodeListenersAlsoThroughUndo)
     run("undo");
     node = shell().director().findNode("/obj/model");
     ASSERT_NE(node, nullptr);
-    EXPECT_EQ(node->getUniqueId(), id);
-    EXPECT_EQ(err.str(), "");
+    EXPECT_EQ(std::tuple(node->getUniqueId(), err.str()), std::tuple(id, ""));
 }
 
 TEST_F(ShellFixture, EachSceneChangeIsOneStepNamedAfterItsCommand)
@@ -84,11 +74,9 @@ TEST_F(ShellFixture, EachSceneChangeIsOneStepNamedAfterItsCommand)
     HostUndoManager &undo = shell().director().getUndoManager();
     run("nodeadd geo /obj/geo1; parmset /obj/geo1 t 1 2 3; nodemv /obj/geo1 a; noderm /obj/a");
     ASSERT_EQ(undo.getUndoCount(), 4);
-    EXPECT_EQ(undo.getUndoName(0), "noderm");
-    EXPECT_EQ(undo.getUndoName(1), "nodemv");
-    EXPECT_EQ(undo.getUndoName(2), "parmset");
-    EXPECT_EQ(undo.getUndoName(3), "nodeadd");
-    EXPECT_FALSE(undo.isInBlock());
+    EXPECT_EQ(std::tuple(undo.getUndoName(0), undo.getUndoName(1)), std::tuple("noderm", "nodemv"));
+    EXPECT_EQ(std::tuple(undo.getUndoName(2), undo.getUndoName(3), undo.isInBlock()),
+              std::tuple("parmset", "nodeadd", false));
 }
 
 TEST_F(ShellFixture, QuietScriptsKeepErrorsAndSkipHistory)
@@ -97,8 +85,7 @@ TEST_F(ShellFixture, QuietScriptsKeepErrorsAndSkipHistory)
     const size_t history = commands.history().size();
     EXPECT_TRUE(commands.execute("nodeadd geo /obj/geo1;nodels /obj;nodels /nothing",
                                  /*add_to_history=*/false, /*show_output=*/false));
-    EXPECT_EQ(out.str(), "");
-    EXPECT_EQ(err.str(), "nodels: unknown node /nothing\n");
+    EXPECT_EQ(std::tuple(out.str(), err.str()), std::tuple("", "nodels: unknown node /nothing\n"));
     EXPECT_EQ(commands.history().size(), history);
     EXPECT_NE(shell().director().findNode("/obj/geo1"), nullptr);
 }
@@ -120,8 +107,7 @@ TEST_F(ShellFixture, DraggedHandleKeepsRecordedSettingsAndLeavesNoLink)
     ASSERT_EQ(table.count(key), 1u);
     GZ_Vector3 color;
     table.at(key).mySettings->getSetting("color", color, GZ_Vector3{});
-    EXPECT_EQ(color.y, 1.0);
-    EXPECT_EQ(color.x, 0.0);
+    EXPECT_EQ(std::tuple(color.y, color.x), std::tuple(1.0, 0.0));
 
     // The drag's handle is gone with the command: deleting the node reaches no stale link.
     run("noderm /obj/geo1");
@@ -167,8 +153,7 @@ TEST_F(ShellFixture, NewAndLoadedScenesStartWithoutTheLastScenesHandleSettings)
     run("scenenew");
     std::ostringstream after;
     ShellScene::write(after, shell().director());
-    EXPECT_EQ(after.str(), "");
-    EXPECT_EQ(err.str(), "");
+    EXPECT_EQ(std::tuple(after.str(), err.str()), std::tuple("", ""));
 }
 
 namespace
