@@ -41,6 +41,8 @@ public:
 
     /// Records option `letter` with its values; a repeated option keeps the last values.
     void setOption(char letter, std::vector<std::string> values = {});
+    /// Room for `count` options, so that setting them allocates once.
+    void reserveOptions(std::size_t count) { myOptions.reserve(myOptions.size() + count); }
 
     std::ostream &out() const { return *myOut; }
     std::ostream &err() const { return *myErr; }

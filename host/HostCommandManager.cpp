@@ -327,9 +327,12 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
         return false;
     }
 
-    std::vector<std::string> positional{name};
-    std::vector<std::pair<char, std::vector<std::string>>> given;
     const auto &words = cmd.words;
+    // Sized once: a command's lists are built and dropped for every line of every script.
+    std::vector<std::string> positional;
+    positional.reserve(words.size());
+    positional.push_back(name);
+    std::vector<std::pair<char, std::vector<std::string>>> given;
     size_t i = 1;
     for (; i < words.size(); ++i)
     {
@@ -353,9 +356,12 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
                 reportUsage(options, command);
                 return false;
             }
+            if (given.empty())
+                given.reserve(4);
             std::vector<std::string> values;
             if (count->second > 0)
             {
+                values.reserve(static_cast<size_t>(count->second));
                 if (k + 1 < word.text.size())
                     values.push_back(word.text.substr(k + 1));
                 while (static_cast<int>(values.size()) < count->second && i + 1 < words.size())
@@ -390,6 +396,7 @@ bool HostCommandManager::runCommand(const HostParsedCommand &cmd, const HostExec
     callHandler(name, command.callback, std::move(positional), options, cmd.line,
                 [&](HostCommandArgs &args)
                 {
+                    args.reserveOptions(given.size());
                     for (auto &option : given)
                         args.setOption(option.first, std::move(option.second));
                     args.setUsage(command.usage);

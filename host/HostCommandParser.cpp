@@ -131,6 +131,10 @@ void HostCommandParser::failUnterminated(HostParsedCommand &cmd, char quote, int
 bool HostCommandParser::next(HostParsedCommand &cmd)
 {
     cmd.words.clear();
+    // Room for most commands at once: undo replays scripts of many short commands, and
+    // growing the list word by word cost more allocations than the words themselves.
+    if (cmd.words.capacity() == 0)
+        cmd.words.reserve(8);
     cmd.error.clear();
     cmd.line = myLine;
 
