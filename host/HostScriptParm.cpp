@@ -359,6 +359,7 @@ bool HostScriptParm::readMenu(HostDialogStream &in, int style)
     myMenuItems.clear();
     myMenuScript.clear();
     myMenuIsScript = false;
+    myMenuLanguage = 0;
     std::string token;
     bool quoted = false;
     if (in.peekToken(token, &quoted) && !quoted && token == "usetokenvalue")

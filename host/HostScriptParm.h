@@ -112,7 +112,9 @@ public:
     std::vector<HostChoiceList::Item> myMenuItems;
     bool myMenuIsScript = false;
     std::string myMenuScript;
-    int myMenuLanguage = 1;
+    /// A menu script without a `language` line is in the command language (0), which is
+    /// why written scripts name only the other.
+    int myMenuLanguage = 0;
     bool myHasRange = false;
     double myRangeMin = 0.0;
     double myRangeMax = 1.0;

@@ -78,6 +78,14 @@ struct BuildNames
         myContext->makeSafe(parm, name, nullptr, /*level=*/0, nullptr);
     }
 };
+
+// Import tags are C strings, so a text is cut at its first NUL byte. One cut to nothing is
+// no text at all, as an empty one is; otherwise the writer would write an empty text that
+// reads back as none.
+const char *importText(const std::string &text)
+{
+    return text.c_str()[0] == '\0' ? nullptr : text.c_str();
+}
 } // namespace
 
 /// What a conversion carries through its recursion. `myBase` is the top-level list (flat
@@ -147,9 +155,9 @@ void GZ_EditScriptedParms::createImportGroups(BuildState &state, int switcher, i
         imp->setName(name);
         imp->setLabel(rec.myLabel);
         imp->setImportEnable(rec.myEnable);
-        imp->setImportSource(rec.mySource.empty() ? nullptr : rec.mySource.c_str());
-        imp->setImportToken(rec.myToken.empty() ? nullptr : rec.myToken.c_str());
-        imp->setImportMask(rec.myMask.empty() ? nullptr : rec.myMask.c_str());
+        imp->setImportSource(importText(rec.mySource));
+        imp->setImportToken(importText(rec.myToken));
+        imp->setImportMask(importText(rec.myMask));
         addParm(std::move(imp));
         addParm(std::make_unique<GZ_EditScriptedParm>(GZ_FOLDER_END));
     }
