@@ -87,7 +87,7 @@ HostNode *HostDirector::findNode(const std::string &path, const HostNode *relati
 HostNode *HostDirector::findNodeById(int unique_id) const
 {
     return unique_id >= 0 && unique_id < static_cast<int>(myById.size()) ? myById[unique_id]
-                                                                          : nullptr;
+                                                                         : nullptr;
 }
 
 HostNode *HostDirector::createNode(const std::string &type, const std::string &full_path,

@@ -64,14 +64,7 @@ private:
     };
 
     static std::uint64_t hashOf(const std::string &name) { return HostStringHash(name); }
-    // The high half folded in first: the string hash's low bits see little of the trailing
-    // digits that tell numbered names apart.
-    std::size_t homeOf(std::uint64_t hash) const
-    {
-        hash ^= hash >> 32;
-        hash *= 0x9E3779B97F4A7C15ull;
-        return static_cast<std::size_t>(hash ^ (hash >> 29)) & (mySlots.size() - 1);
-    }
+    std::size_t homeOf(std::uint64_t hash) const { return HostHashSlot(hash, mySlots.size() - 1); }
     /// The slot holding `name`, or the empty one where it would go (the array is not empty).
     std::size_t slotOf(const std::string &name, std::uint64_t hash) const
     {

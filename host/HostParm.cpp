@@ -53,24 +53,25 @@ void applyDefault(HostParmComponent &c, const HostParmDefault &d, bool is_string
     }
 }
 
-// Shared blocks compare by what they hold; null holds the empty value.
-template <typename T> bool sameBlock(const std::shared_ptr<const T> &a, const std::shared_ptr<const T> &b)
+// Shared channels and blocks compare by what they hold: saved states and live parameters
+// may hold equal copies; null holds the empty value.
+template <typename P> bool samePointee(const P &a, const P &b)
 {
     return a == b || (a && b && *a == *b);
 }
 
-// Channels compare by their keys: saved states and live parameters may hold equal copies.
-bool sameChannel(const std::shared_ptr<HostChannel> &a, const std::shared_ptr<HostChannel> &b)
+// The number of components of a parameter of this template.
+std::size_t componentCount(const HostParmTemplate &tmpl)
 {
-    return a == b || (a && b && *a == *b);
+    return static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
 }
 } // namespace
 
 bool HostParmComponent::operator==(const HostParmComponent &o) const
 {
     return myValue == o.myValue && myString == o.myString && myMeaning == o.myMeaning &&
-           myExpression == o.myExpression && sameChannel(myChannel, o.myChannel) &&
-           sameBlock(myDefault, o.myDefault) && sameBlock(myOverride, o.myOverride) &&
+           myExpression == o.myExpression && samePointee(myChannel, o.myChannel) &&
+           samePointee(myDefault, o.myDefault) && samePointee(myOverride, o.myOverride) &&
            myLocked == o.myLocked && myEnabled == o.myEnabled && myActive == o.myActive;
 }
 
@@ -82,14 +83,13 @@ std::size_t HostParm::componentsOffset()
 
 std::size_t HostParm::blockSize(const HostParmTemplate &tmpl)
 {
-    const std::size_t n = static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
-    return componentsOffset() + n * sizeof(HostParmComponent);
+    return componentsOffset() + componentCount(tmpl) * sizeof(HostParmComponent);
 }
 
 HostParm::Owner HostParm::create(const HostParmTemplate &tmpl, HostParmList *list, int index,
                                  void *storage)
 {
-    const std::size_t n = static_cast<std::size_t>(std::max(tmpl.getNumChannels(), 0));
+    const std::size_t n = componentCount(tmpl);
     void *block = storage ? storage : ::operator new(blockSize(tmpl));
     auto *components =
         reinterpret_cast<HostParmComponent *>(static_cast<char *>(block) + componentsOffset());
@@ -120,8 +120,8 @@ void HostParm::Release::operator()(HostParm *parm) const
 HostParm::HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,
                    HostParmComponent *components)
     : myTemplate(&tmpl), myList(list), myNode(list ? list->getNode() : nullptr), myIndex(index),
-      myName(tmpl.getToken()),
-      myComponents(components), myNumComponents(std::max(tmpl.getNumChannels(), 0))
+      myName(tmpl.getToken()), myComponents(components),
+      myNumComponents(static_cast<int>(componentCount(tmpl)))
 {
     const int n = myNumComponents;
     const bool is_string = tmpl.getType().isString();

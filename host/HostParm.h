@@ -23,18 +23,18 @@ class HostParmList;
 /// motion-channel override path. Null means "as the template has it" and "none".
 struct HostParmComponent
 {
-    double myValue = 0.0;                   ///< the constant number
-    std::string myString;                   ///< the constant text (string parameters)
-    std::string myExpression;               ///< an expression replacing the constant, when not empty
+    double myValue = 0.0;     ///< the constant number
+    std::string myString;     ///< the constant text (string parameters)
+    std::string myExpression; ///< an expression replacing the constant, when not empty
     std::shared_ptr<HostChannel> myChannel; ///< keys, when the component is animated
     /// What "revert to default" restores when it is not the template's default.
     std::shared_ptr<const HostParmDefault> myDefault;
     /// Motion-channel override path, when a motion channel drives the component.
     std::shared_ptr<const std::string> myOverride;
     HostStringMeaning myMeaning = HOST_STRING_LITERAL; ///< how myString reads
-    bool myLocked = false;  ///< a locked component refuses changes
-    bool myEnabled = true;  ///< a disabled component is shown greyed out
-    bool myActive = false;  ///< highlighted as driven by an active handle
+    bool myLocked = false;                             ///< a locked component refuses changes
+    bool myEnabled = true;                             ///< a disabled component is shown greyed out
+    bool myActive = false; ///< highlighted as driven by an active handle
 
     bool operator==(const HostParmComponent &o) const;
     bool operator!=(const HostParmComponent &o) const { return !(*this == o); }
@@ -260,12 +260,12 @@ public:
 
 private:
     friend class HostParmList;
+    friend class HostReferenceIndex;
 
     HostParm(const HostParmTemplate &tmpl, HostParmList *list, int index,
              HostParmComponent *components);
     /// Where the components start in a block that begins with the parameter.
     static std::size_t componentsOffset();
-    friend class HostReferenceIndex;
 
     /// Tells the scene's reference index that component k's expression text may have
     /// changed (every write that can change it ends here).
@@ -293,7 +293,7 @@ private:
     {
         std::vector<std::string> myChannelNames; ///< instance-renamed channel names, else empty
         std::vector<HostParmInterest> myInterests;
-        std::vector<std::string> myEvalErrors; ///< per component, sized on first error
+        std::vector<std::string> myEvalErrors;            ///< per component, sized on first error
         std::vector<std::vector<HostParm *>> myInstances; ///< multiparms: instance parameters
         /// Per component: the channel paths its expression refers through, kept by the
         /// scene's reference index here, where a visit to the referrer finds them.

@@ -114,7 +114,7 @@ private:
         HostParm *myParm;
         bool operator<(const Found &o) const
         {
-            return myNodeId != o.myNodeId       ? myNodeId < o.myNodeId
+            return myNodeId != o.myNodeId         ? myNodeId < o.myNodeId
                    : myParmIndex != o.myParmIndex ? myParmIndex < o.myParmIndex
                                                   : myComponent < o.myComponent;
         }

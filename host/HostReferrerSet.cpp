@@ -2,16 +2,15 @@
 #include "host/HostReferrerSet.h"
 
 #include "host/HostProbeErase.h"
+#include "host/HostStringHash.h"
 
 #include <cstdint>
 
 std::size_t HostReferrerSet::homeOf(const Slot &slot) const
 {
-    std::uint64_t h = reinterpret_cast<std::uintptr_t>(slot.first) ^
-                      (static_cast<std::uint64_t>(slot.second) << 48);
-    h ^= h >> 29;
-    h *= 0x9E3779B97F4A7C15ull;
-    return static_cast<std::size_t>(h ^ (h >> 32)) & (mySlots.size() - 1);
+    return HostHashSlot(reinterpret_cast<std::uintptr_t>(slot.first) ^
+                            (static_cast<std::uint64_t>(slot.second) << 48),
+                        mySlots.size() - 1);
 }
 
 std::size_t HostReferrerSet::find(const Slot &slot) const

@@ -1,8 +1,8 @@
 // gz_NameTable: a map from names to small values, kept in one array.
 #pragma once
 
-#include "host/HostStringHash.h"
 #include "host/HostProbeErase.h"
+#include "host/HostStringHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -80,14 +80,7 @@ private:
         return HostStringHash(name) | (std::uint64_t{1} << 63);
     }
     std::size_t mask() const { return mySlots.size() - 1; }
-    // The high half folded in first: the string hash's low bits see little of the
-    // trailing digits that tell numbered names apart.
-    std::size_t homeOf(std::uint64_t hash) const
-    {
-        hash ^= hash >> 32;
-        hash *= 0x9E3779B97F4A7C15ull;
-        return static_cast<std::size_t>(hash ^ (hash >> 29)) & mask();
-    }
+    std::size_t homeOf(std::uint64_t hash) const { return HostHashSlot(hash, mask()); }
     std::size_t next(std::size_t i) const { return (i + 1) & mask(); }
 
     /// The slot holding `name`, or the empty slot where it would go (the table is not empty).

@@ -100,8 +100,8 @@ bool GZ_EditScriptedParms::hasParmWithName(const std::string &name) const
     return myParms.index().hasName(name);
 }
 
-const std::vector<int> &GZ_EditScriptedParms::getOpenerIndicesWithLabel(
-    const std::string &label) const
+const std::vector<int> &
+GZ_EditScriptedParms::getOpenerIndicesWithLabel(const std::string &label) const
 {
     return myParms.index().openersWithLabel(label);
 }

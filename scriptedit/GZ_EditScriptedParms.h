@@ -137,9 +137,8 @@ public:
     // Auto-links.
     /// Adds link paths to `parm` (see GZ_EditScriptedParm::addParametersToAutolink); `parm`
     /// goes to `changed` when its links changed.
-    void addParametersToAutolinks(GZ_EditScriptedParm *parm,
-                                  const std::vector<std::string> &paths, const std::string &base,
-                                  bool include_invisible,
+    void addParametersToAutolinks(GZ_EditScriptedParm *parm, const std::vector<std::string> &paths,
+                                  const std::string &base, bool include_invisible,
                                   std::vector<GZ_EditScriptedParm *> &changed,
                                   std::vector<std::string> &warnings);
     /// Brings the node's channel references in line with the desired links of every changed

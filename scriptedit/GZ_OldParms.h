@@ -51,10 +51,9 @@ public:
     /// Repairs the references to every changed record (see the class comment). Warning lines
     /// are appended to `warnings`; the channel pairs renamed on the edited node to
     /// `renamed_channels` when given. Changes are undoable records of the caller's block.
-    void resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
-                             std::vector<std::string> &warnings,
-                             std::vector<std::pair<std::string, std::string>> *renamed_channels =
-                                 nullptr);
+    void resolveOldParmLinks(
+        int node_id, GZ_EditScriptedParms &parms, std::vector<std::string> &warnings,
+        std::vector<std::pair<std::string, std::string>> *renamed_channels = nullptr);
 
     /// The channel names the edit renames (old, new; the parameter name first) and deletes,
     /// as they stand before `parms` is applied.
@@ -72,9 +71,9 @@ public:
 
     /// Whole-token replacement of `old_name` by `new_name` in `text` (see the .cpp for the
     /// token and path rules); the result goes to `out`. Returns whether anything changed.
-    static bool getModifiedString(const std::string &text, std::string &out,
-                                  const HostNode *edited, const HostNode *referring,
-                                  const std::string &old_name, const std::string &new_name);
+    static bool getModifiedString(const std::string &text, std::string &out, const HostNode *edited,
+                                  const HostNode *referring, const std::string &old_name,
+                                  const std::string &new_name);
 
     /// Process-wide: 0 bakes references to deleted parameters, 1 bakes channel references
     /// and reports expressions, 2 or more reports both.
@@ -112,8 +111,8 @@ private:
     int applyFinal(GZ_EditScriptedParms &parms, bool with_interim, std::string *error) const;
     static void insertAfter(GZ_EditScriptedParms &parms, int at,
                             std::unique_ptr<GZ_EditScriptedParm> parm);
-    int updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
-                                    std::vector<std::string> &warnings, std::string *error);
+    int updateThroughTemporaryNames(GZ_EditScriptedParms &parms, std::vector<std::string> &warnings,
+                                    std::string *error);
     static std::string temporaryName(const HostNode &node, const GZ_EditScriptedParms &parms,
                                      const std::string &name);
     static void addInstanceNames(const HostNode &node,

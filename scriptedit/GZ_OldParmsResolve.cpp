@@ -76,8 +76,8 @@ void GZ_OldParms::resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
     if (!node)
         return;
     Pairs local;
-    Context ctx{node, &parms, &warnings, renamed ? renamed : &local,
-                node->getDirector()->getTime(), {}};
+    Context ctx{node, &parms, &warnings, renamed ? renamed : &local, node->getDirector()->getTime(),
+                {}};
     for (const gz_OldParm &rec : myRecords)
         if (rec.isChanged())
             ctx.myReplaced.insert(rec.myOriginalName);
@@ -103,8 +103,7 @@ void GZ_OldParms::resolveOldParmLinks(int node_id, GZ_EditScriptedParms &parms,
 // Callbacks (in the command language only), conditions, tab conditions and defaults of
 // every definition, from the last to the first.
 void GZ_OldParms::resolveInInterface(const gz_OldParm &rec, GZ_EditScriptedParms &parms,
-                                     const HostNode &node,
-                                     std::vector<std::string> &warnings) const
+                                     const HostNode &node, std::vector<std::string> &warnings) const
 {
     const std::string old_channel = rec.getOldChannel();
     const std::string new_channel = rec.getNewChannel();
@@ -134,8 +133,8 @@ void GZ_OldParms::resolveInInterface(const gz_OldParm &rec, GZ_EditScriptedParms
         for (int c = 0; c < 3; ++c)
         {
             def.setCondition(c, fix(def.getCondition(c), CONDITION_FIELDS[c]));
-            def.setTabCondition(c, fix(def.getTabCondition(c),
-                                       std::string("Tab ") + CONDITION_FIELDS[c]));
+            def.setTabCondition(
+                c, fix(def.getTabCondition(c), std::string("Tab ") + CONDITION_FIELDS[c]));
         }
         for (int k = def.getSize() - 1; k >= 0; --k)
             def.setDefault(k, fix(def.getDefault(k), "Default"));
@@ -324,8 +323,8 @@ void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &ol
         HostNode *tnode = nullptr;
         HostParm *tparm = nullptr;
         int tk = -1;
-        if (check_reference && parm.getChannelReference(k, tnode, tparm, tk) &&
-            tnode == &edited && tparm == old_parm && tk == old_k)
+        if (check_reference && parm.getChannelReference(k, tnode, tparm, tk) && tnode == &edited &&
+            tparm == old_parm && tk == old_k)
         {
             if (rec.isDeleted() && behavior >= 2)
             {
@@ -344,7 +343,7 @@ void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &ol
             // Only animation moves over: an expression would read differently from there.
             if (old_parm->hasChannel(old_k))
                 runCommand("chcp '" + edited.getFullPath() + "/" + old_channel + "' '" +
-                       rnode.getFullPath() + "/" + parm.getChannelName(k) + "'");
+                           rnode.getFullPath() + "/" + parm.getChannelName(k) + "'");
             continue;
         }
         std::string rewritten;
@@ -517,8 +516,7 @@ void GZ_OldParms::insertAfter(GZ_EditScriptedParms &parms, int at,
 // the final parameters and the temporary ones; the second renames the temporary names to the
 // final ones. Warning lines name the final names, not the temporary ones.
 int GZ_OldParms::updateThroughTemporaryNames(GZ_EditScriptedParms &parms,
-                                             std::vector<std::string> &warnings,
-                                             std::string *error)
+                                             std::vector<std::string> &warnings, std::string *error)
 {
     HostNode &node = *parms.getNode();
     GZ_OldParms first, second;

@@ -14,9 +14,10 @@ class GZ_EditScriptedParm;
 /// What a parameter set is asked about while properties are added to it: whether a name is
 /// taken, where the openers of a label are, where a block ends, which folder comes first
 /// inside a block and where a run of folders ends. Appending, inserting and removing the tail
-/// update it in time proportional to the entries added or removed and the set's group entries (never its ordinary parameters); any other change marks it stale,
-/// and it is rebuilt from the list on the next query. Entries are linked to it, so that a
-/// change of name, label or kind made through an entry marks it stale too.
+/// update it in time proportional to the entries added or removed and the set's group
+/// entries (never its ordinary parameters); any other change marks it stale, and it is
+/// rebuilt from the list on the next query. Entries are linked to it, so that a change of
+/// name, label or kind made through an entry marks it stale too.
 class gz_ParmIndex
 {
 public:
@@ -67,7 +68,7 @@ private:
 
     std::unordered_map<std::string, int> myNames; ///< name -> number of entries with it
     std::unordered_map<std::string, std::vector<int>> myLabels; ///< label -> openers
-    std::vector<Mark> myMarks;                   ///< group entries, in list order
-    std::vector<int> myOpen;                      ///< marks of the openers not closed yet
+    std::vector<Mark> myMarks;                                  ///< group entries, in list order
+    std::vector<int> myOpen; ///< marks of the openers not closed yet
     bool myStale = false;
 };
