@@ -161,6 +161,13 @@ void HostNode::saveParmForUndo(const HostParm &parm)
         undo.addToUndoBlock(std::make_unique<HostParmUndo>(*this, parm));
 }
 
+void HostNode::saveComponentForUndo(const HostParm &parm, int k)
+{
+    HostUndoManager &undo = myDirector->getUndoManager();
+    if (undo.willAcceptUndoAddition())
+        undo.addToUndoBlock(std::make_unique<HostParmUndo>(*this, parm, k));
+}
+
 void HostNode::parmChanging(HostParm & /*parm*/)
 {
     ++myParmChanges;

@@ -113,6 +113,8 @@ public:
 
     /// Records the parameter's whole state for undo (when the undo manager accepts records).
     void saveParmForUndo(const HostParm &parm);
+    /// Records component k of `parm` only, for a change that touches no other.
+    void saveComponentForUndo(const HostParm &parm, int k);
     /// Pre-change notification: called before a parameter changes, after it was saved. The
     /// reference host keeps no cooked data, so there is nothing to invalidate yet; it counts
     /// the changes so that tests and tools can see them.

@@ -5,6 +5,7 @@
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 #include "host/HostParmList.h"
+#include "host/HostPrefetch.h"
 #include "host/HostRampNaming.h"
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <utility>
 
 namespace
 {
@@ -148,6 +150,33 @@ void HostParm::referencesChanged(int k)
         return;
     if (HostNode *node = getNode())
         node->getDirector()->getReferenceIndex().update(*this, k);
+}
+
+void HostParm::prefetch(const HostParm *parm, int k, int stage)
+{
+    // Stage 0 must not read the parameter: its lines are what it asks for. The components
+    // sit right after it in its block.
+    if (stage == 0)
+    {
+        const char *base = reinterpret_cast<const char *>(parm);
+        HostPrefetch(base);
+        HostPrefetch(base + sizeof(HostParm) - 1);
+        HostPrefetch(base + componentsOffset() +
+                     static_cast<std::size_t>(k) * sizeof(HostParmComponent));
+        return;
+    }
+    if (k < 0 || k >= parm->myNumComponents)
+        return;
+    const Rare *rare = parm->myRare.get();
+    if (stage == 1)
+    {
+        HostPrefetch(parm->myNode);
+        HostPrefetch(rare);
+        HostPrefetch(parm->myComponents[k].myExpression.data());
+    }
+    else if (rare && static_cast<std::size_t>(k) < rare->myFiled.size())
+        HostPrefetch(stage == 2 ? static_cast<const void *>(&rare->myFiled[k])
+                                : rare->myFiled[k].data());
 }
 
 HostNode *HostParm::getNode() const
@@ -405,6 +434,14 @@ void HostParm::restoreState(const HostParmState &state)
     myHidden = state.myHidden;
     if (hasInstances() && myList && state.myInstanceCount != myInstanceCount)
         myList->setInstanceCount(*this, state.myInstanceCount);
+}
+
+void HostParm::swapComponent(int k, HostParmComponent &other)
+{
+    if (k < 0 || k >= myNumComponents)
+        return;
+    std::swap(myComponents[k], other);
+    referencesChanged(k);
 }
 
 void HostParm::addInputInterest(const HostParmInterest &interest)

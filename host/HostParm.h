@@ -161,6 +161,8 @@ public:
     // Whole state, for undo.
     HostParmState saveState() const;
     void restoreState(const HostParmState &state);
+    /// Exchanges component k's whole state with `other` (one component's undo).
+    void swapComponent(int k, HostParmComponent &other);
 
     // Input notifications (group parameters watched by handles).
     void addInputInterest(const HostParmInterest &interest);
@@ -241,6 +243,11 @@ public:
     /// i < nesting, becomes instances[i]; later markers stay.
     static std::string expandInstanceTokens(const std::string &text, const int *instances,
                                             int nesting);
+
+    /// One stage (0 to 3) of asking for what a visit to component k of `parm` reads, for
+    /// walks over many scattered referrers (HostPrefetchWalk): the parameter and the
+    /// component, then its node, rare block and expression text, then its filed references.
+    static void prefetch(const HostParm *parm, int k, int stage);
 
     // Multiparms.
     bool isMultiParm() const { return getType().isMultiparm(); }

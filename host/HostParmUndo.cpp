@@ -4,9 +4,16 @@
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 
-HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm)
-    : myNodeId(node.getUniqueId()), myParmName(parm.getName()), myState(parm.saveState())
+HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm, int component)
+    : myNodeId(node.getUniqueId()), myParmName(parm.getName()), myComponent(component)
 {
+    if (myComponent < 0 || myComponent >= parm.getVectorSize())
+    {
+        myComponent = -1;
+        myState = parm.saveState();
+    }
+    else
+        myState.myComponents.push_back(parm.component(myComponent));
     std::size_t bytes = sizeof(*this) + myParmName.size();
     for (const HostParmComponent &c : myState.myComponents)
     {
@@ -35,9 +42,14 @@ void HostParmUndo::swap()
     HostParm *parm = findParm();
     if (!parm)
         return;
-    HostParmState current = parm->saveState();
-    parm->restoreState(myState);
-    myState = std::move(current);
+    if (myComponent >= 0)
+        parm->swapComponent(myComponent, myState.myComponents.front());
+    else
+    {
+        HostParmState current = parm->saveState();
+        parm->restoreState(myState);
+        myState = std::move(current);
+    }
     if (HostNode *node = parm->getNode())
         node->parmChanged(*parm);
 }

@@ -9,12 +9,15 @@
 class HostNode;
 
 /// Saves a parameter's whole state (every component: values, expressions, channels, locks,
-/// defaults). Undo and redo swap the saved state with the current one, so one record serves
-/// both. The parameter is found again by the node's unique id and the parameter's name.
+/// defaults), or one component's when a change touches only that one. Undo and redo swap
+/// the saved state with the current one, so one record serves both. The parameter is found
+/// again by the node's unique id and the parameter's name.
 class HostParmUndo : public HostUndo
 {
 public:
-    HostParmUndo(const HostNode &node, const HostParm &parm);
+    /// The whole parameter when `component` is -1, else that component only (a rename's
+    /// repair of thousands of referrers copies one component each, not the parameter).
+    HostParmUndo(const HostNode &node, const HostParm &parm, int component = -1);
     ~HostParmUndo() override;
 
     void undo() override { swap(); }
@@ -30,5 +33,6 @@ private:
 
     int myNodeId;
     std::string myParmName;
+    int myComponent; ///< -1: the whole parameter
     HostParmState myState;
 };

@@ -188,7 +188,10 @@ void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
     if (!node)
         return;
     const std::string nodePath = node->getFullPath();
-    std::vector<Filed> filed;
+    // The component's list, emptied by unfile, is refilled in place: a rename re-files
+    // every referrer, and a fresh list each would be an allocation each. A parameter
+    // gets its rare block only once a path is filed.
+    std::vector<Filed> *filed = nullptr;
     for (HostChannelPathLiteral &literal : findChannelPaths(text))
     {
         Filed f;
@@ -197,14 +200,17 @@ void HostReferenceIndex::file(HostParm &parm, int k, const std::string &text)
         f.myPath = std::move(literal.myPath);
         if (myByTarget[f.myTarget][f.myToken].insert(Slot(&parm, k)))
             ++myNumEntries;
-        filed.push_back(std::move(f));
+        if (!filed)
+        {
+            std::vector<std::vector<Filed>> &slots = parm.rare().myFiled;
+            slots.resize(parm.getVectorSize());
+            filed = &slots[k];
+            filed->clear();
+        }
+        filed->push_back(std::move(f));
     }
-    if (filed.empty())
-        return;
-    std::vector<std::vector<Filed>> &slots = parm.rare().myFiled;
-    slots.resize(parm.getVectorSize());
-    slots[k] = std::move(filed);
-    parm.myReferenced = true;
+    if (filed)
+        parm.myReferenced = true;
 }
 
 void HostReferenceIndex::nodeRenamed(HostNode &node)
@@ -261,15 +267,16 @@ bool HostReferenceIndex::refersTo(const HostParm &parm, const std::vector<Filed>
 void HostReferenceIndex::collect(const HostReferrerSet &slots, const Match &m,
                                  std::vector<Found> &out) const
 {
-    slots.forEach(
-        [&](const Slot &slot)
-        {
-            const HostParm &parm = *slot.first;
-            const std::vector<Filed> *filed = filedOf(parm, slot.second);
-            if (filed && refersTo(parm, *filed, m))
-                out.push_back(
-                    {parm.getNode()->getUniqueId(), parm.getIndex(), slot.second, slot.first});
-        });
+    slots.forEach([](const Slot &slot, int stage)
+                  { HostParm::prefetch(slot.first, slot.second, stage); },
+                  [&](const Slot &slot)
+                  {
+                      const HostParm &parm = *slot.first;
+                      const std::vector<Filed> *filed = filedOf(parm, slot.second);
+                      if (filed && refersTo(parm, *filed, m))
+                          out.push_back({parm.getNode()->getUniqueId(), parm.getIndex(),
+                                         slot.second, slot.first});
+                  });
 }
 
 std::vector<HostReferrer>

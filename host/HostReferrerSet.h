@@ -1,6 +1,8 @@
 // HostReferrerSet: the components filed under one channel token of one node, in one array.
 #pragma once
 
+#include "host/HostPrefetch.h"
+
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -31,6 +33,24 @@ public:
         for (const Slot &slot : mySlots)
             if (slot.first)
                 visit(slot);
+    }
+
+    /// forEach, calling ahead(slot, stage) for the slots a few steps before they are
+    /// visited (HostPrefetchAhead), for visits that read scattered memory through each slot.
+    template <typename Ahead, typename Visit> void forEach(Ahead ahead, Visit visit) const
+    {
+        const std::size_t count = mySlots.size();
+        for (std::size_t i = 0; i < count; ++i)
+        {
+            HostPrefetchAhead(i, count,
+                              [&](std::size_t j, int stage)
+                              {
+                                  if (mySlots[j].first)
+                                      ahead(mySlots[j], stage);
+                              });
+            if (mySlots[i].first)
+                visit(mySlots[i]);
+        }
     }
 
 private:

@@ -133,7 +133,7 @@ void HostRenameRepair::apply(double time, std::vector<std::string> &warnings) co
                                ": cannot update the reference to " + myOldPath);
             continue;
         }
-        node->saveParmForUndo(*parm);
+        node->saveComponentForUndo(*parm, r.myComponent);
         node->parmChanging(*parm);
         parm->setString(r.myComponent, time, r.myText, r.myMeaning);
     }

@@ -6,6 +6,7 @@
 #include "host/HostMultiParmLinks.h"
 #include "host/HostNode.h"
 #include "host/HostParm.h"
+#include "host/HostPrefetch.h"
 #include "host/HostRampNaming.h"
 #include "host/HostReferenceIndex.h"
 #include "host/HostSpareData.h"
@@ -312,14 +313,21 @@ void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &ol
     const HostParm *old_parm = edited.findChannel(old_channel, old_k);
     const std::vector<HostReferrer> referrers =
         edited.getDirector()->getReferenceIndex().findReferrersByName(edited, old_channel);
-    for (const HostReferrer &ref : referrers)
+    for (std::size_t i = 0; i < referrers.size(); ++i)
     {
+        HostPrefetchAhead(
+            i, referrers.size(),
+            [&](std::size_t j, int stage)
+            { HostParm::prefetch(referrers[j].myParm, referrers[j].myComponent, stage); });
+        const HostReferrer &ref = referrers[i];
         HostParm &parm = *ref.myParm;
         HostNode &rnode = *parm.getNode();
         const int k = ref.myComponent;
         if (&rnode == &edited && ctx.myReplaced.count(parm.getName()) != 0)
             continue;
-        const std::string text = parm.getExpression(k);
+        // Read before any change to the component below; not copied, as thousands of
+        // referrers may pass through here.
+        const std::string &text = parm.getExpression(k);
         HostNode *tnode = nullptr;
         HostParm *tparm = nullptr;
         int tk = -1;
@@ -357,7 +365,7 @@ void GZ_OldParms::resolveSingleParm(const gz_OldParm &rec, const std::string &ol
         }
         else if (!rec.isDeleted())
         {
-            rnode.saveParmForUndo(parm);
+            rnode.saveComponentForUndo(parm, k);
             rnode.parmChanging(parm);
             parm.setString(k, ctx.myTime, rewritten, parm.getStringMeaning(k));
             rnode.parmChanged(parm);
