@@ -5,6 +5,7 @@
 #include "host/HostNetwork.h"
 #include "host/HostOperator.h"
 #include "host/HostOperatorTable.h"
+#include "host/HostParmComponentUndo.h"
 #include "host/HostParmUndo.h"
 
 #include <algorithm>
@@ -163,9 +164,11 @@ void HostNode::saveParmForUndo(const HostParm &parm)
 
 void HostNode::saveComponentForUndo(const HostParm &parm, int k)
 {
+    if (k < 0 || k >= parm.getVectorSize())
+        return saveParmForUndo(parm);
     HostUndoManager &undo = myDirector->getUndoManager();
     if (undo.willAcceptUndoAddition())
-        undo.addToUndoBlock(std::make_unique<HostParmUndo>(*this, parm, k));
+        undo.addToUndoBlock(std::make_unique<HostParmComponentUndo>(*this, parm, k));
 }
 
 void HostNode::parmChanging(HostParm & /*parm*/)

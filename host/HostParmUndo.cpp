@@ -4,16 +4,9 @@
 #include "host/HostDirector.h"
 #include "host/HostNode.h"
 
-HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm, int component)
-    : myNodeId(node.getUniqueId()), myParmName(parm.getName()), myComponent(component)
+HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm)
+    : myNodeId(node.getUniqueId()), myParmName(parm.getName()), myState(parm.saveState())
 {
-    if (myComponent < 0 || myComponent >= parm.getVectorSize())
-    {
-        myComponent = -1;
-        myState = parm.saveState();
-    }
-    else
-        myState.myComponents.push_back(parm.component(myComponent));
     std::size_t bytes = sizeof(*this) + myParmName.size();
     for (const HostParmComponent &c : myState.myComponents)
     {
@@ -26,10 +19,15 @@ HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm, int compo
 
 HostParmUndo::~HostParmUndo() = default;
 
+HostParm *HostParmUndo::findParm(int nodeId, const std::string &name)
+{
+    HostNode *node = HostDirector::instance()->findNodeById(nodeId);
+    return node ? node->getParm(name) : nullptr;
+}
+
 HostParm *HostParmUndo::findParm() const
 {
-    HostNode *node = HostDirector::instance()->findNodeById(myNodeId);
-    return node ? node->getParm(myParmName) : nullptr;
+    return findParm(myNodeId, myParmName);
 }
 
 bool HostParmUndo::isValid() const
@@ -42,14 +40,9 @@ void HostParmUndo::swap()
     HostParm *parm = findParm();
     if (!parm)
         return;
-    if (myComponent >= 0)
-        parm->swapComponent(myComponent, myState.myComponents.front());
-    else
-    {
-        HostParmState current = parm->saveState();
-        parm->restoreState(myState);
-        myState = std::move(current);
-    }
+    HostParmState current = parm->saveState();
+    parm->restoreState(myState);
+    myState = std::move(current);
     if (HostNode *node = parm->getNode())
         node->parmChanged(*parm);
 }

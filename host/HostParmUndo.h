@@ -9,15 +9,12 @@
 class HostNode;
 
 /// Saves a parameter's whole state (every component: values, expressions, channels, locks,
-/// defaults), or one component's when a change touches only that one. Undo and redo swap
-/// the saved state with the current one, so one record serves both. The parameter is found
-/// again by the node's unique id and the parameter's name.
+/// defaults). Undo and redo swap the saved state with the current one, so one record serves
+/// both. The parameter is found again by the node's unique id and the parameter's name.
 class HostParmUndo : public HostUndo
 {
 public:
-    /// The whole parameter when `component` is -1, else that component only (a rename's
-    /// repair of thousands of referrers copies one component each, not the parameter).
-    HostParmUndo(const HostNode &node, const HostParm &parm, int component = -1);
+    HostParmUndo(const HostNode &node, const HostParm &parm);
     ~HostParmUndo() override;
 
     void undo() override { swap(); }
@@ -27,12 +24,14 @@ public:
     int getNodeId() const { return myNodeId; }
     const std::string &getParmName() const { return myParmName; }
 
+    /// The parameter named `name` on the node whose unique id is `nodeId`, or null.
+    static HostParm *findParm(int nodeId, const std::string &name);
+
 private:
     void swap();
     HostParm *findParm() const;
 
     int myNodeId;
     std::string myParmName;
-    int myComponent; ///< -1: the whole parameter
     HostParmState myState;
 };
