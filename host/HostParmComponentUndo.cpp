@@ -9,11 +9,7 @@ HostParmComponentUndo::HostParmComponentUndo(const HostNode &node, const HostPar
     : myNodeId(node.getUniqueId()), myComponent(component), myParmName(parm.getName()),
       myState(parm.component(component))
 {
-    std::size_t bytes =
-        sizeof(*this) + myParmName.size() + myState.myString.size() + myState.myExpression.size();
-    if (myState.myChannel)
-        bytes += sizeof(HostChannel) + myState.myChannel->getKeys().size() * sizeof(HostChannelKey);
-    setMemoryUsage(bytes);
+    setMemoryUsage(sizeof(*this) + myParmName.size() + HostParmUndo::heldBytes(myState));
 }
 
 HostParmComponentUndo::~HostParmComponentUndo() = default;

@@ -9,12 +9,16 @@ HostParmUndo::HostParmUndo(const HostNode &node, const HostParm &parm)
 {
     std::size_t bytes = sizeof(*this) + myParmName.size();
     for (const HostParmComponent &c : myState.myComponents)
-    {
-        bytes += sizeof(c) + c.myString.size() + c.myExpression.size();
-        if (c.myChannel)
-            bytes += sizeof(HostChannel) + c.myChannel->getKeys().size() * sizeof(HostChannelKey);
-    }
+        bytes += sizeof(c) + heldBytes(c);
     setMemoryUsage(bytes);
+}
+
+std::size_t HostParmUndo::heldBytes(const HostParmComponent &c)
+{
+    std::size_t bytes = c.myString.size() + c.myExpression.size();
+    if (c.myChannel)
+        bytes += sizeof(HostChannel) + c.myChannel->getKeys().size() * sizeof(HostChannelKey);
+    return bytes;
 }
 
 HostParmUndo::~HostParmUndo() = default;

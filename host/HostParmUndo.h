@@ -26,6 +26,8 @@ public:
 
     /// The parameter named `name` on the node whose unique id is `nodeId`, or null.
     static HostParm *findParm(int nodeId, const std::string &name);
+    /// Bytes a saved component holds outside itself (its texts and its channel's keys).
+    static std::size_t heldBytes(const HostParmComponent &c);
 
 private:
     void swap();

@@ -30,9 +30,7 @@ public:
 
     template <typename Visit> void forEach(Visit visit) const
     {
-        for (const Slot &slot : mySlots)
-            if (slot.first)
-                visit(slot);
+        forEach([](const Slot &, int) {}, visit);
     }
 
     /// forEach, calling ahead(slot, stage) for the slots a few steps before they are
