@@ -60,6 +60,7 @@ std::string GZ_Manager::getFreeGZName(const char *name) const
 int GZ_Manager::appendGZ(GZ_OHLPersistent *handle)
 {
     myMasterGroup.appendMember(handle);
+    handle->myListed = true;
     myGZNames.add(handle->getName(), handle);
     return getNumGZs() - 1;
 }
@@ -108,6 +109,7 @@ void GZ_Manager::removeGZ(GZ_OHLPersistent *handle)
     for (auto it = groups.rbegin(); it != groups.rend(); ++it)
         (*it)->eraseMember(handle);
     myMasterGroup.eraseMember(handle);
+    handle->myListed = false;
     gzChanged(handle, GZ_CHANGE_REMOVE);
     deleteGZ(handle);
 }
@@ -131,6 +133,8 @@ void GZ_Manager::removeAllGZs()
             block.add<GZ_UndoRemoveGZ>(this, *it);
     myGroups.forEach([](GZ_OHLGroup *group) { group->clearMembers(); });
     myMasterGroup.clearMembers();
+    for (GZ_OHLPersistent *handle : handles)
+        handle->myListed = false;
     for (auto it = handles.rbegin(); it != handles.rend(); ++it)
     {
         gzChanged(*it, GZ_CHANGE_REMOVE);
@@ -168,7 +172,7 @@ GZ_OHLPersistent *GZ_Manager::findGZ(const char *name) const
     // A handle leaves the list before its name leaves the index (listeners hear of the
     // removal in between), so the list has the last word.
     auto *handle = static_cast<GZ_OHLPersistent *>(const_cast<void *>(last));
-    return handle && myMasterGroup.contains(handle) ? handle : nullptr;
+    return handle && handle->myListed ? handle : nullptr;
 }
 
 int GZ_Manager::getGZIndex(const GZ_OHLPersistent *handle) const

@@ -85,6 +85,10 @@ private:
     /// adding a member to a group reads one and changes the other, and in a big scene each
     /// cache line of a handle read is a miss.
     std::vector<GZ_OHLGroup *> myGroups;
+    /// In the manager's list. Kept by the manager next to the name, which every command
+    /// naming the handle reads anyway, so that finding a handle by name does not also look
+    /// it up in the list's index (a second scattered read in a big scene).
+    bool myListed = false;
     std::string myPaneMask;
     bool myExpose = true;
     bool myDisplayInParent = true;
