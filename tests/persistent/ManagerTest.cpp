@@ -48,7 +48,9 @@ TEST_F(PersistentManager, RemovingAHandleLeavesItsGroupsSilently)
     log.attach(myManager);
     myManager->removeGZ(handle("a"));
     log.detach(myManager);
-    EXPECT_EQ(log.myEvents, std::vector<std::string>{"a:2"});
+    // Listeners hear of the removal when the name no longer finds the handle.
+    EXPECT_EQ(std::tuple(log.myEvents, log.myFound),
+              std::tuple(std::vector<std::string>{"a:2"}, "0"));
     EXPECT_EQ(myManager->getGroup(0)->getNumGZs(), 1);
     EXPECT_EQ(myManager->getGroup(0)->getGZ(0)->getName(), "b");
     EXPECT_EQ(myManager->getGroup(1)->getNumGZs(), 0);
@@ -249,7 +251,11 @@ TEST_F(PersistentManager, RemoveAllIsOneStepThatRestoresHandlesAndTheirGroups)
         "pomadd -r 0 0 1 b ptest; pomadd -g g; pomattach -g g a b");
     const std::string before = saved();
     undo().clear();
+    ChangeLog log;
+    log.attach(myManager);
     myManager->removeAllGZs();
+    log.detach(myManager);
+    EXPECT_EQ(log.myFound, "00");
     EXPECT_EQ(myManager->getNumGZs(), 0);
     EXPECT_EQ(myManager->getGroup(0)->getNumGZs(), 0);
     EXPECT_EQ(undo().getUndoName(), "Remove All Handles");

@@ -90,13 +90,15 @@ protected:
     std::string myErr;
 };
 
-/// Records every notification of handles and groups as "NAME:CHANGE".
+/// Records every notification of handles and groups as "NAME:CHANGE", and for handles
+/// whether the manager found the handle by its name at that moment ('1') or not ('0').
 struct ChangeLog
 {
     static void onGZ(GZ_OHLPersistent *handle, GZ_ChangeType change, void *data)
     {
-        static_cast<ChangeLog *>(data)->myEvents.push_back(handle->getName() + ":" +
-                                                           std::to_string(change));
+        auto *log = static_cast<ChangeLog *>(data);
+        log->myEvents.push_back(handle->getName() + ":" + std::to_string(change));
+        log->myFound += log->myManager->findGZ(handle->getName().c_str()) == handle ? '1' : '0';
     }
     static void onGroup(GZ_OHLGroup *group, GZ_ChangeType change, void *data)
     {
@@ -105,6 +107,7 @@ struct ChangeLog
     }
     void attach(GZ_Manager *manager)
     {
+        myManager = manager;
         manager->addGZCallback(&onGZ, this);
         manager->addGroupCallback(&onGroup, this);
     }
@@ -114,6 +117,8 @@ struct ChangeLog
         manager->removeGroupCallback(&onGroup, this);
     }
     std::vector<std::string> myEvents;
+    std::string myFound;
+    GZ_Manager *myManager = nullptr;
 };
 
 } // namespace gztest
