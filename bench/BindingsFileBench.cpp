@@ -46,14 +46,6 @@ HostParmTemplateList transformTemplates()
                                 HostParmTemplate(HOST_PARM_XYZ, "r", "Rotate", 3)};
 }
 
-/// Second argument of the command benchmarks: 1 evicts the caches before each run, so that
-/// both sizes start cold, as a command typed once does; 0 repeats the run with warm caches,
-/// where the smaller size fits the processor's cache and the larger does not.
-bool coldRuns(const benchmark::State &state)
-{
-    return state.range(1) != 0;
-}
-
 /// Operator types "<prefix><i>" for i below `count` in a standard table.
 void ensureOperators(HostNetworkType type, const std::string &prefix, int count)
 {
@@ -227,11 +219,10 @@ void BM_ListHandlesOfLargeRegistry(benchmark::State &state)
 
 } // namespace
 
-// Sizes N and 10N, each warm then cold; the sizes of the command benchmarks must ascend.
+// The sizes of the command benchmarks must ascend.
 void sizes(benchmark::internal::Benchmark *bench)
 {
-    bench->Args({theN, 0})->Args({theN, 1})->Args({10 * theN, 0})->Args({10 * theN, 1});
-    bench->ArgNames({"n", "cold"})->Unit(benchmark::kMillisecond);
+    warmAndColdSizes(bench, theN);
 }
 
 BENCHMARK(BM_ReadBindingsFile)->Apply(sizes)->MinTime(3.0);

@@ -17,3 +17,18 @@ inline void evictCaches(benchmark::State &state)
     benchmark::DoNotOptimize(sum);
     state.ResumeTiming();
 }
+
+/// The second argument of a benchmark run both ways: 1 evicts the caches before each timed
+/// run, so that both sizes start cold, as a command typed once does; 0 runs with warm
+/// caches, where the smaller size may still fit them and the larger does not.
+inline bool coldRuns(const benchmark::State &state)
+{
+    return state.range(1) != 0;
+}
+
+/// Sizes n and 10n, each warm then cold (arguments "n" and "cold"), in ascending size.
+inline void warmAndColdSizes(benchmark::internal::Benchmark *bench, int n)
+{
+    bench->Args({n, 0})->Args({n, 1})->Args({10 * n, 0})->Args({10 * n, 1});
+    bench->ArgNames({"n", "cold"})->Unit(benchmark::kMillisecond);
+}

@@ -29,21 +29,12 @@ std::string handlesScript(int count)
                   });
 }
 
-/// Whether the caches are emptied before each timed run (the second argument). Without it
-/// the scene the untimed part just built or tore down is still partly in the caches at the
-/// smaller size and not at the larger one, so the pair also measures the cache sizes.
-bool coldRuns(const benchmark::State &state)
+/// 5,000 and 50,000, warm and cold. Warm, the scene the untimed part just built or tore
+/// down is still partly in the caches at the smaller size and not at the larger one, so the
+/// pair also measures the cache sizes.
+void sizes(benchmark::internal::Benchmark *bench)
 {
-    return state.range(1) != 0;
-}
-
-/// Both sizes, warm and cold.
-void sizes(benchmark::internal::Benchmark *b)
-{
-    b->ArgNames({"n", "cold"})->Unit(benchmark::kMillisecond);
-    for (int cold : {0, 1})
-        for (int n : {5000, 50000})
-            b->Args({n, cold});
+    warmAndColdSizes(bench, 5000);
 }
 
 int groupSize()

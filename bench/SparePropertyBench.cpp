@@ -118,7 +118,7 @@ void BM_AddPropertyToSpares(benchmark::State &state)
     std::vector<const GZ_EditScriptedParm *> before;
     for (int i = 0; i < parms.entries(); ++i)
         before.push_back(parms.getParm(i));
-    const bool cold = state.range(1) != 0;
+    const bool cold = coldRuns(state);
     for (auto _ : state)
     {
         if (cold)

@@ -245,7 +245,7 @@ public:
                                             int nesting);
 
     /// One stage (0 to 3) of asking for what a visit to component k of `parm` reads, for
-    /// walks over many scattered referrers (HostPrefetchWalk): the parameter and the
+    /// walks over many scattered referrers (HostPrefetchAhead): the parameter and the
     /// component, then its node, rare block and expression text, then its filed references.
     static void prefetch(const HostParm *parm, int k, int stage);
 
